@@ -1,0 +1,99 @@
+#include "color/ColorManager.h"
+
+#include <closed/vo_display.h>
+#include <closed/voeyecare.h>
+#include <platform/Log.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+namespace {
+
+constexpr double kSmallestDivisor = 1e-6;
+
+// Truncates toward zero; what lies outside the range gives its nearest end, NaN gives 0.
+int32_t toInt(double value) {
+    using Limits = std::numeric_limits<int32_t>;
+    if (std::isnan(value)) return 0;
+    return static_cast<int32_t>(std::clamp<double>(value, Limits::min(), Limits::max()));
+}
+
+}  // namespace
+
+int ColorManager::init(const int32_t* endPoints, const double* eyeCare) {
+    if (eyeCare != nullptr) {
+        EyeCareParams params{std::vector<double>(eyeCare + 2, eyeCare + kEyeCareRun), toInt(eyeCare[0]),
+                             toInt(eyeCare[1])};
+        setEyeCareParamsOled(params);
+        LOG_DEBUG("m:%d m:%d", params.maxCCT, params.minCCT);
+    } else {
+        LOG_ERROR("eye care init error");
+    }
+
+    if (endPoints != nullptr) {
+        setParams(endPoints[0], endPoints[1]);
+        LOG_DEBUG("w:%.8X c:%.8X", static_cast<uint32_t>(endPoints[0]), static_cast<uint32_t>(endPoints[1]));
+    } else {
+        setParams(kDefaultWarm, kDefaultCold);
+        LOG_ERROR("Unlimited init error");
+    }
+    return 0;
+}
+
+int ColorManager::setUnlimitedCT(int32_t level) {
+    std::array<float, 3> gains{1.0F, 1.0F, 1.0F};
+    unlimitedCT = level;
+    const int error = getUnlimitedCTParams(level, gains.data());
+    if (error != 0) LOG_ERROR("error %d", error);
+    for (size_t channel = 0; channel < gains.size(); ++channel) unlimitedCtm[4 * channel] = gains[channel];
+    LOG_DEBUG("%d  %f %f %f", level, gains[0], gains[1], gains[2]);
+    return 0;
+}
+
+int ColorManager::setEyeCareCT(int32_t level) {
+    TMat33<float> coefficients;
+    eyeCareCT = level;
+    const int error = getEyeCareCoeffOled(level, coefficients.data());
+    if (error != 0) LOG_ERROR("error %d", error);
+    eyeCareCtm = coefficients;
+    LOG_DEBUG("v:%d", level);
+    LOG_DEBUG("%f %f %f", coefficients[0], coefficients[1], coefficients[2]);
+    LOG_DEBUG("%f %f %f", coefficients[3], coefficients[4], coefficients[5]);
+    LOG_DEBUG("%f %f %f", coefficients[6], coefficients[7], coefficients[8]);
+    return 0;
+}
+
+TMat33<float> ColorManager::composedCtm() const {
+    return eyeCareCtm * (unlimitedCtm * (wpcCtm * ccmCtm));
+}
+
+TMat33<float> ColorManager::finalCtm() const {
+    TMat33<float> result = composedCtm();
+    scaleCCM(result);
+    return result;
+}
+
+float ColorManager::maxRgb(const TMat33<float>& m) {
+    constexpr float kCorners[7][3] = {{1, 1, 1}, {1, 1, 0}, {1, 0, 1}, {0, 1, 1}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+    float best = 0.0F;
+    for (const auto& [r, g, b] : kCorners) {
+        for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {
+            const float out = ((m[row] * r + 0.0F) + m[row + 1] * g) + m[row + 2] * b;
+            best = best > out ? best : out;
+        }
+    }
+    return best;
+}
+
+int ColorManager::scaleCCM(TMat33<float>& m) {
+    const float largest = maxRgb(m);
+    if (static_cast<double>(largest) > kSmallestDivisor) {
+        for (size_t i = 0; i < TMat33<float>::kSize; ++i) m[i] /= largest;
+    }
+    return 0;
+}
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation

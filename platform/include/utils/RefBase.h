@@ -1,0 +1,29 @@
+// Base of everything that is held by strong pointers.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include <utils/StrongPointer.h>
+
+namespace android {
+
+// Counts its strong references; giving the last one back deletes the object. Created with new and held through sp only.
+// The count may be changed from any thread.
+class RefBase {
+public:
+    void incStrong(const void* id) const;
+    void decStrong(const void* id) const;
+
+    RefBase(const RefBase&) = delete;
+    RefBase& operator=(const RefBase&) = delete;
+
+protected:
+    RefBase() = default;
+    virtual ~RefBase();
+
+private:
+    mutable std::atomic<int32_t> strongCount{0};
+};
+
+}  // namespace android

@@ -1,0 +1,132 @@
+// Start and stop of the service, and the panels that this phone is fitted with.
+#include "service/DisplayControlImpl.h"
+
+#include <platform/Log.h>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <new>
+#include <stdexcept>
+
+#include "calibration/ConfigXmlParser.h"
+#include "calibration/PanelTable.h"
+#include "service/Composer.h"
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+const std::map<std::string, std::string> panelCalibFiles = {
+    {"dornel R7TK 35 02 0a hd+ video dsi panel\n", "/vendor/etc/disp_calib_data_0a.xml"},
+    {"dornel R7TK 43 03 0b hd+ video dsi panel\n", "/vendor/etc/disp_calib_data_0b.xml"},
+};
+
+namespace {
+
+void configureColorLibraries(const ConfigXmlParser& record) {
+    const std::array<int32_t, ColorManager::kEndPoints> endPoints{record.unlimitedWarm, record.unlimitedCold};
+    std::array<double, ColorManager::kEyeCareRun> eyeCare{record.eyeCareMaxCCT, record.eyeCareMinCCT};
+    std::copy(std::begin(record.eyeCareCoeffs), std::end(record.eyeCareCoeffs), eyeCare.begin() + 2);
+    ColorManager::init(record.hasUnlimitedCT ? endPoints.data() : nullptr,
+                       record.hasEyeCare ? eyeCare.data() : nullptr);
+}
+
+}  // namespace
+
+int DisplayControlImpl::init() {
+    composerExt = IComposerExt::getService("default", /*getStub=*/false);
+    if (composerExt == nullptr) {
+        LOG_ERROR("get composer ext service error!");
+        return -1;
+    }
+
+    const int32_t count = askNumOfDisplay();
+    numOfDisplay = count >= 0 && reserveDisplays(count) ? count : -1;
+    if (numOfDisplay < 0) {
+        LOG_ERROR("getNumOfDisplay error!");
+        return -2;
+    }
+
+    askDisplayInfos();
+    colorManagers.resize(static_cast<size_t>(numOfDisplay));
+    applyCalibration();
+    LOG_INFO("OK");
+    return 0;
+}
+
+void DisplayControlImpl::deInit() {
+    composerExt.clear();
+}
+
+// The composer's count, or a negative number when it refuses, does not answer or names more than an int32_t holds.
+int32_t DisplayControlImpl::askNumOfDisplay() {
+    const auto count = std::make_shared<int32_t>(-1);  // shared: a composer may call back late
+    const auto status = composerExt->getNumOfDisplay([count](composer_types::Result result, uint32_t answer) {
+        if (result == composer_types::Result::OK) *count = static_cast<int32_t>(answer);
+    });
+    return status.isOk() ? *count : -1;
+}
+
+// Makes room for the lists, which stay as they are; false when there is none.
+bool DisplayControlImpl::reserveDisplays(int32_t count) {
+    try {
+        displayInfos.reserve(static_cast<size_t>(count));
+        colorManagers.reserve(static_cast<size_t>(count));
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    } catch (const std::length_error&) {
+        return false;
+    }
+}
+
+void DisplayControlImpl::askDisplayInfos() {
+    if (numOfDisplay == 0) return;  // the list keeps what it held
+    displayInfos.resize(static_cast<size_t>(numOfDisplay));
+    for (int32_t i = 0; i < numOfDisplay; ++i) {
+        const auto info = std::make_shared<DisplayInfo>();
+        const auto status = composerExt->getDisplayInfo(
+            static_cast<uint64_t>(i),
+            [info, i](composer_types::Result result, const composer_types::DisplayInfo& answer) {
+                if (result != composer_types::Result::OK) LOG_ERROR("getDisplayInfo %d error!", i);
+                info->values = answer.values;
+                info->name = answer.name;
+            });
+        displayInfos[static_cast<size_t>(i)] = status.isOk() ? *info : DisplayInfo{};
+    }
+}
+
+// The calibration reaches display 0, the closed colour libraries and the composer's gamma table; no colour transform is
+// sent before an operation asks for one.
+void DisplayControlImpl::applyCalibration() {
+    const auto record = std::make_unique<ConfigXmlParser>();
+    record->parser();
+    if (numOfDisplay < 1) return;
+
+    ColorManager& colors = colorManagers[0];
+    if (record->hasCtmWpc) std::copy_n(record->ctmWpc, ConfigXmlParser::kMatrix, colors.calibWpcCtm.data());
+    if (record->hasCtmCcm) std::copy_n(record->ctmCcm, ConfigXmlParser::kMatrix, colors.calibCcmCtm.data());
+    hasWpcParam = record->hasWpcParam;
+    std::copy_n(record->wpcParam, std::size(wpcParam), wpcParam);
+    configureColorLibraries(*record);
+
+    if (record->hasGammaTuning) {
+        sendGammaTable(0, record->gammaTuning);
+    } else if (record->hasGammaCalib) {
+        sendGammaTable(0, record->gammaCalib);
+    }
+}
+
+bool DisplayControlImpl::knowsDisplay(uint64_t display) const {
+    return numOfDisplay > 0 && display < static_cast<uint64_t>(numOfDisplay);
+}
+
+ColorManager* DisplayControlImpl::servedColors(uint64_t display) {
+    return composerExt != nullptr && knowsDisplay(display) ? &colorManagers[display] : nullptr;
+}
+
+void DisplayControlImpl::sendFinalCtm(uint64_t display) {
+    dropAnswer(composerExt->setColorTransformMatrix(display, toComposer(firstCtm),
+                                                    toComposer(colorManagers[display].finalCtm())));
+}
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -1,0 +1,96 @@
+// Gamma and de-gamma tables, passed through: the service keeps nothing of them.
+#include <platform/Log.h>
+
+#include <cmath>
+
+#include "service/Composer.h"
+#include "service/DisplayControlImpl.h"
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+namespace {
+
+composer_types::GammaLut toComposer(const float* entries) {
+    composer_types::GammaLut table;
+    table.entries = entries;
+    return table;
+}
+
+// Entry i is (i / 4096) ^ exponent, computed in double precision and rounded once.
+void fillPowerTable(GammaLut& table, float exponent) {
+    constexpr double kStep = 0.000244140625;  // 1 / 4096
+    for (size_t i = 0; i < table.entries.size(); ++i) {
+        table.entries[i] = static_cast<float>(std::pow(static_cast<double>(i) * kStep, static_cast<double>(exponent)));
+    }
+}
+
+}  // namespace
+
+// What a composer's callback delivered. Shared with the callback, since a composer may call it late.
+struct DisplayControlImpl::TableAnswer {
+    Result result = Result::OK;
+    GammaLut table{};
+};
+
+Return<Result> DisplayControlImpl::setGlobalGammaLut(uint64_t handle, uint64_t display, const GammaLut& table) {
+    const auto& e = table.entries;
+    LOG_DEBUG("%lu", handle);
+    LOG_DEBUG("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", e[96], e[320], e[1024], e[2048], e[3840]);
+    return sendGammaTable(display, table.entries.data());
+}
+
+Return<Result> DisplayControlImpl::setGlobalDeGammaLut(uint64_t handle, uint64_t display, const GammaLut& table) {
+    const auto& e = table.entries;
+    LOG_DEBUG("%lu", handle);
+    LOG_DEBUG("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", e[96], e[320], e[1024], e[2048], e[3840]);
+    if (composerExt == nullptr) return Result::FAILED;
+    dropAnswer(composerExt->setGlobalDeGammaLut(display, toComposer(table.entries.data())));
+    return Result::OK;
+}
+
+Return<void> DisplayControlImpl::getGlobalGammaLut(uint64_t handle, uint64_t display, const Table& callback) {
+    LOG_DEBUG("%lu", handle);
+    const auto answer = askTable(display, &IComposerExt::getGlobalGammaLut);
+    callback(answer->result, answer->table);
+    return Void();
+}
+
+Return<void> DisplayControlImpl::getGlobalDeGammaLut(uint64_t handle, uint64_t display, const Table& callback) {
+    LOG_DEBUG("%lu", handle);
+    const auto answer = askTable(display, &IComposerExt::getGlobalDeGammaLut);
+    callback(answer->result, answer->table);
+    return Void();
+}
+
+Return<Result> DisplayControlImpl::setGlobalGamma(uint64_t handle, uint64_t display, float exponent) {
+    LOG_DEBUG("%lu", handle);
+    if (platform::isLogged(ANDROID_LOG_INFO)) {
+        __android_log_print(ANDROID_LOG_INFO, platform::kLogTag, "%f", static_cast<double>(exponent));
+    }
+    if (composerExt == nullptr) return Result::FAILED;
+    GammaLut table;
+    fillPowerTable(table, exponent);
+    return sendGammaTable(display, table.entries.data());
+}
+
+Result DisplayControlImpl::sendGammaTable(uint64_t display, const float* entries) {
+    if (composerExt == nullptr) return Result::FAILED;
+    dropAnswer(composerExt->setGlobalGammaLut(display, toComposer(entries)));
+    return Result::OK;
+}
+
+// The composer's Result and table: zeros when it did not call back, FAILED and zeros when it was not reached.
+std::shared_ptr<const DisplayControlImpl::TableAnswer> DisplayControlImpl::askTable(uint64_t display,
+                                                                                    TableGetter getter) {
+    const auto answer = std::make_shared<TableAnswer>();
+    const auto take = [answer](composer_types::Result result, const composer_types::GammaLut& table) {
+        answer->result = fromComposer(result);
+        answer->table.entries = table.entries.data();
+    };
+    if (composerExt == nullptr || !(composerExt.get()->*getter)(display, take).isOk()) {
+        *answer = {Result::FAILED, {}};
+    }
+    return answer;
+}
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -1,0 +1,13 @@
+// The order of user handles.
+#pragma once
+
+#include <cstdint>
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+// The handle after last: 1, 2, ... and after the largest one 1 again; 0 is never handed out.
+constexpr uint64_t nextHandle(uint64_t last) {
+    return last == UINT64_MAX ? 1 : last + 1;
+}
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -1,0 +1,51 @@
+// Handles and what clients may know of the displays.
+#include <platform/Log.h>
+
+#include <atomic>
+
+#include "service/DisplayControlImpl.h"
+#include "service/NextHandle.h"
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+namespace {
+
+std::atomic<uint64_t> userHandleCount{0};  // the last handle handed out, by any service object
+
+}  // namespace
+
+Return<void> DisplayControlImpl::allocUserHandle(uint32_t /*value*/,
+                                                 const std::function<void(Result, uint64_t)>& callback) {
+    uint64_t last = userHandleCount.load();
+    while (!userHandleCount.compare_exchange_weak(last, nextHandle(last))) {
+    }
+    const uint64_t handle = nextHandle(last);
+    callback(Result::OK, handle);
+    LOG_INFO("%lu", handle);
+    return Void();
+}
+
+Return<Result> DisplayControlImpl::freeUserHandle(uint64_t handle) {
+    LOG_INFO("%lu", handle);
+    return Result::OK;
+}
+
+Return<void> DisplayControlImpl::getNumOfDisplay(uint64_t handle,
+                                                 const std::function<void(Result, uint32_t)>& callback) {
+    LOG_INFO("%lu", handle);
+    callback(Result::OK, static_cast<uint32_t>(numOfDisplay));
+    return Void();
+}
+
+Return<void> DisplayControlImpl::getDisplayInfo(uint64_t handle, uint64_t display,
+                                                const std::function<void(Result, const DisplayInfo&)>& callback) {
+    LOG_INFO("%lu", handle);
+    if (knowsDisplay(display)) {
+        callback(Result::OK, displayInfos[display]);
+    } else {
+        callback(Result::BAD_DISPLAY, DisplayInfo{{}, "0"});
+    }
+    return Void();
+}
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation
