@@ -17,9 +17,6 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace {
 
-constexpr std::string_view kPanelNameNode = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_panel_name";
-constexpr size_t kPanelNameLimit = 128;  // bytes
-
 struct XmlRelease {
     void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
     void operator()(xmlChar* text) const { xmlFree(text); }
@@ -119,14 +116,12 @@ void readBlocks(ConfigXmlParser& record, const xmlNode& root) {
 }  // namespace
 
 void ConfigXmlParser::parser() {
-    const platform::NodeText panelName = platform::readNode(kPanelNameNode, kPanelNameLimit);
-    if (panelName.status == platform::NodeStatus::OPEN_FAILED) LOG_ERROR("open panel name node error");
-    if (panelName.status == platform::NodeStatus::READ_FAILED) LOG_ERROR("read panel name error");
-    const bool identified = panelName.status == platform::NodeStatus::OK;
-    const std::string& file = identified ? calibFileOf(panelName.text) : kDefaultCalibFile;
-    LOG_DEBUG("panel xml %s", file.c_str());
+    const PanelIdentity panel = identifyPanel();
+    if (panel.name.status == platform::NodeStatus::OPEN_FAILED) LOG_ERROR("open panel name node error");
+    if (panel.name.status == platform::NodeStatus::READ_FAILED) LOG_ERROR("read panel name error");
+    LOG_DEBUG("panel xml %s", panel.calibFile.c_str());
 
-    const std::string path = platform::devicePath(file);
+    const std::string path = platform::devicePath(panel.calibFile);
     if (access(path.c_str(), F_OK) != 0) {
         LOG_ERROR("access error!");
         return;

@@ -1,6 +1,8 @@
 // Which calibration file belongs to which panel.
 #pragma once
 
+#include <platform/DeviceFiles.h>
+
 #include <map>
 #include <string>
 
@@ -16,5 +18,14 @@ extern const std::string kDefaultCalibFile;
 
 // The calibration file of the panel of that name: an exact match, letter case and line feed included, or the default.
 const std::string& calibFileOf(const std::string& panelName);
+
+// What the panel's driver says and the file that follows from it.
+struct PanelIdentity {
+    platform::NodeText name;  // as read from the node, up to its first zero byte
+    std::string calibFile;    // the phone's path
+};
+
+// Reads the panel name node anew.
+PanelIdentity identifyPanel();
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

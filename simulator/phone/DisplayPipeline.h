@@ -1,0 +1,21 @@
+// What a display shows of a picture.
+#pragma once
+
+#include "simulator/phone/SimulatedComposer.h"
+#include "simulator/picture/Picture.h"
+
+namespace simulator {
+
+struct ShownPicture {
+    Picture picture;
+    uint64_t clippedPixels = 0;  // pixels with a channel that left the matrices below 0 or above 1
+};
+
+// Pushes a picture through what the composer holds for a display: each coded value through the de-gamma table, the
+// three through the first matrix and then the last, clamped to 0 to 1, through the gamma table and, while there is one,
+// the tone curve. Tables are read at level * 4096 between two entries by linear interpolation; beyond the last entry it
+// holds. A channel counts as clipped when it is out of range by more than half a table step, 1 / 8192; what is no
+// number is taken as 0 and counts.
+ShownPicture showPicture(const Picture& input, const DisplayState& state);
+
+}  // namespace simulator

@@ -1,0 +1,56 @@
+#include "simulator/script/Event.h"
+
+#include <array>
+#include <cmath>
+
+namespace simulator {
+
+Json toJson(float value) {
+    if (std::isnan(value)) return "nan";
+    if (std::isinf(value)) return value > 0 ? "inf" : "-inf";
+    return value;
+}
+
+Json matrixToJson(const float* elements) {
+    Json matrix = Json::array();
+    for (size_t i = 0; i < 9; ++i) matrix.push_back(toJson(elements[i]));
+    return matrix;
+}
+
+Json tableToJson(const float* entries) {
+    constexpr std::array<size_t, 5> kSamples = {96, 320, 1024, 2048, 3840};
+    Json table = Json::object();
+    for (const size_t index : kSamples) table[std::to_string(index)] = toJson(entries[index]);
+    return table;
+}
+
+Json resultToJson(int32_t result) {
+    switch (static_cast<composer_ext::Result>(result)) {
+        case composer_ext::Result::OK:
+            return "OK";
+        case composer_ext::Result::BAD_DISPLAY:
+            return "BAD_DISPLAY";
+        case composer_ext::Result::FAILED:
+            return "FAILED";
+    }
+    return result;
+}
+
+Json toEvent(const ComposerCall& call) {
+    Json event = {{"event", "composer"}, {"call", call.operation}};
+    if (call.display) event["display"] = *call.display;
+    if (call.enable) event["enable"] = *call.enable;
+    if (call.first != nullptr) event["first"] = matrixToJson(call.first->elements.data());
+    if (call.last != nullptr) event["last"] = matrixToJson(call.last->elements.data());
+    if (call.table != nullptr) event["table"] = tableToJson(call.table->entries.data());
+    if (call.params != nullptr) {
+        event["params"] = Json::array();
+        for (const auto& [key, values] : *call.params) {
+            event["params"].push_back({{"key", key}, {"values", std::vector<int64_t>(values.begin(), values.end())}});
+        }
+    }
+    event["result"] = call.result ? resultToJson(static_cast<int32_t>(*call.result)) : Json("DEAD_OBJECT");
+    return event;
+}
+
+}  // namespace simulator

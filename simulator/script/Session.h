@@ -1,0 +1,72 @@
+// A session on the simulated phone: the real service, the phone around it, and what is told of both.
+#pragma once
+
+#include <android/log.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "service/DisplayControlImpl.h"
+#include "simulator/phone/PhoneTree.h"
+#include "simulator/phone/SimulatedComposer.h"
+#include "simulator/picture/Picture.h"
+#include "simulator/script/Timeline.h"
+
+namespace simulator {
+
+namespace display_control = ::vendor::kov::hardware::display_control::V1_0;
+
+struct SessionOptions {
+    std::optional<std::filesystem::path> phone;  // used as it stands; otherwise a fresh copy of the sample phone
+    Picture picture;                             // what is on the screen
+    std::filesystem::path out;                   // folder for pictures, made when the first one is written
+    int32_t logPriority = ANDROID_LOG_DEBUG;     // lines below it are suppressed
+};
+
+// Carries out the lines of a script and reports to the timeline whatever they cause, in the order in which it happens.
+// It takes the process's log, device root, node observer, service registry and libxml2's error handler for itself while
+// it lives, so there is one at a time, used by one thread.
+class Session {
+public:
+    // Throws std::runtime_error when the phone's files cannot be had.
+    Session(SessionOptions options, Timeline& timeline);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Carries out one line; number is its number in the script. Throws ScriptError when it is wrong or cannot be done.
+    void run(std::string_view line, size_t number);
+
+    // What commands work with.
+    display_control::implementation::DisplayControlImpl& service() { return displayControl; }
+    uint64_t handle() const { return userHandle; }
+    void setHandle(uint64_t handle) { userHandle = handle; }
+    PhoneTree& phone() { return tree; }
+
+    void report(const Json& event) { timeline.report(event); }
+    // Reports what a served operation answered.
+    void answer(display_control::Result result, const Json& parts = Json::object());
+
+    void setDisplayCount(uint64_t count);
+    void startComposer();
+    void stopComposer();
+    // Writes what a display shows of the picture to a PNG file of that name.
+    void writePicture(const std::string& name, uint64_t display);
+    // Reports the state of the service and of everything it stands on.
+    void show();
+
+private:
+    Json displayState(uint64_t display) const;
+
+    Timeline& timeline;
+    PhoneTree tree;
+    const Picture picture;
+    const std::filesystem::path out;
+    ::android::sp<SimulatedComposer> composer;  // null while it is stopped
+    uint32_t displayCount = 1;
+    display_control::implementation::DisplayControlImpl displayControl;
+    uint64_t userHandle = 0;
+};
+
+}  // namespace simulator

@@ -1,0 +1,258 @@
+// Scripts on the simulated phone: what people see of them, as data.
+#include "simulator/script/Session.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "simulator/script/Command.h"
+
+namespace simulator {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+// A session on a fresh copy of the sample phone (panel 0a, one display), with a picture of two pixels on the screen:
+// white and mid grey. Lines are run by run(); events(kind) are those since the last line.
+class SessionTest : public ::testing::Test {
+protected:
+    SessionTest() { restart({}); }
+    ~SessionTest() override { std::filesystem::remove_all(out); }
+
+    void restart(const SessionOptions& base) {
+        session.reset();
+        SessionOptions options = base;
+        options.picture = {2, 1, {255, 255, 255, 128, 128, 128}};
+        options.out = out;
+        session.emplace(options, timeline);
+    }
+
+    void run(const std::string& line) {
+        stream.str("");
+        session->run(line, ++number);
+    }
+
+    std::vector<Json> events(const std::string& kind) {
+        std::vector<Json> found;
+        std::istringstream lines(stream.str());
+        for (std::string line; std::getline(lines, line);) {
+            const Json event = Json::parse(line);
+            if (event["event"] == kind) found.push_back(event);
+        }
+        return found;
+    }
+
+    // Each event by the word that tells it apart.
+    std::vector<std::string> order() {
+        std::vector<std::string> words;
+        std::istringstream lines(stream.str());
+        for (std::string line; std::getline(lines, line);) {
+            const Json event = Json::parse(line);
+            words.push_back(event.contains("call") ? event["call"] : event["event"]);
+        }
+        return words;
+    }
+
+    Json answer() { return events("answer").at(0); }
+
+    std::string errorOf(const std::string& line) {
+        try {
+            run(line);
+            return "";
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+    }
+
+    const std::filesystem::path out = std::filesystem::path(::testing::TempDir()) / "session-pictures";
+    std::ostringstream stream;
+    Timeline timeline{stream, Timeline::Format::JSON};
+    std::optional<Session> session;
+    size_t number = 0;
+};
+
+TEST_F(SessionTest, EverythingThatALineCausesAppearsInItsOrder) {
+    run("init");
+    EXPECT_THAT(order(), ElementsAre("command", "getNumOfDisplay", "getDisplayInfo", "log", "log", "log",
+                                     "setGlobalGammaLut", "log", "answer"));
+    run("setStandardMode 0");
+    EXPECT_THAT(order(), ElementsAre("command", "log", "setColorTransformMatrix", "node", "answer"));
+    EXPECT_EQ(events("node")[0]["bytes"], "0\n");
+    run("setUnlimitedCT 0 -40  # warm");
+    EXPECT_EQ(events("command")[0]["comment"], "# warm");
+    EXPECT_THAT(events("log")[0]["message"].get<std::string>(), HasSubstr(": -40  1.000000 0."));
+    run("getUnlimitedCT 0");
+    EXPECT_EQ(answer()["level"], -40);
+    run("   # a remark");
+    EXPECT_THAT(order(), ElementsAre("command"));
+    run("");
+    EXPECT_THAT(order(), IsEmpty());
+}
+
+TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
+    const std::string numbers = (std::filesystem::path(::testing::TempDir()) / "table.txt").string();
+    std::ofstream table(numbers);
+    for (int i = 0; i < 4096; ++i) table << i / 8192.0 << "\n";
+    table.close();
+    run("displays 2");
+    run("init");
+    const std::string identity = " 1 0 0 0 1 0 0 0 1";
+    const struct {
+        std::string line;
+        Json answer;  // the parts that matter
+    } kCases[] = {
+        {"getNumOfDisplay", {{"count", 2}}},
+        {"getDisplayInfo 1", {{"result", "OK"}, {"name", "simulated display 1"}}},
+        {"getDisplayInfo 18446744073709551615", {{"result", "BAD_DISPLAY"}, {"name", "0"}}},
+        {"setColorTransformMatrix 1 .5 0 0 0 .5 0 0 0 .5", {{"result", "OK"}}},
+        {"getColorTransformMatrix2 1", {{"result", "OK"}, {"last", {.5F, 0.F, 0.F, 0.F, .5F, 0.F, 0.F, 0.F, .5F}}}},
+        {"setColorTransformMatrix2 7" + identity + identity, {{"result", "BAD_DISPLAY"}}},
+        {"setGlobalGammaLut 1 " + numbers, {{"result", "OK"}}},
+        {"getGlobalGammaLut 1",
+         {{"result", "OK"},
+          {"table", {{"96", .01171875F}, {"320", .0390625F}, {"1024", .125F}, {"2048", .25F}, {"3840", .46875F}}}}},
+        {"setGlobalGamma 0 nan", {{"result", "OK"}}},
+        {"getGlobalGammaLut 0",
+         {{"table", {{"96", "nan"}, {"320", "nan"}, {"1024", "nan"}, {"2048", "nan"}, {"3840", "nan"}}}}},
+        {"setEyeCareCT 0 101", {{"result", "OK"}}},
+        {"getEyeCareCT 0", {{"level", 101}}},
+        {"getEyeCareCT 4294967296", {{"result", "FAILED"}, {"level", 0}}},
+        {"setSmartEnvironmentMode 0", {{"result", "OK"}}},
+        {"setCabcMode 0 5", {{"result", "FAILED"}}},
+        {"setCabcMode 0 4", {{"result", "OK"}}},
+        {"deInit", {{"result", "done"}}},
+        {"setEnhanceScreenMode 0", {{"result", "FAILED"}}},
+    };
+    for (const auto& [line, expected] : kCases) {
+        SCOPED_TRACE(line);
+        run(line);
+        for (const auto& [key, value] : expected.items()) EXPECT_EQ(answer()[key], value) << key;
+    }
+}
+
+TEST_F(SessionTest, ThePhoneAroundTheServiceCanChange) {
+    run("panel some other panel");
+    run("init");
+    EXPECT_THAT(events("log")[0]["message"].get<std::string>(), HasSubstr("disp_calib_data_default.xml"));
+    run("remove panel");
+    run("init");
+    EXPECT_THAT(events("log")[0]["message"].get<std::string>(), HasSubstr("open panel name node error"));
+    run("remove calibration");
+    run("init");
+    EXPECT_THAT(events("log").at(2)["message"].get<std::string>(), HasSubstr("access error!"));
+
+    const std::string broken = (std::filesystem::path(::testing::TempDir()) / "broken.xml").string();
+    std::ofstream(broken) << "<calibration>\n<CTM_WPC><v>1</v>\n";
+    run("calibration " + broken);
+    run("init");
+    EXPECT_EQ(events("xml").at(0)["line"], 3);
+
+    run("whitepoint -1 5");
+    run("setSmartEnvironmentMode 0");
+    EXPECT_THAT(events("log").at(0)["message"].get<std::string>(), HasSubstr(": -1 5 -0.001000 0.005000"));
+    run("remove cabc");
+    run("setEnhanceScreenMode 0");
+    EXPECT_THAT(events("log").at(1)["message"].get<std::string>(), HasSubstr("open cabc node error"));
+
+    run("composer stop");
+    run("setUnlimitedCT 0 10");
+    EXPECT_EQ(events("composer")[0]["result"], "DEAD_OBJECT");
+    EXPECT_EQ(answer()["result"], "OK");
+    run("init");
+    EXPECT_EQ(answer()["result"], -1);
+    run("composer start");
+    run("init");
+    EXPECT_EQ(answer()["result"], 0);
+}
+
+TEST_F(SessionTest, PicturesShowWhatTheDisplayShows) {
+    run("init");
+    run("setColorTransformMatrix 0 2 0 0 0 1 0 0 0 0");
+    run("picture half");
+    EXPECT_EQ(events("picture")[0]["clippedPixels"], 1);
+    const Picture shown = loadPng(out / "half.png");
+    EXPECT_EQ(shown.width, 2U);
+    EXPECT_EQ(shown.pixels[0], 255);
+    EXPECT_EQ(shown.pixels[2], 0);
+    EXPECT_GT(shown.pixels[3], shown.pixels[4]);
+    EXPECT_THAT(errorOf("picture half 1"), HasSubstr("has no display 1"));
+    run("composer stop");
+    EXPECT_THAT(errorOf("picture half"), HasSubstr("has no display 0"));
+}
+
+TEST_F(SessionTest, ShowGivesAllThatADisplaysStateIsMadeOf) {
+    run("show");
+    EXPECT_EQ(events("state")[0]["state"]["screen mode"], "none yet");
+    run("init");
+    run("setStandardMode 0");
+    run("setEyeCareCT 0 50");
+    run("show");
+    EXPECT_THAT(order(), ElementsAre("command", "state")) << "looking leaves no trace in the log";
+    const Json state = events("state")[0]["state"];
+    EXPECT_EQ(state["panel"]["identified"], "known panel");
+    EXPECT_EQ(state["calibration"]["complete blocks"].size(), 7U);
+    EXPECT_EQ(state["screen mode"], "standard");
+    const Json colors = state["display 0"]["service"];
+    EXPECT_EQ(colors["eye-care level"], 50);
+    EXPECT_EQ(colors["white point"], colors["calibrated white point"]);
+    EXPECT_EQ(colors["final matrix"], state["display 0"]["composer"]["last matrix"]);
+    const float largest = colors["largest output of the product"];
+    EXPECT_EQ(colors["final matrix"][4].get<float>(), colors["product"][4].get<float>() / largest);
+}
+
+TEST_F(SessionTest, APhoneThatTheUserNamesIsUsedAsItStands) {
+    const std::filesystem::path folder = std::filesystem::path(::testing::TempDir()) / "own-phone";
+    std::filesystem::create_directories(folder);
+    SessionOptions options;
+    options.phone = folder;
+    restart(options);
+    run("panel mine");
+    EXPECT_TRUE(std::filesystem::exists(folder.string() + std::string(kPhoneNodes[0].path)));
+    session.reset();
+    EXPECT_TRUE(std::filesystem::exists(folder));
+    std::filesystem::remove_all(folder);
+    options.phone = folder;
+    EXPECT_THROW(restart(options), std::runtime_error);
+}
+
+TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
+    const struct {
+        const char* line;
+        const char* message;
+    } kCases[] = {
+        {"setUnlimitdCT 0 1", "unknown command \"setUnlimitdCT\"; expected setUnlimitedCT"},
+        {"frobnicate", "unknown command \"frobnicate\"; expected a command such as init"},
+        {"setUnlimitedCT", "setUnlimitedCT: DISPLAY is missing; expected setUnlimitedCT DISPLAY LEVEL"},
+        {"setUnlimitedCT 0", "setUnlimitedCT: LEVEL is missing; expected setUnlimitedCT DISPLAY LEVEL"},
+        {"setUnlimitedCT 0 1 2",
+         "setUnlimitedCT: too many arguments, from \"2\" on; "
+         "expected setUnlimitedCT DISPLAY LEVEL"},
+        {"setUnlimitedCT 0 warm",
+         "setUnlimitedCT: \"warm\" is not such a number; "
+         "expected LEVEL, a whole number from -2147483648 to 2147483647"},
+        {"setUnlimitedCT 0 2147483648",
+         "setUnlimitedCT: \"2147483648\" is out of range; "
+         "expected LEVEL, a whole number from -2147483648 to 2147483647"},
+        {"getUnlimitedCT -1",
+         "getUnlimitedCT: \"-1\" is not such a number; "
+         "expected DISPLAY, a whole number from 0 to 18446744073709551615"},
+        {"setGlobalGamma 0 1e99",
+         "setGlobalGamma: \"1e99\" is out of range; "
+         "expected EXPONENT, a number within single precision"},
+        {"displays 1025", "displays: \"1025\" is out of range; expected COUNT, a whole number from 0 to 1024"},
+        {"composer halt", "composer: \"halt\" is none of the words; expected STATE, one of stop, start"},
+        {"picture ../x",
+         "picture: \"../x\" is not such a name; "
+         "expected NAME, a name of letters, digits, '.', '_' and '-'"},
+        {"panel  # nothing", "panel: NAME is missing; expected panel NAME"},
+        {"setGlobalGammaLut 0 /nowhere", "/nowhere: could not be opened; expected a file of 4096 numbers"},
+    };
+    for (const auto& [line, message] : kCases) EXPECT_EQ(errorOf(line), message) << line;
+}
+
+}  // namespace
+}  // namespace simulator
