@@ -10,6 +10,8 @@
 
 #include "calibration/ConfigXmlParser.h"
 #include "calibration/PanelTable.h"
+#include "simulator/closed/EyeCare.h"
+#include "simulator/closed/UnlimitedColorTemperature.h"
 #include "simulator/phone/DisplayPipeline.h"
 #include "simulator/script/Command.h"
 
@@ -130,6 +132,8 @@ Session::Session(SessionOptions options, Timeline& events)
       tree(openTree(options.phone)),
       picture(std::move(options.picture)),
       out(std::move(options.out)) {
+    resetUnlimitedColorTemperature();
+    resetEyeCare();
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     displayControl.allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
     __android_log_set_minimum_priority(options.logPriority);
