@@ -1,0 +1,31 @@
+// Pictures in memory, and the PNG files that they come from and go to.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+namespace simulator {
+
+// 8-bit RGB, coded as sRGB.
+struct Picture {
+    uint32_t width = 0;           // pixels
+    uint32_t height = 0;          // pixels
+    std::vector<uint8_t> pixels;  // 3 * width * height bytes: rows from the top, R G B from the left
+};
+
+// What loadPng accepts at most; a larger file is refused before memory is taken for it.
+constexpr uint64_t kMaxPicturePixels = 100'000'000;
+
+// Reads any PNG as 8-bit RGB: grey and palette are expanded, 16 bits rounded to 8, transparency laid over black.
+// Samples are taken for sRGB unless the file states another gamma; 8-bit RGB then comes through unchanged. Where a
+// gamma is converted or pixels are partly transparent, gamma 2.2 stands for sRGB's curve.
+// Throws std::runtime_error, "FILE: what is wrong; what was expected".
+Picture loadPng(const std::filesystem::path& file);
+
+// Writes the picture as an 8-bit RGB PNG that loadPng reads back exactly; replaces the file if it exists.
+// Throws std::runtime_error as loadPng does, also for a picture whose pixels do not fit its size. No half-written file
+// is left behind.
+void savePng(const Picture& picture, const std::filesystem::path& file);
+
+}  // namespace simulator
