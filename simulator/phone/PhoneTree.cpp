@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
@@ -30,7 +29,7 @@ void check(const std::error_code& error, const fs::path& file, const char* what)
 
 fs::path makeTemporaryFolder() {
     std::string pattern = (fs::temp_directory_path() / "phone-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) fail(pattern, strerror(errno));
+    if (mkdtemp(pattern.data()) == nullptr) fail(pattern, std::generic_category().message(errno));
     return pattern;
 }
 
@@ -104,7 +103,7 @@ void PhoneTree::removeCalibration() {
 }
 
 std::string PhoneTree::installCalibration(const fs::path& file) {
-    const std::string phonePath = identifyPanel().calibFile;
+    std::string phonePath = identifyPanel().calibFile;
     const fs::path place = pathOf(phonePath);
     makeFolderOf(place);
     std::error_code error;
