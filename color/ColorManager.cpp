@@ -3,10 +3,7 @@
 #include <closed/vo_display.h>
 #include <closed/voeyecare.h>
 #include <platform/Log.h>
-
-#include <algorithm>
-#include <cmath>
-#include <limits>
+#include <platform/Numbers.h>
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -14,19 +11,12 @@ namespace {
 
 constexpr double kSmallestDivisor = 1e-6;
 
-// Truncates toward zero; what lies outside the range gives its nearest end, NaN gives 0.
-int32_t toInt(double value) {
-    using Limits = std::numeric_limits<int32_t>;
-    if (std::isnan(value)) return 0;
-    return static_cast<int32_t>(std::clamp<double>(value, Limits::min(), Limits::max()));
-}
-
 }  // namespace
 
 int ColorManager::init(const int32_t* endPoints, const double* eyeCare) {
     if (eyeCare != nullptr) {
-        EyeCareParams params{std::vector<double>(eyeCare + 2, eyeCare + kEyeCareRun), toInt(eyeCare[0]),
-                             toInt(eyeCare[1])};
+        EyeCareParams params{std::vector<double>(eyeCare + 2, eyeCare + kEyeCareRun), platform::toInt32(eyeCare[0]),
+                             platform::toInt32(eyeCare[1])};
         setEyeCareParamsOled(params);
         LOG_DEBUG("m:%d m:%d", params.maxCCT, params.minCCT);
     } else {

@@ -1,5 +1,6 @@
 // The composer's colour transform, passed through: the service keeps nothing of it.
 #include <platform/Log.h>
+#include <platform/OutOfMemory.h>
 
 #include "service/Composer.h"
 #include "service/DisplayControlImpl.h"
@@ -62,17 +63,20 @@ Result DisplayControlImpl::sendColorTransform(uint64_t display, const composer_t
 
 // The composer's Result and both matrices: zeros when it did not call back, FAILED and zeros when it was not reached.
 std::shared_ptr<const DisplayControlImpl::MatricesAnswer> DisplayControlImpl::askColorTransform(uint64_t display) {
-    const auto answer = std::make_shared<MatricesAnswer>();
-    const auto take = [answer](composer_types::Result result, const composer_types::ColorTransformMatrix& first,
-                               const composer_types::ColorTransformMatrix& last) {
-        answer->result = fromComposer(result);
-        answer->first.elements = first.elements.data();
-        answer->last.elements = last.elements.data();
-    };
-    if (composerExt == nullptr || !composerExt->getColorTransformMatrix(display, take).isOk()) {
-        *answer = {Result::FAILED, {}, {}};
-    }
-    return answer;
+    static const MatricesAnswer kNotReached{Result::FAILED, {}, {}};
+    const std::shared_ptr<const MatricesAnswer> notReached(std::shared_ptr<void>(), &kNotReached);
+    if (composerExt == nullptr) return notReached;
+    return platform::unlessOutOfMemory(notReached, [&]() -> std::shared_ptr<const MatricesAnswer> {
+        const auto answer = std::make_shared<MatricesAnswer>();
+        const auto status = composerExt->getColorTransformMatrix(
+            display, [answer](composer_types::Result result, const composer_types::ColorTransformMatrix& first,
+                              const composer_types::ColorTransformMatrix& last) {
+                answer->result = fromComposer(result);
+                answer->first.elements = first.elements.data();
+                answer->last.elements = last.elements.data();
+            });
+        return status.isOk() ? answer : notReached;
+    });
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -1,13 +1,13 @@
 // Start and stop of the service, and the panels that this phone is fitted with.
 #include "service/DisplayControlImpl.h"
 
+#include <platform/Answer.h>
 #include <platform/Log.h>
+#include <platform/OutOfMemory.h>
 
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <new>
-#include <stdexcept>
 
 #include "calibration/ConfigXmlParser.h"
 #include "calibration/PanelTable.h"
@@ -26,8 +26,10 @@ void configureColorLibraries(const ConfigXmlParser& record) {
     const std::array<int32_t, ColorManager::kEndPoints> endPoints{record.unlimitedWarm, record.unlimitedCold};
     std::array<double, ColorManager::kEyeCareRun> eyeCare{record.eyeCareMaxCCT, record.eyeCareMinCCT};
     std::copy(std::begin(record.eyeCareCoeffs), std::end(record.eyeCareCoeffs), eyeCare.begin() + 2);
-    ColorManager::init(record.hasUnlimitedCT ? endPoints.data() : nullptr,
-                       record.hasEyeCare ? eyeCare.data() : nullptr);
+    platform::unlessOutOfMemory(0, [&] {
+        return ColorManager::init(record.hasUnlimitedCT ? endPoints.data() : nullptr,
+                                  record.hasEyeCare ? eyeCare.data() : nullptr);
+    });
 }
 
 }  // namespace
@@ -59,61 +61,69 @@ void DisplayControlImpl::deInit() {
 
 // The composer's count, or a negative number when it refuses, does not answer or names more than an int32_t holds.
 int32_t DisplayControlImpl::askNumOfDisplay() {
-    const auto count = std::make_shared<int32_t>(-1);  // shared: a composer may call back late
-    const auto status = composerExt->getNumOfDisplay([count](composer_types::Result result, uint32_t answer) {
-        if (result == composer_types::Result::OK) *count = static_cast<int32_t>(answer);
+    return platform::unlessOutOfMemory(-1, [this] {
+        const auto count = std::make_shared<int32_t>(-1);  // shared: a composer may call back late
+        const auto status = composerExt->getNumOfDisplay([count](composer_types::Result result, uint32_t answer) {
+            if (result == composer_types::Result::OK) *count = static_cast<int32_t>(answer);
+        });
+        return status.isOk() ? *count : -1;
     });
-    return status.isOk() ? *count : -1;
 }
 
 // Makes room for the lists, which stay as they are; false when there is none.
 bool DisplayControlImpl::reserveDisplays(int32_t count) {
-    try {
-        displayInfos.reserve(static_cast<size_t>(count));
-        colorManagers.reserve(static_cast<size_t>(count));
+    return platform::unlessOutOfMemory(false, [this, size = static_cast<size_t>(count)] {
+        displayInfos.reserve(size);
+        colorManagers.reserve(size);
         return true;
-    } catch (const std::bad_alloc&) {
-        return false;
-    } catch (const std::length_error&) {
-        return false;
-    }
+    });
 }
 
 void DisplayControlImpl::askDisplayInfos() {
     if (numOfDisplay == 0) return;  // the list keeps what it held
     displayInfos.resize(static_cast<size_t>(numOfDisplay));
-    for (int32_t i = 0; i < numOfDisplay; ++i) {
-        const auto info = std::make_shared<DisplayInfo>();
+    for (int32_t i = 0; i < numOfDisplay; ++i) displayInfos[static_cast<size_t>(i)] = askDisplayInfo(i);
+}
+
+// Three zeros and no name when the composer does not answer.
+DisplayInfo DisplayControlImpl::askDisplayInfo(int32_t display) {
+    return platform::unlessOutOfMemory(DisplayInfo{}, [this, display] {
+        const auto info = std::make_shared<DisplayInfo>();  // shared: a composer may call back late
         const auto status = composerExt->getDisplayInfo(
-            static_cast<uint64_t>(i),
-            [info, i](composer_types::Result result, const composer_types::DisplayInfo& answer) {
-                if (result != composer_types::Result::OK) LOG_ERROR("getDisplayInfo %d error!", i);
+            static_cast<uint64_t>(display),
+            [info, display](composer_types::Result result, const composer_types::DisplayInfo& answer) {
+                if (result != composer_types::Result::OK) LOG_ERROR("getDisplayInfo %d error!", display);
                 info->values = answer.values;
                 info->name = answer.name;
             });
-        displayInfos[static_cast<size_t>(i)] = status.isOk() ? *info : DisplayInfo{};
-    }
+        return status.isOk() ? *info : DisplayInfo{};
+    });
 }
 
 // The calibration reaches display 0, the closed colour libraries and the composer's gamma table; no colour transform is
 // sent before an operation asks for one.
 void DisplayControlImpl::applyCalibration() {
-    const auto record = std::make_unique<ConfigXmlParser>();
-    record->parser();
-    if (numOfDisplay < 1) return;
+    const auto record = readCalibration();
+    if (record == nullptr || numOfDisplay < 1) return;
 
     ColorManager& colors = colorManagers[0];
-    if (record->hasCtmWpc) std::copy_n(record->ctmWpc, ConfigXmlParser::kMatrix, colors.calibWpcCtm.data());
-    if (record->hasCtmCcm) std::copy_n(record->ctmCcm, ConfigXmlParser::kMatrix, colors.calibCcmCtm.data());
+    if (record->hasCtmWpc) copyMatrix(record->ctmWpc, colors.calibWpcCtm);
+    if (record->hasCtmCcm) copyMatrix(record->ctmCcm, colors.calibCcmCtm);
     hasWpcParam = record->hasWpcParam;
     std::copy_n(record->wpcParam, std::size(wpcParam), wpcParam);
     configureColorLibraries(*record);
 
-    if (record->hasGammaTuning) {
-        sendGammaTable(0, record->gammaTuning);
-    } else if (record->hasGammaCalib) {
-        sendGammaTable(0, record->gammaCalib);
-    }
+    sendCalibratedGamma(*record);
+}
+
+std::unique_ptr<ConfigXmlParser> DisplayControlImpl::readCalibration() {
+    auto record = platform::unlessOutOfMemory(std::unique_ptr<ConfigXmlParser>(), [] {
+        auto made = std::make_unique<ConfigXmlParser>();
+        made->parser();
+        return made;
+    });
+    if (record == nullptr) LOG_ERROR("no memory for the calibration");
+    return record;
 }
 
 bool DisplayControlImpl::knowsDisplay(uint64_t display) const {
@@ -125,8 +135,8 @@ ColorManager* DisplayControlImpl::servedColors(uint64_t display) {
 }
 
 void DisplayControlImpl::sendFinalCtm(uint64_t display) {
-    dropAnswer(composerExt->setColorTransformMatrix(display, toComposer(firstCtm),
-                                                    toComposer(colorManagers[display].finalCtm())));
+    platform::dropAnswer(composerExt->setColorTransformMatrix(display, toComposer(firstCtm),
+                                                              toComposer(colorManagers[display].finalCtm())));
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

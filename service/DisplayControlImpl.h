@@ -15,10 +15,14 @@
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 using ::android::sp;
+using ::android::hardware::hidl_vec;
 using ::android::hardware::Return;
 using ::android::hardware::Void;
 using ::vendor::kov::hardware::composer_ext::V1_0::IComposerExt;
 namespace composer_types = ::vendor::kov::hardware::composer_ext::V1_0;
+
+class ConfigXmlParser;
+class DisplayAlad;
 
 // What a client of the display-control interface reaches: one public method per operation of the interface.
 //
@@ -28,13 +32,14 @@ namespace composer_types = ::vendor::kov::hardware::composer_ext::V1_0;
 //
 // handle is what allocUserHandle gave; it is only logged. display is an index, 0 for the first display. A callback is
 // called exactly once, before the operation returns, and what it is given is valid during that call only. Every
-// operation succeeds at the transport; failures are in the Result. An operation that needs the composer reports FAILED
-// while none is connected, and changes nothing.
+// operation succeeds at the transport; failures are in the Result. An operation that needs the composer (all
+// but those of handles, levels and backlight control) reports FAILED while none is connected, and changes nothing.
 class DisplayControlImpl {
 public:
     using Level = std::function<void(Result, int32_t level)>;
     using Matrix = std::function<void(Result, const ColorTransformMatrix& first)>;
     using MatrixPair = std::function<void(Result, const ColorTransformMatrix& first, const ColorTransformMatrix& last)>;
+    using FeatureValues = std::function<void(Result, const hidl_vec<double>& values)>;
     using Table = std::function<void(Result, const GammaLut& table)>;
 
     // Connects to the composer, learns the displays and applies the panel's calibration to display 0. 0 on success, -1
@@ -100,6 +105,31 @@ public:
     // FAILED for another mode or when the node cannot be opened.
     Return<int32_t> setCabcMode(uint64_t handle, uint64_t display, int32_t mode);
 
+    // --- Features by number (Features.cpp) ---
+    // 0 to 2: smart environment, enhanced and standard mode, always OK; 3: eye care and 23: unlimited colour
+    // temperature at level value; 7: backlight control mode value. These report what their operation reports; any other
+    // number is FAILED. value2 is ignored.
+    Return<int32_t> setFeature(uint64_t handle, uint64_t display, int32_t feature, int32_t value, int32_t value2);
+    // setFeature with the two values truncated toward zero; FAILED with more or fewer. Answers with no values.
+    Return<void> setMiscFeature(uint64_t handle, uint64_t display, int32_t feature, const hidl_vec<double>& values,
+                                const FeatureValues& callback);
+    // No feature can be read: FAILED, with no values.
+    Return<void> getMiscFeature(uint64_t handle, uint64_t display, int32_t feature, const FeatureValues& callback);
+
+    // --- Ambient-light adaptive display (Alad.cpp) ---
+    // Switches it on (any value but 0) or off. OK also when it is so already; FAILED for a display other than 0 and
+    // when it cannot be started. Switching off waits for the end of a composer message in flight.
+    Return<Result> setAlad(uint64_t handle, uint64_t display, uint32_t enable);
+    // 1 while it is on, otherwise 0.
+    Return<int32_t> IsAladEnable(uint64_t handle, uint64_t display);
+
+    // --- Exclusive mode (ExclusiveMode.cpp) ---
+    // A state of display 0 at the composer; the service does not remember it. value is only logged. Always OK.
+    // Clears every adjustment at the composer and switches ALAD and backlight control off; the colour state stays.
+    Return<Result> exclusiveModeEnter(uint64_t handle, uint32_t value);
+    // Puts the panel's calibration, read anew, and the colour temperatures back; ALAD and backlight control stay off.
+    Return<Result> exclusiveModeExit(uint64_t handle, uint32_t value);
+
     // --- For a dump of the state ---
     enum ScreenMode : int32_t { NONE = -1, SMART_ENVIRONMENT = 0, ENHANCED = 1, STANDARD = 2 };
     ScreenMode currentScreenMode() const { return static_cast<ScreenMode>(screenMode); }
@@ -116,12 +146,19 @@ private:
     int32_t askNumOfDisplay();
     bool reserveDisplays(int32_t count);
     void askDisplayInfos();
+    DisplayInfo askDisplayInfo(int32_t display);
     void applyCalibration();
+    // The panel's calibration as its file gives it now; null, and a log line, when there is no memory for it.
+    static std::unique_ptr<ConfigXmlParser> readCalibration();
 
     Result sendColorTransform(uint64_t display, const composer_types::ColorTransformMatrix& first,
                               const composer_types::ColorTransformMatrix& last);
     std::shared_ptr<const MatricesAnswer> askColorTransform(uint64_t display);
 
+    // Sends the panel's gamma table to display 0: the tuned one before the calibrated one, nothing without either.
+    void sendCalibratedGamma(const ConfigXmlParser& record);
+    // Sends the table whose entry i is (i / 4096) ^ exponent.
+    Result sendPowerTable(uint64_t display, float exponent);
     // Sends 4096 entries as the gamma table; the composer's answer is dropped.
     Result sendGammaTable(uint64_t display, const float* entries);
     using TableGetter = Return<void> (IComposerExt::*)(
@@ -133,13 +170,16 @@ private:
     void reportLevel(uint64_t display, int32_t ColorManager::*level, const Level& callback) const;
     // What every screen mode ends with: the final matrix, the mode, and the backlight control level, in this order.
     int32_t enterScreenMode(uint64_t display, ScreenMode mode, int32_t cabcLevel);
+    // Nothing when it is off.
+    void stopAlad();
 
     sp<IComposerExt> composerExt;  // null while not connected
     int32_t numOfDisplay = -1;     // -1 while unknown
     std::vector<DisplayInfo> displayInfos;
     TMat33<float> firstCtm;                   // identity: the first matrix of every request that names one matrix only
     std::vector<ColorManager> colorManagers;  // index: display
-    float wpcParam[9] = {};                   // parameters of the white-point calibration, in the order of the file
+    DisplayAlad* displayAlad = nullptr;  // owned; enabled, null while ALAD is off. It outlives this object if left on
+    float wpcParam[9] = {};              // parameters of the white-point calibration, in the order of the file
     bool hasWpcParam = false;
     int32_t screenMode = NONE;
 };

@@ -1,8 +1,11 @@
 // Gamma and de-gamma tables, passed through: the service keeps nothing of them.
+#include <platform/Answer.h>
 #include <platform/Log.h>
+#include <platform/OutOfMemory.h>
 
 #include <cmath>
 
+#include "calibration/ConfigXmlParser.h"
 #include "service/Composer.h"
 #include "service/DisplayControlImpl.h"
 
@@ -44,7 +47,7 @@ Return<Result> DisplayControlImpl::setGlobalDeGammaLut(uint64_t handle, uint64_t
     LOG_DEBUG("%lu", handle);
     LOG_DEBUG("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", e[96], e[320], e[1024], e[2048], e[3840]);
     if (composerExt == nullptr) return Result::FAILED;
-    dropAnswer(composerExt->setGlobalDeGammaLut(display, toComposer(table.entries.data())));
+    platform::dropAnswer(composerExt->setGlobalDeGammaLut(display, toComposer(table.entries.data())));
     return Result::OK;
 }
 
@@ -64,33 +67,46 @@ Return<void> DisplayControlImpl::getGlobalDeGammaLut(uint64_t handle, uint64_t d
 
 Return<Result> DisplayControlImpl::setGlobalGamma(uint64_t handle, uint64_t display, float exponent) {
     LOG_DEBUG("%lu", handle);
-    if (platform::isLogged(ANDROID_LOG_INFO)) {
-        __android_log_print(ANDROID_LOG_INFO, platform::kLogTag, "%f", static_cast<double>(exponent));
-    }
+    PLATFORM_LOG_BARE(ANDROID_LOG_INFO, "%f", exponent);
+    return sendPowerTable(display, exponent);
+}
+
+Result DisplayControlImpl::sendPowerTable(uint64_t display, float exponent) {
     if (composerExt == nullptr) return Result::FAILED;
     GammaLut table;
     fillPowerTable(table, exponent);
     return sendGammaTable(display, table.entries.data());
 }
 
+void DisplayControlImpl::sendCalibratedGamma(const ConfigXmlParser& record) {
+    if (record.hasGammaTuning) {
+        sendGammaTable(0, record.gammaTuning);
+    } else if (record.hasGammaCalib) {
+        sendGammaTable(0, record.gammaCalib);
+    }
+}
+
 Result DisplayControlImpl::sendGammaTable(uint64_t display, const float* entries) {
     if (composerExt == nullptr) return Result::FAILED;
-    dropAnswer(composerExt->setGlobalGammaLut(display, toComposer(entries)));
+    platform::dropAnswer(composerExt->setGlobalGammaLut(display, toComposer(entries)));
     return Result::OK;
 }
 
 // The composer's Result and table: zeros when it did not call back, FAILED and zeros when it was not reached.
 std::shared_ptr<const DisplayControlImpl::TableAnswer> DisplayControlImpl::askTable(uint64_t display,
                                                                                     TableGetter getter) {
-    const auto answer = std::make_shared<TableAnswer>();
-    const auto take = [answer](composer_types::Result result, const composer_types::GammaLut& table) {
-        answer->result = fromComposer(result);
-        answer->table.entries = table.entries.data();
-    };
-    if (composerExt == nullptr || !(composerExt.get()->*getter)(display, take).isOk()) {
-        *answer = {Result::FAILED, {}};
-    }
-    return answer;
+    static const TableAnswer kNotReached{Result::FAILED, {}};
+    const std::shared_ptr<const TableAnswer> notReached(std::shared_ptr<void>(), &kNotReached);
+    if (composerExt == nullptr) return notReached;
+    return platform::unlessOutOfMemory(notReached, [&]() -> std::shared_ptr<const TableAnswer> {
+        const auto answer = std::make_shared<TableAnswer>();
+        const auto status = (composerExt.get()->*getter)(
+            display, [answer](composer_types::Result result, const composer_types::GammaLut& table) {
+                answer->result = fromComposer(result);
+                answer->table.entries = table.entries.data();
+            });
+        return status.isOk() ? answer : notReached;
+    });
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

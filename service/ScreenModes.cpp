@@ -1,5 +1,6 @@
 // The three screen modes.
 #include <closed/displayppalgorithm.h>
+#include <platform/Answer.h>
 #include <platform/DeviceFiles.h>
 #include <platform/Log.h>
 
@@ -80,7 +81,7 @@ Return<int32_t> DisplayControlImpl::setSmartEnvironmentMode(uint64_t /*handle*/,
 int32_t DisplayControlImpl::enterScreenMode(uint64_t display, ScreenMode mode, int32_t cabcLevel) {
     sendFinalCtm(display);
     screenMode = mode;
-    dropAnswer(setCabcSysNode(/*handle=*/0, display, cabcLevel));
+    platform::dropAnswer(setCabcSysNode(/*handle=*/0, display, cabcLevel));
     return static_cast<int32_t>(Result::OK);
 }
 

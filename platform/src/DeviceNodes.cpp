@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include <platform/DeviceFiles.h>
+#include <platform/OutOfMemory.h>
 #include "platform/src/DeviceNodes.h"
 
 namespace platform {
@@ -55,20 +56,24 @@ private:
 }  // namespace
 
 NodeText readNode(std::string_view absolutePath, size_t limit) {
-    const Descriptor node(absolutePath, O_RDONLY);
-    if (!node.isOpen()) return {NodeStatus::OPEN_FAILED, {}};
-    std::array<char, kLongestRead> buffer{};
-    const ssize_t count = node.readOnce(buffer.data(), std::min(limit, buffer.size()));
-    if (count < 1) return {NodeStatus::READ_FAILED, {}};
-    return {NodeStatus::OK, std::string(buffer.data(), strnlen(buffer.data(), static_cast<size_t>(count)))};
+    return unlessOutOfMemory(NodeText{NodeStatus::OPEN_FAILED, {}}, [&]() -> NodeText {
+        const Descriptor node(absolutePath, O_RDONLY);
+        if (!node.isOpen()) return {NodeStatus::OPEN_FAILED, {}};
+        std::array<char, kLongestRead> buffer{};
+        const ssize_t count = node.readOnce(buffer.data(), std::min(limit, buffer.size()));
+        if (count < 1) return {NodeStatus::READ_FAILED, {}};
+        return {NodeStatus::OK, std::string(buffer.data(), strnlen(buffer.data(), static_cast<size_t>(count)))};
+    });
 }
 
 NodeStatus writeNode(std::string_view absolutePath, std::string_view bytes) {
-    const Descriptor node(absolutePath, O_WRONLY);
-    if (!node.isOpen()) return NodeStatus::OPEN_FAILED;
-    node.writeOnce(bytes);
-    reportNodeWrite(absolutePath, bytes);
-    return NodeStatus::OK;
+    return unlessOutOfMemory(NodeStatus::OPEN_FAILED, [&] {
+        const Descriptor node(absolutePath, O_WRONLY);
+        if (!node.isOpen()) return NodeStatus::OPEN_FAILED;
+        node.writeOnce(bytes);
+        reportNodeWrite(absolutePath, bytes);
+        return NodeStatus::OK;
+    });
 }
 
 }  // namespace platform

@@ -13,11 +13,16 @@ public:
 
     void sleepFor(Duration duration) override { std::this_thread::sleep_for(duration); }
 
-    void waitUntil(std::condition_variable& condition, std::unique_lock<std::mutex>& lock, Duration deadline) override {
-        condition.wait_until(lock, std::chrono::steady_clock::time_point(deadline));
+    void waitUntil(Condition& condition, Lock& lock, Duration deadline) override {
+        const uint64_t before = condition.notifications();
+        while (condition.notifications() == before && now() < deadline) {
+            condition.waitUntil(lock, std::chrono::steady_clock::time_point(deadline));
+        }
     }
 
     std::thread startThread(std::function<void()> body) override { return std::thread(std::move(body)); }
+
+    void join(std::thread& thread) override { thread.join(); }
 };
 
 }  // namespace

@@ -12,7 +12,7 @@ thread_local const VirtualClock* startedBy = nullptr;  // the clock that started
 }  // namespace
 
 Clock::Duration VirtualClock::now() {
-    const std::lock_guard guard(mutex);
+    const Lock lock(mutex);
     return time;
 }
 
@@ -21,50 +21,53 @@ void VirtualClock::sleepFor(Duration duration) {
         advance(duration);
         return;
     }
-    std::mutex ownMutex;
-    std::condition_variable own;
-    std::unique_lock lock(ownMutex);
-    Waiter waiter{now() + duration, &own, &ownMutex, false};
-    while (!waiter.due) block(waiter, lock);
+    Mutex ownMutex;
+    Condition own;
+    Lock lock(ownMutex);
+    waitUntil(own, lock, now() + duration);
 }
 
-void VirtualClock::waitUntil(std::condition_variable& condition, std::unique_lock<std::mutex>& lock,
-                             Duration deadline) {
-    Waiter waiter{deadline, &condition, lock.mutex(), false};
-    block(waiter, lock);
-}
-
-// A waiter holds its own mutex from before it is listed until the wait releases it, and advance() takes that mutex
+// A waiter holds its condition's mutex from before it is listed until the wait releases it, and step() takes that mutex
 // before it notifies: so no wake-up comes too early.
-void VirtualClock::block(Waiter& waiter, std::unique_lock<std::mutex>& lock) {
+void VirtualClock::waitUntil(Condition& condition, Lock& lock, Duration deadline) {
+    const uint64_t before = condition.notifications();
+    Waiter waiter{deadline, condition, lock.mutex(), before, false};
     {
-        const std::lock_guard guard(mutex);
+        const Lock own(mutex);
+        if (deadline <= time) return;
         waiters.push_back(&waiter);
         --running;
+        idle.notifyAll();
     }
-    idle.notify_all();
-    waiter.condition->wait(lock);
-    const std::lock_guard guard(mutex);
-    if (waiter.due) return;  // advance() has taken it off the list and counted it as running
+    while (condition.notifications() == before) condition.wait(lock);
+    const Lock own(mutex);
+    if (waiter.due) return;  // step() has taken it off the list and counted it as running
     waiters.remove(&waiter);
     ++running;
 }
 
+void VirtualClock::changeRunning(int change) {
+    const Lock lock(mutex);
+    running += change;
+    idle.notifyAll();
+}
+
 std::thread VirtualClock::startThread(std::function<void()> body) {
-    const auto changeRunning = [this](int change) {
-        {
-            const std::lock_guard guard(mutex);
-            running += change;
-        }
-        idle.notify_all();
-    };
     changeRunning(+1);
     try {
-        return std::thread([this, changeRunning, body = std::move(body)] {
+        std::thread thread([this, body = std::move(body)] {
             startedBy = this;
+            {
+                const Lock lock(mutex);
+                alive.insert(std::this_thread::get_id());
+            }
             body();
-            changeRunning(-1);
+            const Lock lock(mutex);
+            alive.erase(std::this_thread::get_id());
+            --running;
+            idle.notifyAll();
         });
+        return thread;
     } catch (...) {
         changeRunning(-1);
         throw;
@@ -76,33 +79,52 @@ std::list<VirtualClock::Waiter*>::iterator VirtualClock::earliest() {
                             [](const Waiter* a, const Waiter* b) { return a->deadline < b->deadline; });
 }
 
-void VirtualClock::advance(Duration duration) {
-    std::unique_lock guard(mutex);
-    const Duration end = time + duration;
-    while (true) {
-        idle.wait(guard, [this] { return running == 0; });
+bool VirtualClock::step(Duration end) {
+    Waiter* waiter = nullptr;
+    {
+        const Lock lock(mutex);
         const auto next = earliest();
-        if (next == waiters.end() || (*next)->deadline > end) break;
-        Waiter* const waiter = *next;
-        std::condition_variable* const condition = waiter->condition;
-        std::mutex* const conditionMutex = waiter->conditionMutex;
+        if (next == waiters.end() || (*next)->deadline > end) return false;
+        waiter = *next;
         waiters.erase(next);
         waiter->due = true;
         time = std::max(time, waiter->deadline);
         ++running;
-        guard.unlock();
-        {
-            const std::lock_guard waiterGuard(*conditionMutex);
-            condition->notify_all();
-        }
-        guard.lock();
     }
+    const Lock lock(waiter->conditionMutex);
+    waiter->condition.notifyAll();
+    return true;
+}
+
+void VirtualClock::advance(Duration duration) {
+    const Duration end = now() + duration;
+    do settle();
+    while (step(end));
+    const Lock lock(mutex);
     time = end;
 }
 
 void VirtualClock::settle() {
-    std::unique_lock guard(mutex);
-    idle.wait(guard, [this] { return running == 0; });
+    Lock lock(mutex);
+    while (!isIdle()) idle.wait(lock);
+}
+
+// Who has been notified is as good as running.
+bool VirtualClock::isIdle() {
+    return running == 0 && std::none_of(waiters.begin(), waiters.end(), [](const Waiter* waiter) {
+               return waiter->condition.notifications() != waiter->before;
+           });
+}
+
+void VirtualClock::join(std::thread& thread) {
+    do settle();
+    while (isAlive(thread.get_id()) && step(Duration::max()));
+    thread.join();
+}
+
+bool VirtualClock::isAlive(std::thread::id id) {
+    const Lock lock(mutex);
+    return alive.count(id) != 0;
 }
 
 }  // namespace platform

@@ -1,12 +1,12 @@
-// Time. The library takes time, waits and starts its threads through the process's clock alone, so that a desk can put
-// a clock of its own in place of the real one.
+// Time. The library takes time, waits, starts and joins its threads through the process's clock alone, so that a desk
+// can put a clock of its own in place of the real one.
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <thread>
+
+#include <platform/Mutex.h>
 
 namespace platform {
 
@@ -23,13 +23,14 @@ public:
     // Returns when now() has reached its present value plus duration.
     virtual void sleepFor(Duration duration) = 0;
 
-    // Waits on condition, releasing lock meanwhile, until a notification, until now() has reached deadline, or for no
-    // reason at all.
-    virtual void waitUntil(std::condition_variable& condition, std::unique_lock<std::mutex>& lock,
-                           Duration deadline) = 0;
+    // Waits, releasing lock meanwhile, until condition is notified or now() has reached deadline.
+    virtual void waitUntil(Condition& condition, Lock& lock, Duration deadline) = 0;
 
-    // Runs body on a thread of its own, which has to be joined. Throws std::system_error when none can be started.
+    // Runs body on a thread of its own. Throws std::system_error when none can be started.
     virtual std::thread startThread(std::function<void()> body) = 0;
+
+    // Waits for the end of a thread that startThread started.
+    virtual void join(std::thread& thread) = 0;
 };
 
 // The clock in force: the monotonic one unless setClock gave another.

@@ -29,6 +29,12 @@ inline bool isLogged(int32_t priority) {
                                 __VA_ARGS__);                                                             \
     } while (false)
 
+// The same without function name and line; format takes at least one argument or is a plain text.
+#define PLATFORM_LOG_BARE(priority, ...)                                                                 \
+    do {                                                                                                 \
+        if (platform::isLogged(priority)) __android_log_print(priority, platform::kLogTag, __VA_ARGS__); \
+    } while (false)
+
 #define LOG_DEBUG(...) PLATFORM_LOG(ANDROID_LOG_DEBUG, __VA_ARGS__)
 #define LOG_INFO(...) PLATFORM_LOG(ANDROID_LOG_INFO, __VA_ARGS__)
 #define LOG_ERROR(...) PLATFORM_LOG(ANDROID_LOG_ERROR, __VA_ARGS__)

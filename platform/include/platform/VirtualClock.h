@@ -2,16 +2,17 @@
 #pragma once
 
 #include <list>
+#include <set>
 
 #include <platform/Clock.h>
 
 namespace platform {
 
-// Time passes in advance() only. The threads that startThread started take turns with it: advance() goes from one
-// deadline to the next, wakes the one thread that waits for it and goes on when every such thread waits again or has
-// ended. So a minute takes as long as what happens in it, and always happens in the same order.
+// Time passes in advance() and join() only. The threads that startThread started take turns with them: the clock goes
+// from one deadline to the next, wakes the one thread that waits for it and goes on when every such thread waits again
+// or has ended. So a minute takes as long as what happens in it, and always happens in the same order.
 //
-// One thread, the one that made the clock, steps it; every thread started here has ended before the clock does.
+// One thread steps it: the one that starts the others. Every thread started here has been joined before the clock goes.
 class VirtualClock final : public Clock {
 public:
     Duration now() override;
@@ -20,9 +21,12 @@ public:
     void sleepFor(Duration duration) override;
 
     // Only for threads that were started here.
-    void waitUntil(std::condition_variable& condition, std::unique_lock<std::mutex>& lock, Duration deadline) override;
+    void waitUntil(Condition& condition, Lock& lock, Duration deadline) override;
 
     std::thread startThread(std::function<void()> body) override;
+
+    // Lets time pass until the thread ends. Not for threads that were started here.
+    void join(std::thread& thread) override;
 
     // Lets duration pass, up to and including what is due at its end.
     void advance(Duration duration);
@@ -33,19 +37,26 @@ public:
 private:
     struct Waiter {
         Duration deadline;
-        std::condition_variable* condition;
-        std::mutex* conditionMutex;
-        bool due;
+        Condition& condition;
+        Mutex& conditionMutex;
+        uint64_t before;  // notifications of the condition when the wait began
+        bool due;         // its time has come; guarded by mutex
     };
 
-    void block(Waiter& waiter, std::unique_lock<std::mutex>& lock);
-    std::list<Waiter*>::iterator earliest();
+    void changeRunning(int change);
+    bool isIdle() REQUIRES(mutex);
+    bool isAlive(std::thread::id id);
+    std::list<Waiter*>::iterator earliest() REQUIRES(mutex);
+    // Goes to the earliest deadline, unless it is after end or there is none, and wakes the thread that waits for it.
+    // Called while every thread started here waits or has ended.
+    bool step(Duration end) EXCLUDES(mutex);
 
-    std::mutex mutex;  // guards all below; taken after a waiter's own mutex, never before
-    std::condition_variable idle;
-    Duration time{0};
-    int running = 0;             // threads started here that neither wait nor have ended
-    std::list<Waiter*> waiters;  // in the order in which they began to wait
+    Mutex mutex;  // taken after the mutex of a waiter's condition, never before
+    Condition idle;
+    Duration time GUARDED_BY(mutex){0};
+    int running GUARDED_BY(mutex) = 0;                  // threads started here that neither wait nor have ended
+    std::list<Waiter*> waiters GUARDED_BY(mutex);       // in the order in which they began to wait
+    std::set<std::thread::id> alive GUARDED_BY(mutex);  // threads started here that have begun and not ended
 };
 
 }  // namespace platform

@@ -1,0 +1,33 @@
+#include "alad/LightFilter.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+int32_t LightFilter::add(int32_t lux, bool curveActive) {
+    if (samplePos >= kSamples) samplePos = 0;
+    const auto slot = static_cast<size_t>(samplePos);
+    const size_t previousSlot = slot == 0 ? luxSamples.size() - 1 : slot - 1;
+    if (firstSample) {
+        luxSamples.fill(lux);
+        firstSample = false;
+    } else {
+        luxSamples[slot] = lux;
+        ++samplePos;
+    }
+
+    const int32_t previous = luxSamples[previousSlot];
+    const bool bothDim = lux < kDimLux && previous < kDimLux;
+    const bool bothBright = lux > kBrightLux && previous > kBrightLux;
+    if (curveActive ? bothDim : bothBright) luxSamples.fill(lux);
+    return meanOfMiddle(luxSamples);
+}
+
+int32_t meanOfMiddle(const std::array<int32_t, LightFilter::kSamples>& samples) {
+    const auto [smallest, largest] = std::minmax_element(samples.begin(), samples.end());
+    const int64_t sum = std::accumulate(samples.begin(), samples.end(), int64_t{0});
+    return static_cast<int32_t>((sum - *smallest - *largest) / 3);
+}
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -1,0 +1,27 @@
+// The light sensor's way to whoever follows the light.
+#pragma once
+
+#include <android/frameworks/sensorservice/1.0/ISensorManager.h>
+#include <platform/Mutex.h>
+
+#include <cstdint>
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+namespace sensorservice = ::android::frameworks::sensorservice::V1_0;
+
+// The sensor service's answers as values: a failed transport, a result other than OK and an answer that is not
+// delivered are all the same failure. A service may call back late.
+
+// False without a light sensor; then sensorHandle is as it was.
+bool findLightSensor(sensorservice::ISensorManager& manager, int32_t& sensorHandle);
+
+// Null when there is no queue to be had.
+::android::sp<sensorservice::IEventQueue> createQueue(
+    sensorservice::ISensorManager& manager, const ::android::sp<sensorservice::IEventQueueCallback>& callback);
+
+// Events once a second, each as soon as it is there.
+bool switchSensorOn(sensorservice::IEventQueue& queue, int32_t sensorHandle);
+bool switchSensorOff(sensorservice::IEventQueue& queue, int32_t sensorHandle);
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -1,0 +1,78 @@
+// Locking that Clang's thread-safety analysis checks: what a mutex guards is accessed under it, or the build fails.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+
+#if defined(__clang__)
+#define PLATFORM_THREAD_ANNOTATION(attribute) __attribute__((attribute))
+#else
+#define PLATFORM_THREAD_ANNOTATION(attribute)
+#endif
+#define CAPABILITY(name) PLATFORM_THREAD_ANNOTATION(capability(name))
+#define SCOPED_CAPABILITY PLATFORM_THREAD_ANNOTATION(scoped_lockable)
+#define GUARDED_BY(mutex) PLATFORM_THREAD_ANNOTATION(guarded_by(mutex))
+#define ACQUIRE(...) PLATFORM_THREAD_ANNOTATION(acquire_capability(__VA_ARGS__))
+#define RELEASE(...) PLATFORM_THREAD_ANNOTATION(release_capability(__VA_ARGS__))
+#define REQUIRES(...) PLATFORM_THREAD_ANNOTATION(requires_capability(__VA_ARGS__))
+#define EXCLUDES(...) PLATFORM_THREAD_ANNOTATION(locks_excluded(__VA_ARGS__))
+
+namespace platform {
+
+class CAPABILITY("mutex") Mutex {
+public:
+    void lock() ACQUIRE() { mutex.lock(); }
+    void unlock() RELEASE() { mutex.unlock(); }
+
+private:
+    friend class Lock;
+    std::mutex mutex;
+};
+
+// Holds a mutex from here to the end of the scope.
+class SCOPED_CAPABILITY Lock {
+public:
+    explicit Lock(Mutex& held) ACQUIRE(held) : lock(held.mutex), heldMutex(held) {}
+    ~Lock() RELEASE() = default;
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+    Mutex& mutex() const { return heldMutex; }
+
+private:
+    friend class Condition;
+    std::unique_lock<std::mutex> lock;
+    Mutex& heldMutex;
+};
+
+// A condition variable that tells a notification from a wake-up for no reason. Every operation is called with the mutex
+// of the condition held; that one mutex is always the same. Waiting is the clock's affair: see Clock::waitUntil.
+class Condition {
+public:
+    void notifyOne() {
+        ++count;
+        condition.notify_one();
+    }
+    void notifyAll() {
+        ++count;
+        condition.notify_all();
+    }
+
+    // How often there was a notification: a waiter goes on when this has changed. May be called without the mutex.
+    uint64_t notifications() const { return count; }
+
+    // Return for a notification and for no reason; the second one also at its deadline.
+    void wait(Lock& lock) { condition.wait(lock.lock); }
+    template <typename TimePoint>
+    void waitUntil(Lock& lock, TimePoint deadline) {
+        condition.wait_until(lock.lock, deadline);
+    }
+
+private:
+    std::condition_variable condition;
+    std::atomic<uint64_t> count{0};
+};
+
+}  // namespace platform

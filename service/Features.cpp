@@ -1,0 +1,57 @@
+// Features by number: another way to the operations of the modes and the colour temperatures.
+#include <platform/Log.h>
+#include <platform/Numbers.h>
+
+#include "service/DisplayControlImpl.h"
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+namespace {
+
+constexpr int32_t kOk = static_cast<int32_t>(Result::OK);
+constexpr int32_t kFailed = static_cast<int32_t>(Result::FAILED);
+
+}  // namespace
+
+Return<int32_t> DisplayControlImpl::setFeature(uint64_t handle, uint64_t display, int32_t feature, int32_t value,
+                                               int32_t value2) {
+    LOG_DEBUG("u:%lu d:%lu m:%d v:%d c:%d", handle, display, feature, value, value2);
+    switch (feature) {
+        case 0:
+            setSmartEnvironmentMode(handle, display, value);
+            return kOk;
+        case 1:
+            setEnhanceScreenMode(handle, display, value);
+            return kOk;
+        case 2:
+            setStandardMode(handle, display, value);
+            return kOk;
+        case 3:
+            return static_cast<int32_t>(setEyeCareCT(handle, display, value).withDefault(Result::FAILED));
+        case 7:
+            return setCabcMode(handle, display, value);
+        case 23:
+            return static_cast<int32_t>(setUnlimitedCT(handle, display, value).withDefault(Result::FAILED));
+        default:
+            return kFailed;
+    }
+}
+
+Return<void> DisplayControlImpl::setMiscFeature(uint64_t handle, uint64_t display, int32_t feature,
+                                                const hidl_vec<double>& values, const FeatureValues& callback) {
+    constexpr size_t kValues = 2;
+    const int32_t result = values.size() == kValues ? setFeature(handle, display, feature, platform::toInt32(values[0]),
+                                                                 platform::toInt32(values[1]))
+                                                          .withDefault(kFailed)
+                                                    : kFailed;
+    callback(static_cast<Result>(result), {});
+    return Void();
+}
+
+Return<void> DisplayControlImpl::getMiscFeature(uint64_t /*handle*/, uint64_t /*display*/, int32_t /*feature*/,
+                                                const FeatureValues& callback) {
+    callback(Result::FAILED, {});
+    return Void();
+}
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation
