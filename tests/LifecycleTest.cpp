@@ -1,0 +1,276 @@
+#include <climits>
+#include <mutex>
+#include <set>
+#include <thread>
+
+#include "service/NextHandle.h"
+#include "tests/ServiceTest.h"
+#include "tests/fakes/AllocationLimit.h"
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+namespace {
+
+using fakes::Fault;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr int64_t kUnknown = 4294967295;  // the unsigned image of -1
+constexpr uint64_t kLargest = UINT64_MAX;
+
+const std::vector<double> kWhite = {0.5, 0, 0, 0, 1, 0, 0, 0, 1};
+const std::vector<double> kCorrection = {1, 0, 0, 0, 0.5, 0, 0, 0, 1};
+
+}  // namespace
+
+class LifecycleTest : public ServiceTest {
+protected:
+    std::string calibrationOf(uint64_t display) const {
+        const ColorManager& colors = service.displayColors()[display];
+        return fakes::text(colors.calibWpcCtm.data(), 9) + fakes::text(colors.calibCcmCtm.data(), 9);
+    }
+};
+
+TEST_F(LifecycleTest, StartAsksTheComposerThenAppliesTheCalibration) {
+    calibrate(block("CTM_WPC", kWhite) + block("CTM_CCM", kCorrection) +
+              block("Gamma_Calib", std::vector<double>(4096, 0.25)) +
+              block("Gamma_Tuning", std::vector<double>(4096, 0.75)) +
+              "<UnlimitedCT><Warm>0xFF0000</Warm><Cold>0000FF</Cold></UnlimitedCT><EyeCare><MaxCCT>6500</MaxCCT>" +
+              elements(std::vector<double>(36, 0.5)) + "<MinCCT>2700</MinCCT></EyeCare>");
+    EXPECT_EQ(service.init(), 0);
+    EXPECT_THAT(happened(), ElementsAre("composer getNumOfDisplay()", "composer getDisplayInfo(0)",
+                                        "composer getDisplayInfo(1)", "log E parser: open panel name node error",
+                                        std::string("log D parser: panel xml ") + fakes::kDefaultCalibration,
+                                        "closed setEyeCareParamsOled(6500, 2700)", "log D init: m:6500 m:2700",
+                                        "closed setParams(FF0000, FF)", "log D init: w:00FF0000 c:000000FF",
+                                        "composer setGlobalGammaLut(0)", "log I init: OK"));
+    EXPECT_EQ(composer->gamma[0].entries[4095], 0.75F) << "the tuned table wins";
+    EXPECT_EQ(calibrationOf(0), "[0.5 0 0 0 1 0 0 0 1][1 0 0 0 0.5 0 0 0 1]");
+    EXPECT_EQ(calibrationOf(1), "II");
+    for (const ColorManager& colors : service.displayColors()) {
+        EXPECT_EQ(fakes::text(colors.finalCtm().data(), 9), "I") << "nothing is in effect before a mode is chosen";
+    }
+}
+
+TEST_F(LifecycleTest, WhatTheCalibrationLacksIsNotApplied) {
+    const std::string configured = "closed setParams(FFFFEA, EDFDFF)";
+    calibrate(block("Gamma_Calib", std::vector<double>(4096, 0.25)));
+    EXPECT_EQ(service.init(), 0);
+    EXPECT_THAT(happened(), testing::IsSupersetOf({configured, std::string("composer setGlobalGammaLut(0)")}));
+    EXPECT_EQ(composer->gamma[0].entries[0], 0.25F);
+
+    calibrate(block("Gamma_Calib", std::vector<double>(4095, 0.5)));
+    EXPECT_EQ(service.init(), 0);
+    EXPECT_THAT(happened(), testing::Not(Contains("composer setGlobalGammaLut(0)"))) << "one value is missing";
+
+    composer->count = 0;
+    calibrate(block("Gamma_Calib", std::vector<double>(4096, 0.5)));
+    EXPECT_EQ(service.init(), 0);
+    EXPECT_THAT(happened(),
+                ElementsAre("composer getNumOfDisplay()", "log E parser: open panel name node error",
+                            std::string("log D parser: panel xml ") + fakes::kDefaultCalibration, "log I init: OK"))
+        << "no display to apply it to";
+}
+
+TEST_F(LifecycleTest, EveryOutcomeOfTheStart) {
+    const Lines kNoCount = {"log E init: getNumOfDisplay error!"};
+    const struct {
+        const char* name;
+        uint32_t count;
+        const char* call;
+        Fault fault;
+        int result;
+        int64_t known;
+        Lines errors;  // those of the service itself
+        const char* secondDisplay;
+    } kCases[] = {
+        {"well", 2, "", Fault::NONE, 0, 2, {}, "0: 11 12 13, display 1"},
+        {"no displays", 0, "", Fault::NONE, 0, 0, {}, "-3: 0 0 0, 0"},
+        {"one display", 1, "", Fault::NONE, 0, 1, {}, "-3: 0 0 0, 0"},
+        {"above the signed range", 0x80000000U, "", Fault::NONE, -2, kUnknown, kNoCount, "-3: 0 0 0, 0"},
+        {"all bits set", 0xFFFFFFFFU, "", Fault::NONE, -2, kUnknown, kNoCount, "-3: 0 0 0, 0"},
+        {"too many for the memory", 100000, "", Fault::NONE, -2, kUnknown, kNoCount, "-3: 0 0 0, 0"},
+        {"count refused", 2, "getNum", Fault::REFUSES, -2, kUnknown, kNoCount, "-3: 0 0 0, 0"},
+        {"count not answered", 2, "getNum", Fault::SILENT, -2, kUnknown, kNoCount, "-3: 0 0 0, 0"},
+        {"count answered twice", 2, "getNum", Fault::TWICE, 0, 2, {}, "0: 11 12 13, display 1"},
+        {"count answered late", 2, "getNum", Fault::LATE, -2, kUnknown, kNoCount, "-3: 0 0 0, 0"},
+        {"no way to the count", 2, "getNum", Fault::UNREACHABLE, -2, kUnknown, kNoCount, "-3: 0 0 0, 0"},
+        {"no way back from the count", 2, "getNum", Fault::DIES_AFTER_ANSWER, -2, kUnknown, kNoCount, "-3: 0 0 0, 0"},
+        {"information refused",
+         2,
+         "getDisplayInfo(1",
+         Fault::REFUSES,
+         0,
+         2,
+         {"log E operator(): getDisplayInfo 1 error!"},
+         "0: 11 12 13, display 1"},
+        {"information not answered", 2, "getDisplayInfo(1", Fault::SILENT, 0, 2, {}, "0: 0 0 0, "},
+        {"information answered twice", 2, "getDisplayInfo", Fault::TWICE, 0, 2, {}, "0: 11 12 13, display 1"},
+        {"information answered late", 2, "getDisplayInfo", Fault::LATE, 0, 2, {}, "0: 0 0 0, "},
+        {"no way to the information", 2, "getDisplayInfo", Fault::UNREACHABLE, 0, 2, {}, "0: 0 0 0, "},
+        {"no way back", 2, "getDisplayInfo", Fault::DIES_AFTER_ANSWER, 0, 2, {}, "0: 0 0 0, "},
+        {"gamma table refused", 2, "setGlobalGammaLut", Fault::REFUSES, 0, 2, {}, "0: 11 12 13, display 1"},
+        {"no way to the gamma table", 2, "setGlobalGammaLut", Fault::UNREACHABLE, 0, 2, {}, "0: 11 12 13, display 1"},
+    };
+    calibrate(block("Gamma_Calib", std::vector<double>(4096, 0.5)));
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.name);
+        const sp<fakes::FakeComposer> odd = new fakes::FakeComposer;
+        odd->registerAsService();
+        odd->count = c.count;
+        odd->fault(c.call, c.fault);
+        DisplayControlImpl started;
+        {
+            const fakes::AllocationLimit limit(1000000);
+            EXPECT_EQ(started.init(), c.result);
+        }
+        odd->deliverLate();
+        Lines errors;
+        for (const std::string& line : logLines()) {
+            const bool ofTheService = line.rfind("log E init: get", 0) == 0 || line.rfind("log E operator", 0) == 0;
+            if (ofTheService) errors.push_back(line);
+        }
+        EXPECT_EQ(errors, c.errors);
+        std::swap(service, started);
+        EXPECT_EQ(numOfDisplay(), c.known);
+        EXPECT_EQ(displayInfo(1), c.secondDisplay);
+        EXPECT_EQ(service.displayColors().size(), c.known == kUnknown ? 0U : static_cast<size_t>(c.known));
+    }
+}
+
+TEST_F(LifecycleTest, WithoutAComposerNothingIsTouched) {
+    platform::clearServices();
+    EXPECT_EQ(service.init(), -1);
+    EXPECT_THAT(happened(), ElementsAre("log E init: get composer ext service error!"));
+    EXPECT_EQ(numOfDisplay(), kUnknown);
+
+    composer->registerAsService("another instance");
+    EXPECT_EQ(service.init(), -1);
+    composer->registerAsService();
+    EXPECT_EQ(start(), 0);
+    platform::clearServices();
+    EXPECT_EQ(service.init(), -1);
+    EXPECT_EQ(numOfDisplay(), 2) << "what was learned stays";
+    EXPECT_EQ(service.setUnlimitedCT(7, 0, 5), Result::FAILED) << "the earlier connection is given back";
+}
+
+TEST_F(LifecycleTest, ALaterStartKeepsTheStateOfDisplaysThatRemain) {
+    EXPECT_EQ(start(), 0);
+    service.setUnlimitedCT(7, 0, 40);
+    service.setUnlimitedCT(7, 1, 41);
+
+    composer->count = 3;
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(unlimitedLevel(1), "0 41");
+    EXPECT_EQ(unlimitedLevel(2), "0 0");
+    EXPECT_EQ(displayInfo(2), "0: 21 22 23, display 2");
+
+    composer->count = 1;
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(unlimitedLevel(0), "0 40");
+    EXPECT_EQ(unlimitedLevel(1), "-5 0");
+
+    composer->fault("getNumOfDisplay", Fault::REFUSES);
+    EXPECT_EQ(start(), -2);
+    EXPECT_EQ(service.displayColors().size(), 1U) << "the lists stay";
+    EXPECT_EQ(unlimitedLevel(0), "-5 0") << "but no display is known";
+    EXPECT_EQ(displayInfo(0), "-3: 0 0 0, 0");
+
+    composer->fault("getNumOfDisplay", Fault::NONE);
+    composer->count = 2;
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(unlimitedLevel(0), "0 40");
+    EXPECT_EQ(unlimitedLevel(1), "0 0") << "display 1 had gone";
+
+    composer->count = 0;
+    EXPECT_EQ(start(), 0);
+    EXPECT_THAT(service.displayColors(), IsEmpty());
+}
+
+TEST_F(LifecycleTest, WithoutAConnectionOperationsFailAndTouchNothing) {
+    const auto failing = [this] {
+        const ColorTransformMatrix m{};
+        const auto table = std::make_unique<GammaLut>();
+        EXPECT_EQ(service.setColorTransformMatrix(7, 0, m), Result::FAILED);
+        EXPECT_EQ(service.setColorTransformMatrix2(7, 0, m, m), Result::FAILED);
+        EXPECT_EQ(service.setGlobalGammaLut(7, 0, *table), Result::FAILED);
+        EXPECT_EQ(service.setGlobalDeGammaLut(7, 0, *table), Result::FAILED);
+        EXPECT_EQ(service.setGlobalGamma(7, 0, 1.0F), Result::FAILED);
+        EXPECT_EQ(service.setUnlimitedCT(7, 0, 5), Result::FAILED);
+        EXPECT_EQ(service.setEyeCareCT(7, 0, 5), Result::FAILED);
+        EXPECT_EQ(service.setStandardMode(7, 0, 0), -5);
+        EXPECT_EQ(service.setEnhanceScreenMode(7, 0, 0), -5);
+        EXPECT_EQ(service.setSmartEnvironmentMode(7, 0, 0), -5);
+        std::vector<Result> answers;
+        service.getColorTransformMatrix(7, 0, [&](Result r, const auto&) { answers.push_back(r); });
+        service.getColorTransformMatrix2(7, 0, [&](Result r, const auto&, const auto&) { answers.push_back(r); });
+        service.getGlobalGammaLut(7, 0, [&](Result r, const auto&) { answers.push_back(r); });
+        service.getGlobalDeGammaLut(7, 0, [&](Result r, const auto&) { answers.push_back(r); });
+        EXPECT_EQ(answers, std::vector<Result>(4, Result::FAILED));
+        EXPECT_EQ(service.currentScreenMode(), DisplayControlImpl::NONE);
+        for (const std::string& line : happened()) EXPECT_THAT(line, testing::StartsWith("log ")) << "nothing but log";
+    };
+    failing();
+    EXPECT_EQ(unlimitedLevel(0), "-5 0");
+    EXPECT_EQ(start(), 0);
+    service.deInit();
+    failing();
+    EXPECT_EQ(unlimitedLevel(0), "0 0") << "what is known stays known";
+    EXPECT_EQ(displayInfo(1), "0: 11 12 13, display 1");
+}
+
+TEST_F(LifecycleTest, DisplayQueriesAnswerFromWhatTheStartLearned) {
+    EXPECT_EQ(displayInfo(0), "-3: 0 0 0, 0");
+    EXPECT_EQ(numOfDisplay(), kUnknown);
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(displayInfo(0), "0: 1 2 3, display 0");
+    for (const uint64_t bad : {uint64_t{2}, uint64_t{1} << 32, kLargest}) EXPECT_EQ(displayInfo(bad), "-3: 0 0 0, 0");
+    happened();
+    numOfDisplay();
+    displayInfo(9);
+    EXPECT_THAT(happened(), ElementsAre("log I getNumOfDisplay: 7", "log I getDisplayInfo: 7"));
+}
+
+TEST_F(LifecycleTest, HandlesCountUpAndAreNeverLookedUp) {
+    const auto alloc = [this](uint32_t value) {
+        uint64_t handle = 0;
+        service.allocUserHandle(value, [&handle](Result result, uint64_t given) {
+            EXPECT_EQ(result, Result::OK);
+            handle = given;
+            fakes::journal::add("handle given");
+        });
+        return handle;
+    };
+    const uint64_t first = alloc(0);
+    EXPECT_EQ(alloc(UINT32_MAX), first + 1);
+    happened();
+    EXPECT_EQ(service.freeUserHandle(kLargest), Result::OK);
+    EXPECT_EQ(alloc(3), first + 2);
+    EXPECT_THAT(happened(), ElementsAre("log I freeUserHandle: 18446744073709551615", "handle given",
+                                        "log I allocUserHandle: " + std::to_string(first + 2)));
+    EXPECT_EQ(nextHandle(0), 1U);
+    EXPECT_EQ(nextHandle(kLargest - 1), kLargest);
+    EXPECT_EQ(nextHandle(kLargest), 1U) << "0 is never handed out";
+}
+
+TEST_F(LifecycleTest, ThreadsNeverShareAHandle) {
+    std::mutex mutex;
+    std::set<uint64_t> handles;
+    std::vector<std::thread> clients;
+    for (int i = 0; i < 4; ++i) {
+        clients.emplace_back([&] {
+            for (int n = 0; n < 500; ++n) {
+                service.allocUserHandle(0, [&](Result, uint64_t handle) {
+                    const std::lock_guard guard(mutex);
+                    handles.insert(handle);
+                });
+            }
+        });
+    }
+    for (std::thread& client : clients) client.join();
+    EXPECT_EQ(handles.size(), 2000U);
+    EXPECT_EQ(*handles.rbegin() - *handles.begin(), 1999U) << "none is lost";
+}
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation
