@@ -1,7 +1,6 @@
 #include "color/ColorManager.h"
 
 #include <cmath>
-#include <limits>
 #include <random>
 
 #include "tests/ServiceTest.h"
@@ -12,9 +11,6 @@ namespace {
 
 using Matrix = TMat33<float>;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 Matrix matrix(std::initializer_list<float> elements) {
     Matrix result;
@@ -82,19 +78,13 @@ ColorManager randomColors(std::mt19937& random) {
 
 }  // namespace
 
+// Every place of the four matrices takes every odd value once, among plain values and among random ones.
 TEST(FinalCtm, HasTheBitsOfItsDefinition) {
     std::mt19937 random(1);
-    for (int i = 0; i < 1000; ++i) {
-        const ColorManager colors = randomColors(random);
-        ASSERT_EQ(textOf(colors.finalCtm()), referenceFinal(colors)) << "sample " << i;
-    }
-}
-
-TEST(FinalCtm, HasTheBitsOfItsDefinitionWithAnOddValueInAnyPlace) {
-    std::mt19937 random(2);
-    for (const float odd : {-0.0F, kInfinity, -kInfinity, NAN, 1e-45F, 3e38F, -3e38F}) {
-        for (size_t place = 0; place < 4 * Matrix::kSize; ++place) {
-            ColorManager colors = place % 2 == 0 ? ColorManager() : randomColors(random);
+    for (const float odd : {0.5F, -0.0F, HUGE_VALF, -HUGE_VALF, NAN, 1e-45F, 3e38F, -3e38F}) {
+        for (size_t sample = 0; sample < 8 * Matrix::kSize; ++sample) {
+            ColorManager colors = sample % 2 == 0 ? ColorManager() : randomColors(random);
+            const size_t place = sample / 2;
             Matrix* const matrices[] = {&colors.wpcCtm, &colors.ccmCtm, &colors.unlimitedCtm, &colors.eyeCareCtm};
             (*matrices[place / 9])[place % 9] = odd;
             ASSERT_EQ(textOf(colors.finalCtm()), referenceFinal(colors)) << odd << " in place " << place;
@@ -102,78 +92,53 @@ TEST(FinalCtm, HasTheBitsOfItsDefinitionWithAnOddValueInAnyPlace) {
     }
 }
 
-TEST(FinalCtm, IsTheChainDividedByItsLargestOutput) {
-    const Matrix mixing = matrix({1, 0.5F, 0, 0.25F, 1, 0, 0, 0, 1});
+TEST(FinalCtm, IsNormalisedAboveTheThresholdOnly) {
     const Matrix correction = matrix({1.2F, -0.1F, -0.1F, -0.1F, 1.2F, -0.1F, -0.1F, -0.1F, 1.2F});
-    constexpr float kThird = -0.1F / 1.2F;
-    const Matrix none = diagonal(0, 0, 0);
+    constexpr float kOff = -0.1F / 1.2F;
     const float threshold = 1e-6F;  // as a double a little less than 1e-6
-    const float aboveThreshold = std::nextafter(threshold, 1.0F);
     const struct {
         const char* name;
-        Matrix white, correction, unlimited, eyeCare;
-        Matrix expected;
+        Matrix ColorManager::*which;
+        Matrix given, expected;
     } kCases[] = {
-        {"nothing set", {}, {}, {}, {}, {}},
-        {"scaled up", {}, {}, diagonal(0.9F, 0.8F, 0.7F), {}, diagonal(1, 0.8F / 0.9F, 0.7F / 0.9F)},
-        {"one channel alone is largest",
-         {},
-         correction,
-         {},
-         {},
-         matrix({1, kThird, kThird, kThird, 1, kThird, kThird, kThird, 1})},
-        {"all black", {}, {}, {}, none, none},
-        {"negative only", diagonal(-1, -2, -3), {}, {}, {}, diagonal(-1, -2, -3)},
-        {"correction before white point",
-         diagonal(2, 1, 1),
-         mixing,
-         {},
-         {},
-         matrix({2.0F / 3, 1.0F / 3, 0, 0.25F / 3, 1.0F / 3, 0, 0, 0, 1.0F / 3})},
-        {"white point before gains",
-         mixing,
-         {},
-         diagonal(2, 1, 1),
-         {},
-         matrix({2.0F / 3, 1.0F / 3, 0, 0.25F / 3, 1.0F / 3, 0, 0, 0, 1.0F / 3})},
-        {"gains before eye care",
-         {},
-         {},
-         diagonal(2, 1, 1),
-         mixing,
-         matrix({2.0F / 2.5F, 0.5F / 2.5F, 0, 0.5F / 2.5F, 1 / 2.5F, 0, 0, 0, 1 / 2.5F})},
-        {"at the threshold", {}, {}, diagonal(threshold, 0, 0), {}, diagonal(threshold, 0, 0)},
-        {"above the threshold", {}, {}, diagonal(aboveThreshold, 0, 0), {}, diagonal(1, 0, 0)},
-        {"far below", {}, {}, diagonal(1e-7F, 1e-7F, 1e-7F), {}, diagonal(1e-7F, 1e-7F, 1e-7F)},
-        {"negative zeros become zeros", {}, diagonal(-0.0F, 1, 1), {}, {}, diagonal(0, 1, 1)},
+        {"nothing set", &ColorManager::wpcCtm, {}, {}},
+        {"scaled up", &ColorManager::unlimitedCtm, diagonal(0.9F, 0.8F, 0.7F), diagonal(1, 0.8F / 0.9F, 0.7F / 0.9F)},
+        {"one channel", &ColorManager::ccmCtm, correction, matrix({1, kOff, kOff, kOff, 1, kOff, kOff, kOff, 1})},
+        {"all black", &ColorManager::eyeCareCtm, diagonal(0, 0, 0), diagonal(0, 0, 0)},
+        {"negative only", &ColorManager::wpcCtm, diagonal(-1, -2, -3), diagonal(-1, -2, -3)},
+        {"at the threshold", &ColorManager::wpcCtm, diagonal(threshold, 0, 0), diagonal(threshold, 0, 0)},
+        {"above", &ColorManager::wpcCtm, diagonal(std::nextafter(threshold, 1.0F), 0, 0), diagonal(1, 0, 0)},
+        {"negative zero", &ColorManager::ccmCtm, diagonal(-0.0F, 1, 1), diagonal(0, 1, 1)},
     };
     for (const auto& c : kCases) {
         ColorManager colors;
-        colors.wpcCtm = c.white;
-        colors.ccmCtm = c.correction;
-        colors.unlimitedCtm = c.unlimited;
-        colors.eyeCareCtm = c.eyeCare;
+        colors.*c.which = c.given;
         EXPECT_EQ(textOf(colors.finalCtm()), textOf(c.expected)) << c.name;
     }
 }
 
+TEST(FinalCtm, CorrectsFirstAndMeetsEyeCareLast) {
+    ColorManager colors;
+    colors.ccmCtm = matrix({0, 1, 0, 1, 0, 0, 0, 0, 1});        // red and green change places
+    colors.wpcCtm = diagonal(1, 0.5F, 1);                       // green halved
+    colors.unlimitedCtm = matrix({0, 0, 1, 0, 1, 0, 1, 0, 0});  // red and blue change places
+    colors.eyeCareCtm = diagonal(1, 1, 0.25F);                  // blue quartered
+    EXPECT_EQ(textOf(colors.finalCtm()), "[0 0 1 0.5 0 0 0 0.25 0]");
+}
+
 TEST(MaxRgb, IsTheLargestOutputOfTheCubesCorners) {
-    const struct {
-        const char* name;
-        Matrix m;
-        float expected;
-    } kCases[] = {
-        {"identity", {}, 1},
-        {"row sum", matrix({1, 2, 3, 4, 5, 6, 7, 8, 9}), 24},
-        {"two channels", matrix({1, 2, -4, 0, 0, 0, 0, 0, 0}), 3},
-        {"one channel", matrix({-1, -1, -1, -1, 5, -1, -1, -1, -1}), 5},
-        {"none positive", diagonal(-1, -1, -1), 0},
-        {"a NaN in the last row spoils the answer", matrix({1, 0, 0, 0, 1, 0, 0, 0, NAN}), NAN},
-        {"a NaN that later rows replace", matrix({NAN, 0, 0, 0, 1, 0, 0, 0, 0.5F}), 0.5F},
+    const std::pair<Matrix, float> kCases[] = {
+        {{}, 1},
+        {matrix({1, 2, 3, 4, 5, 6, 7, 8, 9}), 24},
+        {matrix({1, 2, -4, 0, 0, 0, 0, 0, 0}), 3},
+        {matrix({-1, -1, -1, -1, 5, -1, -1, -1, -1}), 5},
+        {diagonal(-1, -1, -1), 0},
+        {diagonal(1, 1, NAN), NAN},
+        {diagonal(NAN, 1, 0.5F), 0.5F},
     };
-    for (const auto& c : kCases) {
-        const float largest = ColorManager::maxRgb(c.m);
-        EXPECT_EQ(fakes::text(&largest, 1), fakes::text(&c.expected, 1)) << c.name;
+    for (const auto& [m, expected] : kCases) {
+        const float largest = ColorManager::maxRgb(m);
+        EXPECT_EQ(fakes::text(&largest, 1), fakes::text(&expected, 1)) << textOf(m);
     }
 }
 
@@ -204,53 +169,36 @@ TEST_F(ColorManagerTest, InitConfiguresEyeCareThenTheEndPoints) {
 }
 
 TEST_F(ColorManagerTest, EyeCareRangeIsTruncatedIntoAnInt) {
-    const struct {
-        double given;
-        const char* taken;
-    } kCases[] = {{-2700.9, "-2700"}, {1e300, "2147483647"},       {-1e300, "-2147483648"}, {HUGE_VAL, "2147483647"},
-                  {NAN, "0"},         {2147483646.9, "2147483646"}};
-    for (const auto& c : kCases) {
-        const double eyeCare[ColorManager::kEyeCareRun] = {c.given, 1.0};
+    const std::pair<double, const char*> kCases[] = {
+        {-2700.9, "-2700"}, {1e300, "2147483647"}, {-1e300, "-2147483648"}, {HUGE_VAL, "2147483647"}, {NAN, "0"}};
+    for (const auto& [given, taken] : kCases) {
+        const double eyeCare[ColorManager::kEyeCareRun] = {given, 1.0};
         ColorManager::init(nullptr, eyeCare);
-        EXPECT_THAT(happened(), testing::Contains(std::string("log D init: m:") + c.taken + " m:1")) << c.given;
+        EXPECT_THAT(happened(), testing::Contains(std::string("log D init: m:") + taken + " m:1")) << given;
     }
 }
 
 TEST_F(ColorManagerTest, UnlimitedGainsGoOntoTheDiagonal) {
-    const struct {
-        const char* name;
-        int error;
-        std::vector<float> written;
-        Lines log;
-        Matrix expected;
-    } kCases[] = {
-        {"success",
-         0,
-         {0.5F, 0.25F, 0.125F},
-         {"log D setUnlimitedCT: -7  0.500000 0.250000 0.125000"},
-         diagonal(0.5F, 0.25F, 0.125F)},
-        {"fails without writing",
-         -3,
-         {},
-         {"log E setUnlimitedCT: error -3", "log D setUnlimitedCT: -7  1.000000 1.000000 1.000000"},
-         {}},
-        {"writes one gain and fails",
-         9,
-         {0.5F},
-         {"log E setUnlimitedCT: error 9", "log D setUnlimitedCT: -7  0.500000 1.000000 1.000000"},
-         diagonal(0.5F, 1, 1)},
-    };
     ColorManager colors;
-    for (const auto& c : kCases) {
-        fakes::closedLibraries().error = c.error;
-        fakes::closedLibraries().gains = c.written;
-        EXPECT_EQ(colors.setUnlimitedCT(-7), 0) << c.name;
-        Lines expected = {"closed getUnlimitedCTParams(-7, [1 1 1])"};
-        expected.insert(expected.end(), c.log.begin(), c.log.end());
-        EXPECT_EQ(happened(), expected) << c.name;
-        EXPECT_EQ(textOf(colors.unlimitedCtm), textOf(c.expected)) << c.name;
-        EXPECT_EQ(colors.unlimitedCT, -7) << c.name;
-    }
+    fakes::closedLibraries().gains = {0.5F, 0.25F, 0.125F};
+    EXPECT_EQ(colors.setUnlimitedCT(7), 0);
+    EXPECT_EQ(textOf(colors.unlimitedCtm), textOf(diagonal(0.5F, 0.25F, 0.125F)));
+
+    fakes::closedLibraries().error = -3;
+    fakes::closedLibraries().gains = {0.5F};
+    EXPECT_EQ(colors.setUnlimitedCT(8), 0);
+    EXPECT_EQ(textOf(colors.unlimitedCtm), textOf(diagonal(0.5F, 1, 1))) << "what was written is used";
+
+    fakes::closedLibraries().gains = {};
+    EXPECT_EQ(colors.setUnlimitedCT(-7), 0);
+    EXPECT_EQ(textOf(colors.unlimitedCtm), "I");
+    EXPECT_EQ(colors.unlimitedCT, -7);
+    EXPECT_THAT(
+        happened(),
+        ElementsAre("closed getUnlimitedCTParams(7, [1 1 1])", "log D setUnlimitedCT: 7  0.500000 0.250000 0.125000",
+                    "closed getUnlimitedCTParams(8, [1 1 1])", "log E setUnlimitedCT: error -3",
+                    "log D setUnlimitedCT: 8  0.500000 1.000000 1.000000", "closed getUnlimitedCTParams(-7, [1 1 1])",
+                    "log E setUnlimitedCT: error -3", "log D setUnlimitedCT: -7  1.000000 1.000000 1.000000"));
 }
 
 TEST_F(ColorManagerTest, EyeCareMatrixIsTakenWhole) {

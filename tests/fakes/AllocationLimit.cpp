@@ -10,17 +10,9 @@ thread_local size_t limit = SIZE_MAX;  // bytes
 
 }  // namespace
 
-namespace fakes {
-
-AllocationLimit::AllocationLimit(size_t bytes) {
+void fakes::limitAllocations(size_t bytes) {
     limit = bytes;
 }
-
-AllocationLimit::~AllocationLimit() {
-    limit = SIZE_MAX;
-}
-
-}  // namespace fakes
 
 void* operator new(size_t size) {
     void* const memory = size > limit ? nullptr : malloc(size == 0 ? 1 : size);

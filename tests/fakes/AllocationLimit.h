@@ -5,11 +5,7 @@
 
 namespace fakes {
 
-// As long as it lives, operator new fails on this thread for anything larger than that many bytes.
-class AllocationLimit {
-public:
-    explicit AllocationLimit(size_t bytes);
-    ~AllocationLimit();
-};
+// From now on operator new fails on this thread for anything larger than that many bytes; SIZE_MAX ends it.
+void limitAllocations(size_t bytes);
 
 }  // namespace fakes
