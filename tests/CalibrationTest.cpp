@@ -198,7 +198,7 @@ TEST_F(CalibrationTest, NumbersAreConvertedAsInC) {
                                                         {"0xffffea", " \t 10", "CT![16777194 16]"},
                                                         {"-1", "+A", "CT![-1 10]"},
                                                         {"FFFFFFFF", "100000002", "CT![-1 2]"},
-                                                        {"FFFFFFFFFFFFFFFFF", "12G4", "CT![-1 18]"},
+                                                        {"8000000000000001", "12G4", "CT![-1 18]"},
                                                         {"0x", "#FFFFEA", "CT![]"}};
     for (const auto& [warm, cold, expected] : kHexadecimals) {
         calibrate("<UnlimitedCT><Warm>"s + warm + "</Warm><Cold>" + cold + "</Cold></UnlimitedCT>");

@@ -108,7 +108,8 @@ TEST(FinalCtm, IsNormalisedAboveTheThresholdOnly) {
         {"negative only", &ColorManager::wpcCtm, diagonal(-1, -2, -3), diagonal(-1, -2, -3)},
         {"at the threshold", &ColorManager::wpcCtm, diagonal(threshold, 0, 0), diagonal(threshold, 0, 0)},
         {"above", &ColorManager::wpcCtm, diagonal(std::nextafter(threshold, 1.0F), 0, 0), diagonal(1, 0, 0)},
-        {"negative zero", &ColorManager::ccmCtm, diagonal(-0.0F, 1, 1), diagonal(0, 1, 1)},
+        {"sums start at 0", &ColorManager::eyeCareCtm, matrix({-0.0F, -0.0F, -0.0F, 0, 1, 0, 0, 0, 1}),
+         diagonal(0, 1, 1)},
     };
     for (const auto& c : kCases) {
         ColorManager colors;
