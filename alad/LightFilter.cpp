@@ -17,11 +17,12 @@ int32_t LightFilter::add(int32_t lux, bool curveActive) {
         ++samplePos;
     }
 
-    const int32_t previous = luxSamples[previousSlot];
-    const bool bothDim = lux < kDimLux && previous < kDimLux;
-    const bool bothBright = lux > kBrightLux && previous > kBrightLux;
-    if (curveActive ? bothDim : bothBright) luxSamples.fill(lux);
+    if (isFastReset(lux, luxSamples[previousSlot], curveActive)) luxSamples.fill(lux);
     return meanOfMiddle(luxSamples);
+}
+
+bool isFastReset(int32_t lux, int32_t previousLux, bool curveActive) {
+    return curveActive ? lux < kDimLux && previousLux < kDimLux : lux > kBrightLux && previousLux > kBrightLux;
 }
 
 int32_t meanOfMiddle(const std::array<int32_t, LightFilter::kSamples>& samples) {

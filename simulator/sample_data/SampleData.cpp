@@ -8,6 +8,7 @@
 #include "simulator/picture/Chart.h"
 #include "simulator/picture/Picture.h"
 #include "simulator/sample_data/CalibrationFile.h"
+#include "simulator/sample_data/LightTraces.h"
 #include "simulator/sample_data/SamplePanels.h"
 
 namespace simulator {
@@ -18,6 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* kChart = "chart.png";
 constexpr const char* kCalibrations = "phone/vendor/etc";
+constexpr const char* kTraces = "traces";
 constexpr const char* kPanelNodes = "phone/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0";
 
 void makeFolder(const fs::path& folder) {
@@ -39,7 +41,9 @@ void writeSampleData(const fs::path& folder) {
     const fs::path calibrations = folder / kCalibrations;
     const fs::path nodes = folder / kPanelNodes;
     makeFolder(calibrations);
+    const fs::path traces = folder / kTraces;
     makeFolder(nodes);
+    makeFolder(traces);
 
     savePng(drawChart(), folder / kChart);
     writeText(calibrations / "disp_calib_data_0a.xml", calibrationXml(kPanel0a));
@@ -48,6 +52,7 @@ void writeSampleData(const fs::path& folder) {
     writeText(nodes / "lcd_panel_name", "dornel R7TK 35 02 0a hd+ video dsi panel\n");
     writeText(nodes / "lcd_cabc_mode", "0\n");
     writeText(nodes / "lcd_whitepoint_info", "x=301,y=317\n");  // this one is bluer than its kind
+    for (const NamedLightTrace& trace : sampleLightTraces()) writeText(traces / (trace.name + ".csv"), trace.csv);
 }
 
 }  // namespace simulator

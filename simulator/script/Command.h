@@ -1,6 +1,7 @@
 // The script language: one command a line, words separated by blanks, from '#' to the end of the line a comment.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -18,6 +19,8 @@ struct Argument {
         UNSIGNED,  // a whole number from 0 to 2^64 - 1; or to max
         INTEGER,   // a whole number from -2^31 to 2^31 - 1
         FLOAT,     // a number that a float holds, inf and nan among them
+        DOUBLE,    // a number that a double holds, inf and nan among them
+        DURATION,  // a number with ms, s, min or h behind it; 1000 hours at most
         FILE,      // the name of a file, as the shell that started the program sees it
         NAME,      // letters, digits, '.', '_' and '-', beginning with a letter or digit
         TEXT,      // the rest of the line, blanks included
@@ -26,7 +29,7 @@ struct Argument {
 
     std::string_view name;
     Kind kind;
-    size_t count = 1;       // how many such values follow one another
+    size_t count = 1;       // how many such values follow one another; when optional, how many at most
     bool optional = false;  // may be left out, with all that follow
     uint64_t max = UINT64_MAX;
     std::vector<std::string_view> words = {};
@@ -35,7 +38,7 @@ struct Argument {
 // The values of a line's arguments, in order and of the kinds that the command asks for.
 class Values {
 public:
-    using Value = std::variant<uint64_t, int32_t, float, std::string>;
+    using Value = std::variant<uint64_t, int32_t, float, double, std::chrono::milliseconds, std::string>;
 
     void add(Value value) { values.push_back(std::move(value)); }
     size_t size() const { return values.size(); }
@@ -43,6 +46,10 @@ public:
     uint64_t number(size_t index) const { return std::get<uint64_t>(values[index]); }
     int32_t integer(size_t index) const { return std::get<int32_t>(values[index]); }
     float real(size_t index) const { return std::get<float>(values[index]); }
+    double wide(size_t index) const { return std::get<double>(values[index]); }
+    std::chrono::milliseconds duration(size_t index) const {
+        return std::get<std::chrono::milliseconds>(values[index]);
+    }
     const std::string& text(size_t index) const { return std::get<std::string>(values[index]); }
 
 private:

@@ -1,4 +1,6 @@
 // The table of commands.
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <fstream>
 
@@ -14,10 +16,12 @@ using display_control::DisplayInfo;
 using display_control::GammaLut;
 using display_control::Result;
 using Service = display_control::implementation::DisplayControlImpl;
+using ::android::hardware::hidl_vec;
 using ::android::hardware::Return;
 
 constexpr size_t kMatrix = 9;
 constexpr uint64_t kMostDisplays = 1024;
+constexpr size_t kMostValues = 16;
 
 Argument display() {
     return {"display", Argument::Kind::UNSIGNED};
@@ -30,6 +34,10 @@ Argument integer(std::string_view name) {
 // The operations of the modes take a number that they do not use.
 Argument ignored() {
     return {"value", Argument::Kind::INTEGER, 1, /*optional=*/true};
+}
+
+Argument unsigned32() {
+    return {"value", Argument::Kind::UNSIGNED, 1, /*optional=*/false, UINT32_MAX};
 }
 
 Argument matrix(std::string_view name) {
@@ -161,38 +169,108 @@ void getLevel(Session& session, const Values& values) {
     });
 }
 
+void setAlad(Session& session, const Values& values) {
+    report(session,
+           session.service().setAlad(session.handle(), values.number(0), static_cast<uint32_t>(values.number(1))));
+}
+
+void isAladEnable(Session& session, const Values& values) {
+    const int32_t enabled = session.service().IsAladEnable(session.handle(), values.number(0)).withDefault(0);
+    session.report({{"event", "answer"}, {"result", enabled}});
+}
+
+template <auto Operation>
+void setExclusive(Session& session, const Values& values) {
+    report(session, (session.service().*Operation)(session.handle(), static_cast<uint32_t>(values.number(0))));
+}
+
+void setFeature(Session& session, const Values& values) {
+    report(session, session.service().setFeature(session.handle(), values.number(0), values.integer(1),
+                                                 values.integer(2), values.integer(3)));
+}
+
+Service::FeatureValues answerTo(Session& session) {
+    return [&session](Result result, const hidl_vec<double>& values) {
+        session.answer(result, {{"values", std::vector<float>(values.begin(), values.end())}});
+    };
+}
+
+void setMiscFeature(Session& session, const Values& values) {
+    constexpr size_t kFirst = 2;
+    hidl_vec<double> given;
+    given.resize(values.size() - kFirst);
+    for (size_t i = 0; i < given.size(); ++i) given[i] = values.wide(kFirst + i);
+    session.service().setMiscFeature(session.handle(), values.number(0), values.integer(1), given, answerTo(session));
+}
+
+void getMiscFeature(Session& session, const Values& values) {
+    session.service().getMiscFeature(session.handle(), values.number(0), values.integer(1), answerTo(session));
+}
+
 // --- What happens around the service ---
 
+void setLight(Session& session, const Values& values) {
+    session.phone().sensors().setLight(values.real(0));
+}
+
+void wait(Session& session, const Values& values) {
+    session.phone().clock().advance(values.duration(0));
+}
+
+struct SensorStepName {
+    std::string_view name;
+    SensorStep step;
+};
+constexpr std::array<SensorStepName, 4> kSensorSteps = {{{"find", SensorStep::FIND},
+                                                         {"queue", SensorStep::QUEUE},
+                                                         {"enable", SensorStep::ENABLE},
+                                                         {"disable", SensorStep::DISABLE}}};
+
+// stop: events stop; start: all is well again; fail: the service is not there, or refuses a step.
+void switchSensor(Session& session, const Values& values) {
+    const std::string& state = values.text(0);
+    const std::string step = values.size() > 1 ? values.text(1) : "";
+    if ((state == "fail") == step.empty())
+        throw ScriptError(
+            "sensor: a step goes with fail, and with fail alone; "
+            "expected sensor stop, sensor start or sensor fail STEP");
+    const auto* const row = std::find_if(kSensorSteps.begin(), kSensorSteps.end(),
+                                         [&step](const SensorStepName& candidate) { return candidate.name == step; });
+    session.phone().setSensorsPresent(step != "service");
+    session.phone().sensors().refuse(row == kSensorSteps.end() ? SensorStep::NONE : row->step);
+    session.phone().sensors().setDelivering(state != "stop");
+}
+
 void setDisplays(Session& session, const Values& values) {
-    session.setDisplayCount(values.number(0));
+    session.phone().setDisplayCount(static_cast<uint32_t>(values.number(0)));
 }
 
 void setPanel(Session& session, const Values& values) {
-    session.phone().writeNode("panel", values.text(0) + "\n");
+    session.phone().files().writeNode("panel", values.text(0) + "\n");
 }
 
 void setCalibration(Session& session, const Values& values) {
-    session.phone().installCalibration(values.text(0));
+    session.phone().files().installCalibration(values.text(0));
 }
 
 void setWhitePoint(Session& session, const Values& values) {
-    session.phone().writeNode(
+    session.phone().files().writeNode(
         "whitepoint", "x=" + std::to_string(values.integer(0)) + ",y=" + std::to_string(values.integer(1)) + "\n");
 }
 
 void removeFile(Session& session, const Values& values) {
     if (values.text(0) == "calibration") {
-        session.phone().removeCalibration();
+        session.phone().files().removeCalibration();
     } else {
-        session.phone().removeNode(values.text(0));
+        session.phone().files().removeNode(values.text(0));
     }
 }
 
 void switchComposer(Session& session, const Values& values) {
     if (values.text(0) == "start") {
-        session.startComposer();
+        session.phone().startComposer();
     } else {
-        session.stopComposer();
+        session.phone().stopComposer();
     }
 }
 
@@ -266,6 +344,30 @@ const std::vector<Command>& commands() {
          "write a level to the backlight control node",
          setInteger<&Service::setCabcSysNode>},
 
+        {"setAlad", {display(), unsigned32()}, "ambient-light adaptive display: 0 off, otherwise on", setAlad},
+        {"IsAladEnable", {display()}, "1 while it is on", isAladEnable},
+        {"exclusiveModeEnter",
+         {unsigned32()},
+         "take display 0 without any adjustment",
+         setExclusive<&Service::exclusiveModeEnter>},
+        {"exclusiveModeExit", {unsigned32()}, "give it back, calibrated", setExclusive<&Service::exclusiveModeExit>},
+        {"setFeature",
+         {display(), integer("feature"), integer("value"), integer("value2")},
+         "0, 1, 2: modes; 3: eye care; 7: backlight; 23: unlimited",
+         setFeature},
+        {"setMiscFeature",
+         {display(), integer("feature"), {"value", Kind::DOUBLE, kMostValues, true}},
+         "the same with a list of values",
+         setMiscFeature},
+        {"getMiscFeature", {display(), integer("feature")}, "no feature can be read", getMiscFeature},
+
+        {"wait", {{"duration", Kind::DURATION}}, "let time pass", wait},
+        {"light", {{"lux", Kind::FLOAT}}, "the light that falls on the phone", setLight},
+        {"sensor",
+         {{"state", Kind::WORD, 1, false, 0, {"stop", "start", "fail"}},
+          {"step", Kind::WORD, 1, true, 0, {"service", "find", "queue", "enable", "disable"}}},
+         "stop events, refuse a step, or work again",
+         switchSensor},
         {"displays",
          {{"count", Kind::UNSIGNED, 1, false, kMostDisplays}},
          "how many displays the composer has",

@@ -3,6 +3,8 @@
 #include <array>
 #include <cmath>
 
+#include "simulator/closed/ToneCurve.h"
+
 namespace simulator {
 
 Json toJson(float value) {
@@ -46,7 +48,9 @@ Json toEvent(const ComposerCall& call) {
     if (call.params != nullptr) {
         event["params"] = Json::array();
         for (const auto& [key, values] : *call.params) {
-            event["params"].push_back({{"key", key}, {"values", std::vector<int64_t>(values.begin(), values.end())}});
+            const std::vector<int64_t> numbers(values.begin(), values.end());
+            event["params"].push_back({{"key", key}, {"values", numbers}});
+            if (const auto level = levelOfToneCurve(numbers)) event["toneCurveLevel"] = *level;
         }
     }
     event["result"] = call.result ? resultToJson(static_cast<int32_t>(*call.result)) : Json("DEAD_OBJECT");

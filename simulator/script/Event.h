@@ -26,7 +26,7 @@ Json tableToJson(const float* entries);
 // The name of a Result, or its number when it has none.
 Json resultToJson(int32_t result);
 
-// A call that the composer got.
+// A call that the composer got. A tone curve is named by its level where it is one of the stand-in's.
 Json toEvent(const ComposerCall& call);
 
 }  // namespace simulator

@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <charconv>
+#include <cmath>
 #include <utility>
 
 #include "simulator/script/Command.h"
@@ -37,6 +39,10 @@ std::string describe(const Argument& argument) {
             return "a whole number from -2147483648 to 2147483647";
         case Argument::Kind::FLOAT:
             return "a number within single precision";
+        case Argument::Kind::DOUBLE:
+            return "a number within double precision";
+        case Argument::Kind::DURATION:
+            return "a duration up to 1000h such as 90s, 20ms, 2.5min or 1h";
         case Argument::Kind::FILE:
             return "the name of a file";
         case Argument::Kind::NAME:
@@ -77,6 +83,22 @@ T parseNumber(const Command& command, const Argument& argument, std::string_view
     return value;
 }
 
+std::chrono::milliseconds parseDuration(const Command& command, const Argument& argument, std::string_view word) {
+    constexpr double kLongest = 1000 * 3600'000.0;  // milliseconds
+    struct Unit {
+        std::string_view name;
+        double milliseconds;
+    };
+    constexpr std::array<Unit, 4> kUnits = {{{"ms", 1}, {"s", 1000}, {"min", 60'000}, {"h", 3600'000}}};
+    const size_t digits = std::min(word.find_first_not_of("0123456789."), word.size());
+    const auto unit = std::find_if(kUnits.begin(), kUnits.end(),
+                                   [&](const Unit& candidate) { return candidate.name == word.substr(digits); });
+    if (unit == kUnits.end()) failValue(command, argument, word, "is no duration");
+    const double length = parseNumber<double>(command, argument, word.substr(0, digits)) * unit->milliseconds;
+    if (!(length <= kLongest)) failValue(command, argument, word, "is out of range");
+    return std::chrono::milliseconds(std::llround(length));
+}
+
 bool isName(std::string_view word) {
     const auto isNameCharacter = [](unsigned char c) {
         return std::isalnum(c) != 0 || c == '.' || c == '_' || c == '-';
@@ -96,6 +118,10 @@ Values::Value parseValue(const Command& command, const Argument& argument, std::
             return parseNumber<int32_t>(command, argument, word);
         case Argument::Kind::FLOAT:
             return parseNumber<float>(command, argument, word);
+        case Argument::Kind::DOUBLE:
+            return parseNumber<double>(command, argument, word);
+        case Argument::Kind::DURATION:
+            return parseDuration(command, argument, word);
         case Argument::Kind::NAME:
             if (!isName(word)) failValue(command, argument, word, "is not such a name");
             break;
@@ -164,7 +190,7 @@ std::string usageOf(const Command& command) {
             for (const std::string_view choice : argument.words)
                 word += (word.empty() ? "" : "|") + std::string(choice);
         }
-        if (argument.count > 1) word += " x" + std::to_string(argument.count);
+        if (argument.count > 1) word += argument.optional ? "..." : " x" + std::to_string(argument.count);
         usage += argument.optional ? " [" + word + "]" : " " + word;
     }
     return usage;

@@ -2,16 +2,14 @@
 
 #include <android/log.h>
 #include <libxml/xmlerror.h>
+#include <platform/Answer.h>
 #include <platform/DeviceFiles.h>
-#include <platform/Services.h>
 
 #include <algorithm>
 #include <memory>
 
 #include "calibration/ConfigXmlParser.h"
 #include "calibration/PanelTable.h"
-#include "simulator/closed/EyeCare.h"
-#include "simulator/closed/UnlimitedColorTemperature.h"
 #include "simulator/phone/DisplayPipeline.h"
 #include "simulator/script/Command.h"
 
@@ -42,10 +40,6 @@ void reportXmlMessage(void* /*context*/, xmlErrorPtr error) {
     message.erase(message.find_last_not_of(" \n\r\t") + 1);
     const std::string file = error->file == nullptr ? "" : fs::path(error->file).filename().string();
     logTarget->report({{"event", "xml"}, {"file", file}, {"line", error->line}, {"message", message}});
-}
-
-PhoneTree openTree(const std::optional<fs::path>& phone) {
-    return phone ? PhoneTree::at(*phone) : PhoneTree::copyOf(fs::path(DISPLAY_CONTROL_DATA_DIR) / "phone");
 }
 
 // What the reader makes of the calibration file now, without a word in the log.
@@ -129,11 +123,9 @@ Json composerState(const DisplayState& state) {
 
 Session::Session(SessionOptions options, Timeline& events)
     : timeline(events),
-      tree(openTree(options.phone)),
       picture(std::move(options.picture)),
-      out(std::move(options.out)) {
-    resetUnlimitedColorTemperature();
-    resetEyeCare();
+      out(std::move(options.out)),
+      simulated(options.phone, [this](const ComposerCall& call) { timeline.report(toEvent(call)); }) {
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     displayControl.allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
     __android_log_set_minimum_priority(options.logPriority);
@@ -144,12 +136,14 @@ Session::Session(SessionOptions options, Timeline& events)
     platform::setNodeWriteObserver([this](std::string_view path, std::string_view bytes) {
         timeline.report({{"event", "node"}, {"path", path}, {"bytes", bytes}});
     });
-    startComposer();
 }
 
+// The phone goes on as it is, unseen, until nothing of it runs any more.
 Session::~Session() {
+    timeline.close();
+    __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
+    platform::dropAnswer(displayControl.setAlad(userHandle, 0, 0));
     displayControl.deInit();
-    platform::clearServices();
     platform::setNodeWriteObserver({});
     xmlSetStructuredErrorFunc(nullptr, nullptr);
     __android_log_set_logger(__android_log_stderr_logger);
@@ -163,7 +157,9 @@ void Session::run(std::string_view line, size_t number) {
     Json event = {{"event", "command"}, {"line", number}, {"text", parsed.text}};
     if (!parsed.comment.empty()) event["comment"] = parsed.comment;
     timeline.report(event);
-    if (parsed.command != nullptr) parsed.command->run(*this, parsed.values);
+    if (parsed.command == nullptr) return;
+    parsed.command->run(*this, parsed.values);
+    simulated.clock().settle();  // threads that the line started have come to wait
 }
 
 void Session::answer(display_control::Result result, const Json& parts) {
@@ -172,27 +168,8 @@ void Session::answer(display_control::Result result, const Json& parts) {
     timeline.report(event);
 }
 
-void Session::setDisplayCount(uint64_t count) {
-    displayCount = static_cast<uint32_t>(count);
-    if (composer != nullptr) composer->setDisplayCount(displayCount);
-}
-
-void Session::startComposer() {
-    if (composer != nullptr) return;
-    composer = new SimulatedComposer(displayCount);
-    composer->setObserver([this](const ComposerCall& call) { timeline.report(toEvent(call)); });
-    composer->registerAsService();
-}
-
-void Session::stopComposer() {
-    if (composer == nullptr) return;
-    composer->stop();
-    composer.clear();
-    platform::clearServices();
-}
-
 void Session::writePicture(const std::string& name, uint64_t display) {
-    const auto state = composer == nullptr ? std::nullopt : composer->stateOf(display);
+    const auto state = simulated.shown(display);
     if (!state)
         throw ScriptError("the composer has no display " + std::to_string(display) + " now; expected one it has");
     const ShownPicture shown = showPicture(picture, *state);
@@ -209,7 +186,7 @@ void Session::writePicture(const std::string& name, uint64_t display) {
 
 Json Session::displayState(uint64_t display) const {
     Json state = {{"service", colorState(displayControl.displayColors()[display])}};
-    const auto held = composer == nullptr ? std::nullopt : composer->stateOf(display);
+    const auto held = simulated.shown(display);
     if (held) state["composer"] = composerState(*held);
     return state;
 }

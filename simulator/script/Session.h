@@ -8,8 +8,7 @@
 #include <string>
 
 #include "service/DisplayControlImpl.h"
-#include "simulator/phone/PhoneTree.h"
-#include "simulator/phone/SimulatedComposer.h"
+#include "simulator/phone/SimulatedPhone.h"
 #include "simulator/picture/Picture.h"
 #include "simulator/script/Timeline.h"
 
@@ -25,8 +24,8 @@ struct SessionOptions {
 };
 
 // Carries out the lines of a script and reports to the timeline whatever they cause, in the order in which it happens.
-// It takes the process's log, device root, node observer, service registry and libxml2's error handler for itself while
-// it lives, so there is one at a time, used by one thread.
+// Time stands still but for the command that waits. Besides what its phone takes of the process, a session takes the
+// log, the node observer and libxml2's error handler while it lives, so there is one at a time, used by one thread.
 class Session {
 public:
     // Throws std::runtime_error when the phone's files cannot be had.
@@ -42,15 +41,12 @@ public:
     display_control::implementation::DisplayControlImpl& service() { return displayControl; }
     uint64_t handle() const { return userHandle; }
     void setHandle(uint64_t handle) { userHandle = handle; }
-    PhoneTree& phone() { return tree; }
+    SimulatedPhone& phone() { return simulated; }
 
     void report(const Json& event) { timeline.report(event); }
     // Reports what a served operation answered.
     void answer(display_control::Result result, const Json& parts = Json::object());
 
-    void setDisplayCount(uint64_t count);
-    void startComposer();
-    void stopComposer();
     // Writes what a display shows of the picture to a PNG file of that name.
     void writePicture(const std::string& name, uint64_t display);
     // Reports the state of the service and of everything it stands on.
@@ -60,11 +56,9 @@ private:
     Json displayState(uint64_t display) const;
 
     Timeline& timeline;
-    PhoneTree tree;
     const Picture picture;
     const std::filesystem::path out;
-    ::android::sp<SimulatedComposer> composer;  // null while it is stopped
-    uint32_t displayCount = 1;
+    SimulatedPhone simulated;
     display_control::implementation::DisplayControlImpl displayControl;
     uint64_t userHandle = 0;
 };

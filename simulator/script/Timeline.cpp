@@ -1,7 +1,10 @@
 #include "simulator/script/Timeline.h"
 
+#include <platform/Clock.h>
+
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <string_view>
 
@@ -9,7 +12,8 @@ namespace simulator {
 
 namespace {
 
-constexpr size_t kTextColumn = 16;  // where what an event says begins
+constexpr size_t kNameColumn = 12;  // where the kind of an event begins, after its time
+constexpr size_t kTextColumn = 22;  // where what it says begins
 constexpr size_t kMatrixSize = 9;
 
 std::string blanks(size_t count) {
@@ -116,12 +120,12 @@ std::string textOf(const Json& event, const char* key) {
 }
 
 std::string answerText(const Json& event) {
-    return scalarText(event.at("result")) + partsText(event, {"event", "result"});
+    return scalarText(event.at("result")) + partsText(event, {"event", "result", "ms"});
 }
 
 std::string composerText(const Json& event) {
     const std::string result = "  -> " + textOf(event, "result");
-    return textOf(event, "call") + partsText(event, {"event", "call", "result"}, result);
+    return textOf(event, "call") + partsText(event, {"event", "call", "result", "params", "ms"}, result);
 }
 
 std::string logText(const Json& event) {
@@ -165,25 +169,43 @@ std::string commandText(const Json& event) {
     const std::string command = textOf(event, "text");
     const std::string comment = event.value("comment", "");
     if (command.empty()) return number.data() + comment;
-    return "\n" + std::string(number.data()) + (comment.empty() ? command : padded(command, kCommentColumn) + comment);
+    return number.data() + (comment.empty() ? command : padded(command, kCommentColumn) + comment);
+}
+
+// Seconds, as wide as kNameColumn.
+std::string timeText(const Json& event) {
+    constexpr double kMillisecondsPerSecond = 1000;
+    std::array<char, 32> text{};
+    snprintf(text.data(), text.size(), "%10.3f  ", event.at("ms").get<double>() / kMillisecondsPerSecond);
+    return text.data();
 }
 
 std::string eventText(const Json& event) {
-    constexpr size_t kNameColumn = 6;
     const std::string name = textOf(event, "event");
     if (name == "command") return commandText(event);
     const auto* const kind =
         std::find_if(kKinds.begin(), kKinds.end(), [&name](const Kind& candidate) { return candidate.name == name; });
-    return blanks(kNameColumn) + padded(name, kTextColumn - kNameColumn) + kind->text(event);
+    return timeText(event) + padded(name, kTextColumn - kNameColumn) + kind->text(event);
 }
 
 }  // namespace
 
-void Timeline::report(const Json& event) {
-    const std::lock_guard lock(mutex);
+void Timeline::report(Json event) {
+    event["ms"] = std::chrono::duration_cast<std::chrono::milliseconds>(platform::clock().now()).count();
+    const platform::Lock lock(mutex);
+    if (closed) return;
+    const bool isCommand = event.at("event") == "command";
+    const bool isRemark = isCommand && event.at("text") == "";
+    if (format == Format::TEXT && isCommand && !(isRemark && lastWasRemark)) stream << "\n";
+    lastWasRemark = isRemark;
     stream << (format == Format::JSON ? event.dump(-1, ' ', false, Json::error_handler_t::replace) : eventText(event))
            << "\n"
            << std::flush;
+}
+
+void Timeline::close() {
+    const platform::Lock lock(mutex);
+    closed = true;
 }
 
 }  // namespace simulator

@@ -1,0 +1,18 @@
+// The program's commands: each adds itself to the command line.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace dcsim {
+
+// Exit statuses of every command.
+constexpr int kAllWell = 0;
+constexpr int kFindings = 1;
+constexpr int kWrongUse = 2;  // also for input that cannot be read
+
+// A command sets status when it runs. What it throws is a std::exception whose text says what is wrong and what was
+// expected, and means kWrongUse.
+void addRun(CLI::App& app, int& status);
+void addReplay(CLI::App& app, int& status);
+
+}  // namespace dcsim

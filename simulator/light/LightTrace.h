@@ -1,0 +1,21 @@
+// Recorded light.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <vector>
+
+namespace simulator {
+
+struct LightSample {
+    std::chrono::milliseconds time;  // since the start of the recording
+    float lux;                       // what the sensor said, from then on; not always a sensible number
+};
+using LightTrace = std::vector<LightSample>;
+
+// Reads a CSV file of two columns, seconds and lux; the first line may be a header, blank lines are skipped. Times do
+// not fall and are at most 10^8 s; lux is any number a float holds, for that is what a sensor may deliver. Throws
+// std::runtime_error, "FILE:LINE: what is wrong; what was expected", and so for a file without a sample.
+LightTrace readLightTrace(const std::filesystem::path& file);
+
+}  // namespace simulator
