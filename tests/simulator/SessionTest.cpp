@@ -124,6 +124,13 @@ TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
         {"setSmartEnvironmentMode 0", {{"result", "OK"}}},
         {"setCabcMode 0 5", {{"result", "FAILED"}}},
         {"setCabcMode 0 4", {{"result", "OK"}}},
+        {"setFeature 0 7 3 0", {{"result", "OK"}}},
+        {"setMiscFeature 0 23 -12.7 1e300", {{"result", "OK"}, {"values", Json::array()}}},
+        {"getUnlimitedCT 0", {{"level", -12}}},
+        {"setMiscFeature 0 23", {{"result", "FAILED"}}},
+        {"getMiscFeature 0 23", {{"result", "FAILED"}}},
+        {"exclusiveModeEnter 4294967295", {{"result", "OK"}}},
+        {"exclusiveModeExit 0", {{"result", "OK"}}},
         {"deInit", {{"result", "done"}}},
         {"setEnhanceScreenMode 0", {{"result", "FAILED"}}},
     };
@@ -167,6 +174,40 @@ TEST_F(SessionTest, ThePhoneAroundTheServiceCanChange) {
     run("composer start");
     run("init");
     EXPECT_EQ(answer()["result"], 0);
+}
+
+TEST_F(SessionTest, TimePassesOnlyWhereTheScriptWaits) {
+    run("init");
+    run("light 20000");
+    run("setAlad 0 1");
+    EXPECT_EQ(events("answer")[0]["ms"], 0);
+    run("wait 990ms");
+    EXPECT_THAT(order(), ElementsAre("command"));
+    run("wait 1s");
+    EXPECT_EQ(events("log").at(0)["ms"], 1000);
+    EXPECT_EQ(events("composer").at(0)["toneCurveLevel"], 10);
+    EXPECT_EQ(events("composer").at(1)["ms"], 1020);
+    run("setAlad 0 0");
+    EXPECT_THAT(order(), ElementsAre("command", "log", "log", "setAladParams", "answer"));
+    run("IsAladEnable 0");
+    EXPECT_EQ(answer()["result"], 0);
+
+    for (const std::string step : {"service", "find", "queue", "enable"}) {
+        SCOPED_TRACE(step);
+        run("sensor fail " + step);
+        run("setAlad 0 1");
+        EXPECT_EQ(answer()["result"], "FAILED");
+    }
+    run("sensor stop");
+    run("setAlad 0 1");
+    run("wait 2.5s");
+    EXPECT_THAT(events("log").at(1)["message"].get<std::string>(), HasSubstr("avg:300 curr:300"));
+    run("sensor start");
+    run("wait 2s");
+    EXPECT_THAT(events("log").at(1)["message"].get<std::string>(), HasSubstr("curr:20000"));
+    run("sensor fail disable");
+    run("exclusiveModeEnter 1");
+    EXPECT_EQ(events("log").at(1)["message"], "disableSensor error");
 }
 
 TEST_F(SessionTest, PicturesShowWhatTheDisplayShows) {
@@ -244,6 +285,14 @@ TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
          "setGlobalGamma: \"1e99\" is out of range; "
          "expected EXPONENT, a number within single precision"},
         {"displays 1025", "displays: \"1025\" is out of range; expected COUNT, a whole number from 0 to 1024"},
+        {"wait 3",
+         "wait: \"3\" is no duration; expected DURATION, a duration up to 1000h such as 90s, 20ms, 2.5min or 1h"},
+        {"wait 1001h",
+         "wait: \"1001h\" is out of range; "
+         "expected DURATION, a duration up to 1000h such as 90s, 20ms, 2.5min or 1h"},
+        {"sensor fail",
+         "sensor: a step goes with fail, and with fail alone; "
+         "expected sensor stop, sensor start or sensor fail STEP"},
         {"composer halt", "composer: \"halt\" is none of the words; expected STATE, one of stop, start"},
         {"picture ../x",
          "picture: \"../x\" is not such a name; "
