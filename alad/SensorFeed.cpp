@@ -20,7 +20,7 @@ struct Answer {
     T value{};
 };
 
-bool isOk(const ::android::hardware::Return<Result>& answer) {
+bool isOk(::android::hardware::Return<Result> answer) {
     return answer.withDefault(Result::UNKNOWN_ERROR) == Result::OK;
 }
 

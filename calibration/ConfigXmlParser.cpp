@@ -4,9 +4,11 @@
 #include <libxml/tree.h>
 #include <platform/DeviceFiles.h>
 #include <platform/Log.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <iterator>
 #include <memory>
 #include <string_view>
@@ -27,23 +29,59 @@ std::string_view nameOf(const xmlNode& node) {
     return node.name == nullptr ? "" : reinterpret_cast<const char*>(node.name);
 }
 
-// The whole text inside an element, converted by convert (a C function of the atof kind); 0 when it holds no number.
-template <typename Convert>
-auto valueOf(xmlNode& element, Convert convert) {
-    const XmlText text(xmlNodeGetContent(&element));
-    return convert(text == nullptr ? "" : reinterpret_cast<const char*>(text.get()));
+// A file that is read into memory: a regular one of at most kLongestFile bytes (several times a calibration's size, and
+// little enough for its tree) that begins as text does, and not as one of the compressed forms that libxml2 unpacks.
+bool isReadable(const std::string& path) {
+    constexpr off_t kLongestFile = 8 << 20;
+    constexpr std::string_view kFirstBytes = "< \t\r\n\xEF\xFE\xFF";  // text, or a byte order mark
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kLongestFile) return false;
+    std::ifstream file(path, std::ios::binary);
+    const int first = file.get();
+    return first != std::ifstream::traits_type::eof() &&
+           kFirstBytes.find(static_cast<char>(first)) != std::string_view::npos;
 }
 
-double decimal(xmlNode& element) {
-    return valueOf(element, [](const char* text) { return atof(text); });
-}
+// A calibration document being read into a record.
+class Reading {
+public:
+    explicit Reading(ConfigXmlParser& target) : record(target) {}
 
-// The low 32 bits of a hexadecimal number, with or without 0x.
-int32_t hexadecimal(xmlNode& element) {
-    return valueOf(element, [](const char* text) {
-        return static_cast<int32_t>(static_cast<uint32_t>(strtol(text, nullptr, /*base=*/16)));
-    });
-}
+    double decimal(xmlNode& element) { return atof(charsOf(textOf(element))); }
+
+    // The low 32 bits of a hexadecimal number, with or without 0x.
+    int32_t hexadecimal(xmlNode& element) {
+        return static_cast<int32_t>(static_cast<uint32_t>(strtol(charsOf(textOf(element)), nullptr, /*base=*/16)));
+    }
+
+    ConfigXmlParser& record;
+
+private:
+    // The whole text inside an element; null when entities would make more of it than is left for the document.
+    XmlText textOf(xmlNode& element) { return XmlText(mayExpand(element) ? xmlNodeGetContent(&element) : nullptr); }
+
+    static const char* charsOf(const XmlText& text) {
+        return text == nullptr ? "" : reinterpret_cast<const char*>(text.get());
+    }
+
+    // Takes what an element's entities stand for off the text that is left for entities; false when it is too much.
+    bool mayExpand(const xmlNode& node) {
+        for (const xmlNode* child = node.children; child != nullptr; child = child->next) {
+            if (child->type != XML_ENTITY_REF_NODE) {
+                if (!mayExpand(*child)) return false;
+                continue;
+            }
+            const xmlEntity* const entity = xmlGetDocEntity(child->doc, child->name);
+            const size_t length = entity == nullptr ? 0 : 1 + static_cast<size_t>(entity->length);
+            if (length > entityText) return false;
+            entityText -= length;
+            if (entity != nullptr && !mayExpand(*reinterpret_cast<const xmlNode*>(entity))) return false;
+        }
+        return true;
+    }
+
+    size_t entityText = 1 << 20;  // bytes that entities of the document may still make
+};
 
 // Hands the element children of a block to store(element, index), in the order of the document and count of them at
 // most. Reports whether there were that many.
@@ -58,33 +96,35 @@ bool readElements(const xmlNode& block, size_t count, Store store) {
 
 // A block that fills an array of floats by position.
 template <auto Values, auto Complete>
-void readFloats(ConfigXmlParser& record, const xmlNode& block) {
-    auto& values = record.*Values;
-    const bool complete = readElements(block, std::size(values), [&values](xmlNode& element, size_t index) {
-        values[index] = static_cast<float>(decimal(element));
+void readFloats(Reading& reading, const xmlNode& block) {
+    auto& values = reading.record.*Values;
+    const bool complete = readElements(block, std::size(values), [&](xmlNode& element, size_t index) {
+        values[index] = static_cast<float>(reading.decimal(element));
     });
-    if (complete) record.*Complete = true;
+    if (complete) reading.record.*Complete = true;
 }
 
-void readUnlimitedCT(ConfigXmlParser& record, const xmlNode& block) {
+void readUnlimitedCT(Reading& reading, const xmlNode& block) {
     constexpr size_t kChildren = 2;
-    const bool complete = readElements(block, kChildren, [&record](xmlNode& element, size_t) {
-        if (nameOf(element) == "Warm") record.unlimitedWarm = hexadecimal(element);
-        if (nameOf(element) == "Cold") record.unlimitedCold = hexadecimal(element);
+    ConfigXmlParser& record = reading.record;
+    const bool complete = readElements(block, kChildren, [&](xmlNode& element, size_t) {
+        if (nameOf(element) == "Warm") record.unlimitedWarm = reading.hexadecimal(element);
+        if (nameOf(element) == "Cold") record.unlimitedCold = reading.hexadecimal(element);
     });
     if (complete) record.hasUnlimitedCT = true;
 }
 
-void readEyeCare(ConfigXmlParser& record, const xmlNode& block) {
+void readEyeCare(Reading& reading, const xmlNode& block) {
     constexpr size_t kChildren = ConfigXmlParser::kEyeCareCoeffs + 2;
+    ConfigXmlParser& record = reading.record;
     size_t place = 0;
-    const bool complete = readElements(block, kChildren, [&record, &place](xmlNode& element, size_t) {
+    const bool complete = readElements(block, kChildren, [&](xmlNode& element, size_t) {
         if (nameOf(element) == "MaxCCT") {
-            record.eyeCareMaxCCT = decimal(element);
+            record.eyeCareMaxCCT = reading.decimal(element);
         } else if (nameOf(element) == "MinCCT") {
-            record.eyeCareMinCCT = decimal(element);
+            record.eyeCareMinCCT = reading.decimal(element);
         } else if (place < ConfigXmlParser::kEyeCareCoeffs) {
-            record.eyeCareCoeffs[place++] = decimal(element);
+            record.eyeCareCoeffs[place++] = reading.decimal(element);
         }
     });
     if (complete) record.hasEyeCare = true;
@@ -93,7 +133,7 @@ void readEyeCare(ConfigXmlParser& record, const xmlNode& block) {
 // One row per block that a calibration file may have.
 struct Block {
     std::string_view name;
-    void (*read)(ConfigXmlParser& record, const xmlNode& block);
+    void (*read)(Reading& reading, const xmlNode& block);
 };
 constexpr Block kBlocks[] = {
     {"CTM_WPC", readFloats<&ConfigXmlParser::ctmWpc, &ConfigXmlParser::hasCtmWpc>},
@@ -106,9 +146,10 @@ constexpr Block kBlocks[] = {
 };
 
 void readBlocks(ConfigXmlParser& record, const xmlNode& root) {
+    Reading reading(record);
     for (const xmlNode* child = root.children; child != nullptr; child = child->next) {
         for (const Block& block : kBlocks) {
-            if (nameOf(*child) == block.name) block.read(record, *child);
+            if (nameOf(*child) == block.name) block.read(reading, *child);
         }
     }
 }
@@ -128,7 +169,7 @@ void ConfigXmlParser::parser() {
     }
 
     xmlKeepBlanksDefault(0);
-    std::unique_ptr<xmlDoc, XmlRelease> document(xmlParseFile(path.c_str()));
+    std::unique_ptr<xmlDoc, XmlRelease> document(isReadable(path) ? xmlParseFile(path.c_str()) : nullptr);
     if (document == nullptr) {
         LOG_ERROR("xmlParseFile error!");
         return;

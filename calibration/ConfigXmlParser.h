@@ -13,7 +13,9 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 // a clean-up of libxml2's global state.
 //
 // A flag says that its block was complete; a block that was short leaves what it had in place and its flag false.
-// Values are converted as C's atof does: no number gives 0. Entities from outside the document are never loaded.
+// Values are converted as C's atof does: no number gives 0. Entities from outside the document are never loaded, and those
+// inside make at most a mebibyte of text. A file of more than 8 MiB, a compressed one and what is no regular file are as
+// unreadable as one that is not well-formed.
 class ConfigXmlParser {
 public:
     static constexpr size_t kMatrix = 9;

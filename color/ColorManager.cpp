@@ -11,6 +11,19 @@ namespace {
 
 constexpr double kSmallestDivisor = 1e-6;
 
+// a x b. Each element is the running sum ((0 + p0) + p1) + p2 of its three products, every step rounded to float, so
+// that it has the same bits everywhere.
+TMat33<float> product(const TMat33<float>& a, const TMat33<float>& b) {
+    TMat33<float> result;
+    for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {
+        for (size_t column = 0; column < 3; ++column) {
+            result[row + column] =
+                ((0.0F + a[row] * b[column]) + a[row + 1] * b[3 + column]) + a[row + 2] * b[6 + column];
+        }
+    }
+    return result;
+}
+
 }  // namespace
 
 int ColorManager::init(const int32_t* endPoints, const double* eyeCare) {
@@ -57,7 +70,7 @@ int ColorManager::setEyeCareCT(int32_t level) {
 }
 
 TMat33<float> ColorManager::composedCtm() const {
-    return eyeCareCtm * (unlimitedCtm * (wpcCtm * ccmCtm));
+    return product(eyeCareCtm, product(unlimitedCtm, product(wpcCtm, ccmCtm)));
 }
 
 TMat33<float> ColorManager::finalCtm() const {

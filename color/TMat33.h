@@ -24,19 +24,6 @@ public:
     constexpr T* data() { return elements.data(); }
     constexpr const T* data() const { return elements.data(); }
 
-    // The usual product; each element is the running sum ((0 + p0) + p1) + p2 of its three products, every step rounded
-    // to T, so that it has the same bits everywhere.
-    friend constexpr TMat33 operator*(const TMat33& a, const TMat33& b) {
-        TMat33 product;
-        for (size_t row = 0; row < kSize; row += 3) {
-            for (size_t column = 0; column < 3; ++column) {
-                product[row + column] =
-                    ((T{0} + a[row] * b[column]) + a[row + 1] * b[3 + column]) + a[row + 2] * b[6 + column];
-            }
-        }
-        return product;
-    }
-
 private:
     std::array<T, kSize> elements;
 };

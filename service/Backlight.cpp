@@ -3,7 +3,6 @@
 #include <platform/Log.h>
 
 #include <array>
-#include <iterator>
 
 #include "service/DisplayControlImpl.h"
 

@@ -57,7 +57,7 @@ Return<void> DisplayControlImpl::getColorTransformMatrix2(uint64_t handle, uint6
 Result DisplayControlImpl::sendColorTransform(uint64_t display, const composer_types::ColorTransformMatrix& first,
                                               const composer_types::ColorTransformMatrix& last) {
     if (composerExt == nullptr) return Result::FAILED;
-    const auto answer = composerExt->setColorTransformMatrix(display, first, last);
+    auto answer = composerExt->setColorTransformMatrix(display, first, last);
     return fromComposer(answer.withDefault(composer_types::Result::FAILED));
 }
 

@@ -8,10 +8,9 @@
 #include <iterator>
 
 #include "color/TMat33.h"
+#include "service/DisplayControlImpl.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
-
-namespace composer_types = ::vendor::kov::hardware::composer_ext::V1_0;
 
 inline Result fromComposer(composer_types::Result result) {
     return static_cast<Result>(static_cast<int32_t>(result));

@@ -50,7 +50,7 @@ public:
     void deInit();
 
     // --- Handles and displays (UserHandles.cpp) ---
-    // Gives a handle that no earlier call gave, never 0. value is ignored. May be called from several threads at once.
+    // Gives the next handle, never 0. value is ignored. May be called from several threads at once.
     Return<void> allocUserHandle(uint32_t value, const std::function<void(Result, uint64_t handle)>& callback);
     Return<Result> freeUserHandle(uint64_t handle);
     // The count that init learned; the unsigned image of -1 while it is unknown.
@@ -61,6 +61,7 @@ public:
 
     // --- The composer's colour transform (ColorTransform.cpp) ---
     // Passed on with any display; the composer's Result comes back. FAILED (and zeros) when the transport fails.
+
     // Sets the identity as the first matrix and matrix as the last.
     Return<Result> setColorTransformMatrix(uint64_t handle, uint64_t display, const ColorTransformMatrix& matrix);
     // The composer's first matrix, not its last.
@@ -99,6 +100,7 @@ public:
 
     // --- Content-adaptive backlight control (Backlight.cpp) ---
     // The driver has one node, so handle and display make no difference.
+
     // Writes a level to the node: 0 to 9 as its digit. OK, or FAILED when the node cannot be opened.
     Return<int32_t> setCabcSysNode(uint64_t handle, uint64_t display, int32_t level);
     // Sets one of the modes 0 to 4, in smart environment mode only: in another screen mode it does nothing and is OK.
@@ -125,6 +127,7 @@ public:
 
     // --- Exclusive mode (ExclusiveMode.cpp) ---
     // A state of display 0 at the composer; the service does not remember it. value is only logged. Always OK.
+
     // Clears every adjustment at the composer and switches ALAD and backlight control off; the colour state stays.
     Return<Result> exclusiveModeEnter(uint64_t handle, uint32_t value);
     // Puts the panel's calibration, read anew, and the colour temperatures back; ALAD and backlight control stay off.

@@ -5,6 +5,7 @@
 #include <platform/Log.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "service/Composer.h"
 #include "service/DisplayControlImpl.h"

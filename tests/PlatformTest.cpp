@@ -41,7 +41,7 @@ TEST(ReturnDeathTest, AFailureThatNobodyLookedAtEndsTheProcess) {
 }
 
 TEST(Return, AFailureThatWasLookedAtIsTheCallersAffair) {
-    const Return<int32_t> answer(failed());
+    Return<int32_t> answer(failed());
     EXPECT_EQ(answer.withDefault(7), 7);
     EXPECT_TRUE(answer.isDeadObject());
     EXPECT_FALSE(Return<void>(failed()).isOk());

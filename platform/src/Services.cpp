@@ -1,16 +1,39 @@
+#include <platform/Mutex.h>
 #include <platform/Services.h>
 
 #include <map>
-#include <mutex>
+#include <string>
 #include <utility>
 
 namespace platform {
 
 namespace {
 
-struct Registry {
-    std::mutex mutex;
-    std::map<std::pair<std::string, std::string>, android::sp<IBase>> services;  // guarded by mutex
+using Names = std::pair<std::string, std::string>;  // interface, instance
+using Services = std::map<Names, android::sp<IBase>>;
+
+class Registry {
+public:
+    void add(const Names& names, const android::sp<IBase>& service) EXCLUDES(mutex) {
+        const Lock lock(mutex);
+        services[names] = service;
+    }
+
+    android::sp<IBase> find(const Names& names) EXCLUDES(mutex) {
+        const Lock lock(mutex);
+        const auto found = services.find(names);
+        return found == services.end() ? nullptr : found->second;
+    }
+
+    // What it held; destroyed by the caller, without the lock, for a service may use the registry when it ends.
+    Services clear() EXCLUDES(mutex) {
+        const Lock lock(mutex);
+        return std::exchange(services, {});
+    }
+
+private:
+    Mutex mutex;
+    Services services GUARDED_BY(mutex);
 };
 
 Registry& registry() {
@@ -23,21 +46,16 @@ Registry& registry() {
 android::status_t addService(const std::string& interfaceName, const std::string& instance,
                              const android::sp<IBase>& service) {
     if (service == nullptr) return android::UNKNOWN_ERROR;
-    const std::lock_guard lock(registry().mutex);
-    registry().services[{interfaceName, instance}] = service;
+    registry().add({interfaceName, instance}, service);
     return android::OK;
 }
 
 android::sp<IBase> findService(const std::string& interfaceName, const std::string& instance) {
-    const std::lock_guard lock(registry().mutex);
-    const auto found = registry().services.find({interfaceName, instance});
-    return found == registry().services.end() ? nullptr : found->second;
+    return registry().find({interfaceName, instance});
 }
 
 void clearServices() {
-    decltype(Registry::services) released;  // destroyed after the lock: a service may use the registry when it ends
-    const std::lock_guard lock(registry().mutex);
-    released.swap(registry().services);
+    const Services released = registry().clear();
 }
 
 }  // namespace platform

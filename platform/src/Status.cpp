@@ -2,6 +2,7 @@
 
 #include <android/log.h>
 
+#include <cstdio>
 #include <cstdlib>
 
 namespace android::hardware {
@@ -10,6 +11,7 @@ namespace {
 
 [[noreturn]] void endProcess(const char* reason, const std::string& description) {
     __android_log_print(ANDROID_LOG_FATAL, "HidlStatus", "%s: %s", reason, description.c_str());
+    fprintf(stderr, "%s: %s\n", reason, description.c_str());  // whatever the log suppresses
     abort();
 }
 

@@ -76,9 +76,10 @@ std::optional<Mat3> matrixOfLocus(double kelvin, double referenceKelvin) {
 
 int checkEyeCareParams(const EyeCareParams& params) {
     if (!areUsable(params.coeffs)) return kEyeCareBadCoefficients;
+    if (hasCoefficients(params)) return 0;
     if (params.minCCT < kLocusMinKelvin || params.maxCCT > kLocusMaxKelvin) return kEyeCareBadTemperatures;
     if (params.maxCCT < params.minCCT) return kEyeCareBadTemperatures;
-    if (!hasCoefficients(params) && !isReference(params.maxCCT)) return kEyeCareBadTemperatures;
+    if (!isReference(params.maxCCT)) return kEyeCareBadTemperatures;
     return 0;
 }
 

@@ -8,8 +8,7 @@
 //
 // and the temperatures have no part in it. With all 36 coefficients zero the matrix is diagonal and comes from the
 // Planckian locus instead: the colour temperature T of the level is interpolated in reciprocal temperature (mired), in
-// which equal steps look about equally large (Priest,
-// J. Opt. Soc. Am. 23 (1933), 41),
+// which equal steps look about equally large (Priest, J. Opt. Soc. Am. 23 (1933), 41),
 //
 //     1 / T = (1 - t) / maxCCT + t / minCCT
 //
@@ -30,19 +29,19 @@ constexpr int kEyeCareWeakest = 0;      // level
 constexpr int kEyeCareStrongest = 100;  // level
 constexpr size_t kEyeCareCoefficients = 36;
 
-// What setEyeCareParamsOled and getEyeCareCoeffOled answer besides 0.
+// What setEyeCareParamsOled and getEyeCareCoeffOled answer besides 0: then set has kept the parameters that it had, and
+// get has written nothing.
 constexpr int kEyeCareNotConfigured = -1;    // get: no parameters were set
 constexpr int kEyeCareBadLevel = -2;         // get: below kEyeCareWeakest or above kEyeCareStrongest
 constexpr int kEyeCareBadTemperatures = -3;  // set: see checkEyeCareParams
 constexpr int kEyeCareBadCoefficients = -4;  // set: see checkEyeCareParams
 
-// After any of these, set has kept the parameters that it had and get has written nothing.
-
 // 0, or what is wrong with the parameters:
 // - kEyeCareBadCoefficients: not exactly 36, one not finite, or an element's four so large that it could leave float's
 //   range (their magnitudes add up to more than the largest float);
-// - kEyeCareBadTemperatures: one outside kLocusMinKelvin to kLocusMaxKelvin, the maximum below the minimum, or, without
-//   coefficients, a maximum below about 1900 K, whose light sRGB cannot show and nothing can be relative to.
+// - kEyeCareBadTemperatures, when all coefficients are zero: one outside kLocusMinKelvin to kLocusMaxKelvin, the
+// maximum
+//   below the minimum, or a maximum below about 1900 K, whose light sRGB cannot show and nothing can be relative to.
 int checkEyeCareParams(const EyeCareParams& params);
 
 // The colour temperature of a level in kelvin, for parameters that checkEyeCareParams accepts.

@@ -22,12 +22,11 @@ namespace simulator {
 constexpr int kUnlimitedWarmest = -100;  // level
 constexpr int kUnlimitedColdest = 100;   // level
 
-// What setParams and getUnlimitedCTParams answer besides 0.
+// What setParams and getUnlimitedCTParams answer besides 0: then set has kept the end points that it had, and get has
+// written nothing.
 constexpr int kUnlimitedNotConfigured = -1;  // get: no end points were set
 constexpr int kUnlimitedBadLevel = -2;       // get: below kUnlimitedWarmest or above kUnlimitedColdest
 constexpr int kUnlimitedBadColor = -3;       // set: an end point is not in 0x000000 to 0xFFFFFF
-
-// After any of these, set has kept the end points that it had and get has written nothing.
 
 struct EndPoints {
     int warm, cold;  // colours 0xRRGGBB

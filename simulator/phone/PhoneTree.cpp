@@ -23,26 +23,27 @@ using vendor::kov::hardware::display_control::V1_0::implementation::identifyPane
     throw std::runtime_error(file.string() + ": " + reason);
 }
 
-void check(const std::error_code& error, const fs::path& file, const char* what) {
-    if (error) fail(file, std::string(what) + ": " + error.message());
+void check(const std::error_code& error, const fs::path& file, const std::string& what, const std::string& expected) {
+    if (error) fail(file, what + " (" + error.message() + "); expected " + expected);
 }
 
 fs::path makeTemporaryFolder() {
     std::string pattern = (fs::temp_directory_path() / "phone-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) fail(pattern, std::generic_category().message(errno));
+    if (mkdtemp(pattern.data()) == nullptr)
+        fail(pattern, std::generic_category().message(errno) + "; expected a place for temporary files");
     return pattern;
 }
 
 void makeFolderOf(const fs::path& file) {
     std::error_code error;
     fs::create_directories(file.parent_path(), error);
-    check(error, file, "its folder could not be made");
+    check(error, file, "its folder could not be made", "a phone's folder that can be written");
 }
 
 void removeFile(const fs::path& file) {
     std::error_code error;
     fs::remove(file, error);
-    check(error, file, "could not be removed");
+    check(error, file, "could not be removed", "a phone's folder that can be written");
 }
 
 std::string_view nodePath(std::string_view name) {
@@ -69,16 +70,16 @@ PhoneTree::~PhoneTree() {
 }
 
 PhoneTree PhoneTree::copyOf(const fs::path& source) {
-    if (!fs::is_directory(source)) fail(source, "is not a folder; a phone's files were expected");
+    if (!fs::is_directory(source)) fail(source, "is not a folder; expected a folder of the phone's files");
     PhoneTree tree(makeTemporaryFolder(), true);
     std::error_code error;
     fs::copy(source, tree.folder, fs::copy_options::recursive, error);
-    check(error, source, "could not be copied");
+    check(error, source, "could not be copied", "a phone's files that can be read");
     return tree;
 }
 
 PhoneTree PhoneTree::at(const fs::path& folder) {
-    if (!fs::is_directory(folder)) fail(folder, "is not a folder; a phone's files were expected");
+    if (!fs::is_directory(folder)) fail(folder, "is not a folder; expected a folder of the phone's files");
     return {fs::absolute(folder), false};
 }
 
@@ -91,7 +92,7 @@ void PhoneTree::writeNode(std::string_view name, std::string_view text) {
     makeFolderOf(file);
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
     stream << text << std::flush;
-    if (!stream) fail(file, "could not be written");
+    if (!stream) fail(file, "could not be written; expected a phone's folder that can be written");
 }
 
 void PhoneTree::removeNode(std::string_view name) {
@@ -108,7 +109,7 @@ std::string PhoneTree::installCalibration(const fs::path& file) {
     makeFolderOf(place);
     std::error_code error;
     fs::copy_file(file, place, fs::copy_options::overwrite_existing, error);
-    check(error, file, "could not be copied to the phone");
+    check(error, file, "could not be copied to the phone", "a calibration file");
     return phonePath;
 }
 

@@ -42,22 +42,22 @@ DisplayState::DisplayState()
     : deGamma(powerTable(kDisplayGamma)), first(identity()), last(identity()), gamma(powerTable(1 / kDisplayGamma)) {}
 
 void SimulatedComposer::setDisplayCount(uint32_t count) {
-    const std::lock_guard lock(mutex);
+    const platform::Lock lock(mutex);
     displays.resize(count);
 }
 
 uint32_t SimulatedComposer::displayCount() const {
-    const std::lock_guard lock(mutex);
+    const platform::Lock lock(mutex);
     return static_cast<uint32_t>(displays.size());
 }
 
 void SimulatedComposer::stop() {
-    const std::lock_guard lock(mutex);
+    const platform::Lock lock(mutex);
     stopped = true;
 }
 
 std::optional<DisplayState> SimulatedComposer::stateOf(uint64_t display) const {
-    const std::lock_guard lock(mutex);
+    const platform::Lock lock(mutex);
     if (display >= displays.size()) return std::nullopt;
     return displays[display];
 }
@@ -69,7 +69,7 @@ void SimulatedComposer::report(const ComposerCall& call) const {
 template <typename Change>
 SimulatedComposer::Return<SimulatedComposer::Result> SimulatedComposer::serve(ComposerCall call, Change change) {
     {
-        const std::lock_guard lock(mutex);
+        const platform::Lock lock(mutex);
         const bool known = *call.display < displays.size();
         if (known && !stopped) change(displays[*call.display]);
         if (!stopped) call.result = known ? Result::OK : Result::BAD_DISPLAY;
@@ -83,21 +83,22 @@ template <typename Answer>
 SimulatedComposer::Return<void> SimulatedComposer::serveGetter(ComposerCall call, Answer answer) {
     std::optional<DisplayState> state;
     {
-        const std::lock_guard lock(mutex);
+        const platform::Lock lock(mutex);
         const bool known = *call.display < displays.size();
         if (known) state = displays[*call.display];
         if (!stopped) call.result = known ? Result::OK : Result::BAD_DISPLAY;
     }
     report(call);
     if (!call.result) return deadObject();
-    answer(*call.result, state.value_or(DisplayState()));
+    static const DisplayState kNewDisplay;
+    answer(*call.result, state ? *state : kNewDisplay);
     return Void();
 }
 
 SimulatedComposer::Return<void> SimulatedComposer::getNumOfDisplay(std::function<void(Result, uint32_t)> callback) {
     ComposerCall call{"getNumOfDisplay"};
     {
-        const std::lock_guard lock(mutex);
+        const platform::Lock lock(mutex);
         if (!stopped) call.result = Result::OK;
     }
     report(call);

@@ -1,10 +1,10 @@
 // The display composer of the simulated phone.
 #pragma once
 
+#include <platform/Mutex.h>
 #include <vendor/kov/hardware/composer_ext/1.0/IComposerExt.h>
 
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -99,9 +99,9 @@ private:
     Return<void> serveGetter(ComposerCall call, Answer answer);
     void report(const ComposerCall& call) const;
 
-    mutable std::mutex mutex;            // guards displays and stopped; never held while somebody else is called
-    std::vector<DisplayState> displays;  // index: display
-    bool stopped = false;
+    mutable platform::Mutex mutex;                         // never held while somebody else is called
+    std::vector<DisplayState> displays GUARDED_BY(mutex);  // index: display
+    bool stopped GUARDED_BY(mutex) = false;
     Observer observer;
 };
 

@@ -68,7 +68,7 @@ GammaLut readTable(const std::string& file) {
 }
 
 template <typename T>
-void report(Session& session, const Return<T>& answer) {
+void report(Session& session, Return<T> answer) {
     session.answer(static_cast<Result>(answer.withDefault(T{})));  // a served operation never fails at the transport
 }
 
@@ -80,6 +80,7 @@ int32_t valueOrZero(const Values& values, size_t index) {
 
 void initService(Session& session, const Values&) {
     session.report({{"event", "answer"}, {"result", session.service().init()}});
+    session.noteCalibration();
 }
 
 void deInitService(Session& session, const Values&) {
@@ -179,9 +180,13 @@ void isAladEnable(Session& session, const Values& values) {
     session.report({{"event", "answer"}, {"result", enabled}});
 }
 
-template <auto Operation>
-void setExclusive(Session& session, const Values& values) {
-    report(session, (session.service().*Operation)(session.handle(), static_cast<uint32_t>(values.number(0))));
+void enterExclusive(Session& session, const Values& values) {
+    report(session, session.service().exclusiveModeEnter(session.handle(), static_cast<uint32_t>(values.number(0))));
+}
+
+void leaveExclusive(Session& session, const Values& values) {
+    report(session, session.service().exclusiveModeExit(session.handle(), static_cast<uint32_t>(values.number(0))));
+    session.noteCalibration();
 }
 
 void setFeature(Session& session, const Values& values) {
@@ -250,7 +255,8 @@ void setPanel(Session& session, const Values& values) {
 }
 
 void setCalibration(Session& session, const Values& values) {
-    session.phone().files().installCalibration(values.text(0));
+    const std::string path = session.phone().files().installCalibration(values.text(0));
+    session.report({{"event", "file"}, {"path", path}, {"from", values.text(0)}});
 }
 
 void setWhitePoint(Session& session, const Values& values) {
@@ -346,11 +352,8 @@ const std::vector<Command>& commands() {
 
         {"setAlad", {display(), unsigned32()}, "ambient-light adaptive display: 0 off, otherwise on", setAlad},
         {"IsAladEnable", {display()}, "1 while it is on", isAladEnable},
-        {"exclusiveModeEnter",
-         {unsigned32()},
-         "take display 0 without any adjustment",
-         setExclusive<&Service::exclusiveModeEnter>},
-        {"exclusiveModeExit", {unsigned32()}, "give it back, calibrated", setExclusive<&Service::exclusiveModeExit>},
+        {"exclusiveModeEnter", {unsigned32()}, "take display 0 without any adjustment", enterExclusive},
+        {"exclusiveModeExit", {unsigned32()}, "give it back, calibrated", leaveExclusive},
         {"setFeature",
          {display(), integer("feature"), integer("value"), integer("value2")},
          "0, 1, 2: modes; 3: eye care; 7: backlight; 23: unlimited",

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstdio>
 
 #include "simulator/closed/ToneCurve.h"
 
@@ -36,6 +37,22 @@ Json resultToJson(int32_t result) {
             return "FAILED";
     }
     return result;
+}
+
+std::string printable(std::string_view bytes) {
+    std::string text;
+    for (const char c : bytes) {
+        if (c >= ' ' && c <= '~') {
+            text += c;
+        } else if (c == '\n') {
+            text += "\\n";
+        } else {
+            std::array<char, 8> escaped{};
+            snprintf(escaped.data(), escaped.size(), "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
+            text += escaped.data();
+        }
+    }
+    return text;
 }
 
 Json toEvent(const ComposerCall& call) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "simulator/phone/SimulatedComposer.h"
@@ -25,6 +26,9 @@ Json tableToJson(const float* entries);
 
 // The name of a Result, or its number when it has none.
 Json resultToJson(int32_t result);
+
+// Bytes as text for people: what is not printable ASCII as \n or \xF8.
+std::string printable(std::string_view bytes);
 
 // A call that the composer got. A tone curve is named by its level where it is one of the stand-in's.
 Json toEvent(const ComposerCall& call);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "simulator/script/Command.h"
+#include "simulator/script/Event.h"
 
 namespace simulator {
 
@@ -13,8 +14,10 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\v\f";
 
+// The beginning of a word is enough to know it by.
 std::string quoted(std::string_view word) {
-    return "\"" + std::string(word) + "\"";
+    constexpr size_t kLongest = 60;
+    return "\"" + printable(word.substr(0, kLongest)) + (word.size() > kLongest ? "...\"" : "\"");
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -64,6 +67,13 @@ std::string capitals(std::string_view name) {
     return result;
 }
 
+// "LEVEL", or "ELEMENT 3 of 9".
+std::string placeOf(const Argument& argument, size_t index) {
+    const std::string name = capitals(argument.name);
+    return argument.count == 1 ? name
+                               : name + " " + std::to_string(index + 1) + " of " + std::to_string(argument.count);
+}
+
 [[noreturn]] void failUsage(const Command& command, const std::string& what) {
     throw ScriptError(std::string(command.name) + ": " + what + "; expected " + usageOf(command));
 }
@@ -79,7 +89,7 @@ T parseNumber(const Command& command, const Argument& argument, std::string_view
     const char* const end = word.data() + word.size();
     const auto [rest, error] = std::from_chars(word.data(), end, value);
     if (error == std::errc::result_out_of_range) failValue(command, argument, word, "is out of range");
-    if (error != std::errc() || rest != end) failValue(command, argument, word, "is not such a number");
+    if (error != std::errc() || rest != end) failValue(command, argument, word, "is no number of the kind");
     return value;
 }
 
@@ -123,11 +133,11 @@ Values::Value parseValue(const Command& command, const Argument& argument, std::
         case Argument::Kind::DURATION:
             return parseDuration(command, argument, word);
         case Argument::Kind::NAME:
-            if (!isName(word)) failValue(command, argument, word, "is not such a name");
+            if (!isName(word)) failValue(command, argument, word, "is no name");
             break;
         case Argument::Kind::WORD:
             if (std::find(argument.words.begin(), argument.words.end(), word) == argument.words.end())
-                failValue(command, argument, word, "is none of the words");
+                failValue(command, argument, word, "is another word");
             break;
         case Argument::Kind::FILE:
         case Argument::Kind::TEXT:
@@ -144,7 +154,7 @@ Values parseArguments(const Command& command, std::string_view rest) {
             const std::string_view word = takesAll ? std::exchange(rest, {}) : takeWord(rest);
             const std::string_view value = trimmed(word);
             if (value.empty() && argument.optional) return values;
-            if (value.empty()) failUsage(command, capitals(argument.name) + " is missing");
+            if (value.empty()) failUsage(command, placeOf(argument, i) + " is missing");
             values.add(parseValue(command, argument, value));
         }
     }
@@ -169,11 +179,11 @@ size_t distance(std::string_view a, std::string_view b) {
 }
 
 [[noreturn]] void failUnknown(std::string_view word) {
-    constexpr size_t kNear = 3;
+    const size_t near = std::max<size_t>(1, word.size() / 3);
     const auto nearest = std::min_element(
         commands().begin(), commands().end(),
         [word](const Command& a, const Command& b) { return distance(word, a.name) < distance(word, b.name); });
-    const std::string hint = distance(word, nearest->name) <= kNear
+    const std::string hint = distance(word, nearest->name) <= near
                                  ? std::string(nearest->name)
                                  : "a command such as " + std::string(commands().front().name);
     throw ScriptError("unknown command " + quoted(word) + "; expected " + hint);

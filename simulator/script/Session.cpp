@@ -60,9 +60,7 @@ Json panelState() {
                             : panel.name.status == platform::NodeStatus::READ_FAILED ? "node could not be read"
                             : hasRow                                                 ? "known panel"
                                                                                      : "panel not in the table";
-    return {{"name", panel.name.text.substr(0, panel.name.text.find('\n'))},
-            {"identified", how},
-            {"calibration file", panel.calibFile}};
+    return {{"name", printable(panel.name.text)}, {"identified", how}, {"calibration file", panel.calibFile}};
 }
 
 Json calibrationState() {
@@ -134,7 +132,7 @@ Session::Session(SessionOptions options, Timeline& events)
     __android_log_set_logger(reportLogLine);
     xmlSetStructuredErrorFunc(nullptr, reportXmlMessage);
     platform::setNodeWriteObserver([this](std::string_view path, std::string_view bytes) {
-        timeline.report({{"event", "node"}, {"path", path}, {"bytes", bytes}});
+        timeline.report({{"event", "node"}, {"path", path}, {"bytes", printable(bytes)}});
     });
 }
 
@@ -175,6 +173,7 @@ void Session::writePicture(const std::string& name, uint64_t display) {
     const ShownPicture shown = showPicture(picture, *state);
     std::error_code error;
     fs::create_directories(out, error);
+    if (error) throw ScriptError(out.string() + ": " + error.message() + "; expected a folder that can be written");
     const fs::path file = out / (name + ".png");
     savePng(shown.picture, file);
     timeline.report({{"event", "picture"},
@@ -187,17 +186,22 @@ void Session::writePicture(const std::string& name, uint64_t display) {
 Json Session::displayState(uint64_t display) const {
     Json state = {{"service", colorState(displayControl.displayColors()[display])}};
     const auto held = simulated.shown(display);
-    if (held) state["composer"] = composerState(*held);
+    state["composer"] = held ? composerState(*held) : Json("not there, or has no such display");
     return state;
 }
 
+void Session::noteCalibration() {
+    calibration = panelState();
+    calibration.update(calibrationState());
+}
+
 void Session::show() {
-    Json state = {{"panel", panelState()},
-                  {"calibration", calibrationState()},
+    Json state = {{"panel and calibration, as last read", calibration},
                   {"screen mode", nameOf(displayControl.currentScreenMode())}};
     for (uint64_t display = 0; display < displayControl.displayColors().size(); ++display) {
         state["display " + std::to_string(display)] = displayState(display);
     }
+    if (displayControl.displayColors().empty()) state["displays"] = "none known";
     timeline.report({{"event", "state"}, {"state", state}});
 }
 

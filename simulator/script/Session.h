@@ -49,6 +49,8 @@ public:
 
     // Writes what a display shows of the picture to a PNG file of that name.
     void writePicture(const std::string& name, uint64_t display);
+    // Remembers what the calibration is that the service has just read.
+    void noteCalibration();
     // Reports the state of the service and of everything it stands on.
     void show();
 
@@ -61,6 +63,7 @@ private:
     SimulatedPhone simulated;
     display_control::implementation::DisplayControlImpl displayControl;
     uint64_t userHandle = 0;
+    Json calibration = "not read yet";
 };
 
 }  // namespace simulator

@@ -134,7 +134,11 @@ std::string logText(const Json& event) {
 
 std::string nodeText(const Json& event) {
     const std::string path = textOf(event, "path");
-    return path.substr(path.rfind('/') + 1) + " <- " + event.at("bytes").dump();
+    return path.substr(path.rfind('/') + 1) + " <- \"" + textOf(event, "bytes") + "\"";
+}
+
+std::string fileText(const Json& event) {
+    return textOf(event, "path") + " <- " + textOf(event, "from");
 }
 
 std::string xmlText(const Json& event) {
@@ -151,10 +155,11 @@ struct Kind {
     std::string_view name;
     std::string (*text)(const Json& event);
 };
-constexpr std::array<Kind, 7> kKinds = {{
+constexpr std::array<Kind, 8> kKinds = {{
     {"answer", answerText},
     {"composer", composerText},
     {"node", nodeText},
+    {"file", fileText},
     {"log", logText},
     {"xml", xmlText},
     {"picture", pictureText},

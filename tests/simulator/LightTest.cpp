@@ -104,18 +104,18 @@ TEST(Replay, EverySampleIsADecisionWithItsReason) {
         decisionsOn({{milliseconds(5000), 300}, {milliseconds(7500), 20000}, {milliseconds(9500), 300}});
     ASSERT_EQ(decisions.size(), 12U) << "14.5 seconds at a second each, less 81 messages at 20 ms";
     EXPECT_EQ(decisions[1].reason(), "mean 300 is not above 8000: stays off");
-    EXPECT_EQ(decisions[2].lux, 20000);
-    EXPECT_EQ(decisions[2].mean, 300) << "one bright sample of five is an outlier";
+    EXPECT_EQ(decisions[3].lux, 20000);
+    EXPECT_EQ(decisions[3].mean, 300) << "one bright sample of five is an outlier";
 
-    const Decision& on = decisions[3];
-    EXPECT_EQ(on.time, milliseconds(4000));
+    const Decision& on = decisions[4];
+    EXPECT_EQ(on.time, milliseconds(5000));
     EXPECT_EQ(on.reason(), "mean 20000 is above 8000: on; two samples in a row above 8000");
     EXPECT_EQ(on.targetLevel, 49);
     EXPECT_EQ(on.composerLevel, 49);
     ASSERT_EQ(on.messages.size(), 40U) << "from level 10 to level 49";
     EXPECT_EQ(on.messages[1].time - on.messages[0].time, milliseconds(20));
 
-    const Decision& off = decisions[5];
+    const Decision& off = decisions[6];
     EXPECT_EQ(off.action, CurveAction::DEACTIVATE);
     EXPECT_FALSE(off.composerLevel);
     EXPECT_FALSE(decisions.back().curveActive);

@@ -81,7 +81,7 @@ TEST_F(SessionTest, EverythingThatALineCausesAppearsInItsOrder) {
                                      "setGlobalGammaLut", "log", "answer"));
     run("setStandardMode 0");
     EXPECT_THAT(order(), ElementsAre("command", "log", "setColorTransformMatrix", "node", "answer"));
-    EXPECT_EQ(events("node")[0]["bytes"], "0\n");
+    EXPECT_EQ(events("node")[0]["bytes"], "0\\n");
     run("setUnlimitedCT 0 -40  # warm");
     EXPECT_EQ(events("command")[0]["comment"], "# warm");
     EXPECT_THAT(events("log")[0]["message"].get<std::string>(), HasSubstr(": -40  1.000000 0."));
@@ -124,6 +124,7 @@ TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
         {"setSmartEnvironmentMode 0", {{"result", "OK"}}},
         {"setCabcMode 0 5", {{"result", "FAILED"}}},
         {"setCabcMode 0 4", {{"result", "OK"}}},
+        {"setCabcSysNode 0 200", {{"result", "OK"}}},
         {"setFeature 0 7 3 0", {{"result", "OK"}}},
         {"setMiscFeature 0 23 -12.7 1e300", {{"result", "OK"}, {"values", Json::array()}}},
         {"getUnlimitedCT 0", {{"level", -12}}},
@@ -234,8 +235,9 @@ TEST_F(SessionTest, ShowGivesAllThatADisplaysStateIsMadeOf) {
     run("show");
     EXPECT_THAT(order(), ElementsAre("command", "state")) << "looking leaves no trace in the log";
     const Json state = events("state")[0]["state"];
-    EXPECT_EQ(state["panel"]["identified"], "known panel");
-    EXPECT_EQ(state["calibration"]["complete blocks"].size(), 7U);
+    const Json calibration = state["panel and calibration, as last read"];
+    EXPECT_EQ(calibration["identified"], "known panel");
+    EXPECT_EQ(calibration["complete blocks"].size(), 7U);
     EXPECT_EQ(state["screen mode"], "standard");
     const Json colors = state["display 0"]["service"];
     EXPECT_EQ(colors["eye-care level"], 50);
@@ -273,13 +275,13 @@ TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
          "setUnlimitedCT: too many arguments, from \"2\" on; "
          "expected setUnlimitedCT DISPLAY LEVEL"},
         {"setUnlimitedCT 0 warm",
-         "setUnlimitedCT: \"warm\" is not such a number; "
+         "setUnlimitedCT: \"warm\" is no number of the kind; "
          "expected LEVEL, a whole number from -2147483648 to 2147483647"},
         {"setUnlimitedCT 0 2147483648",
          "setUnlimitedCT: \"2147483648\" is out of range; "
          "expected LEVEL, a whole number from -2147483648 to 2147483647"},
         {"getUnlimitedCT -1",
-         "getUnlimitedCT: \"-1\" is not such a number; "
+         "getUnlimitedCT: \"-1\" is no number of the kind; "
          "expected DISPLAY, a whole number from 0 to 18446744073709551615"},
         {"setGlobalGamma 0 1e99",
          "setGlobalGamma: \"1e99\" is out of range; "
@@ -293,9 +295,9 @@ TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
         {"sensor fail",
          "sensor: a step goes with fail, and with fail alone; "
          "expected sensor stop, sensor start or sensor fail STEP"},
-        {"composer halt", "composer: \"halt\" is none of the words; expected STATE, one of stop, start"},
+        {"composer halt", "composer: \"halt\" is another word; expected STATE, one of stop, start"},
         {"picture ../x",
-         "picture: \"../x\" is not such a name; "
+         "picture: \"../x\" is no name; "
          "expected NAME, a name of letters, digits, '.', '_' and '-'"},
         {"panel  # nothing", "panel: NAME is missing; expected panel NAME"},
         {"setGlobalGammaLut 0 /nowhere", "/nowhere: could not be opened; expected a file of 4096 numbers"},

@@ -76,7 +76,7 @@ public:
         return value;
     }
     // The value, or other when the transport failed.
-    T withDefault(T other) const { return isOk() ? value : std::move(other); }
+    T withDefault(T other) { return isOk() ? value : std::move(other); }
 
 private:
     T value{};

@@ -27,7 +27,7 @@ struct NodeText {
     std::string text;  // empty unless status is OK
 };
 
-// Opens the node for reading only, reads once, at most limit (up to 128) bytes, and closes it. A read that a signal
+// Opens the node for reading only, reads once, at most limit bytes (never more than 128), and closes it. A read that a signal
 // interrupted is repeated.
 NodeText readNode(std::string_view absolutePath, size_t limit);
 
