@@ -91,7 +91,9 @@ public:
     // --- Screen modes (ScreenModes.cpp) ---
     // A mode replaces the display's white-point and colour-correction matrices and the screen mode of the whole
     // service, and switches content-adaptive backlight control; colour temperatures stay. value is ignored. OK for a
-    // known display, otherwise FAILED. The panel's calibration matrices; backlight control off.
+    // known display, otherwise FAILED.
+
+    // The panel's calibration matrices; backlight control off.
     Return<int32_t> setStandardMode(uint64_t handle, uint64_t display, int32_t value);
     // The panel's native colour; backlight control off.
     Return<int32_t> setEnhanceScreenMode(uint64_t handle, uint64_t display, int32_t value);
