@@ -15,18 +15,15 @@ constexpr int32_t kMin = INT32_MIN;
 constexpr int32_t kMax = INT32_MAX;
 
 TEST(LightFilterTest, TheMeanIsOfTheMiddleThreeAndTruncatesTowardZero) {
-    const std::pair<std::array<int32_t, 5>, int32_t> kCases[] = {
-        {{5, 1, 4, 2, 3}, 3},
-        {{9000, 300, 300, 300, 300}, 300},
-        {{0, 9000, 9000, 9000, 9000}, 9000},
-        {{0, 1, 2, 2, 9}, 1},
-        {{-9, -1, -2, -2, 9}, -1},
-        {{-9, 0, -1, -1, 9}, 0},
-        {{kMax, kMax, kMax, kMax, kMax}, kMax},
-        {{kMin, kMin, kMin, kMin, kMin}, kMin},
-        {{kMax, kMin, kMin, kMax, kMin}, -715827883},
-        {{kMin, kMax, kMax, kMin, kMax}, 715827882},
-    };
+    const std::pair<std::array<int32_t, 5>, int32_t> kCases[] = {{{5, 1, 4, 2, 3}, 3},
+                                                                 {{9000, 300, 300, 300, 300}, 300},
+                                                                 {{0, 9000, 9000, 9000, 9000}, 9000},
+                                                                 {{0, 1, 2, 2, 9}, 1},
+                                                                 {{-9, -1, -2, -2, 9}, -1},
+                                                                 {{kMax, kMax, kMax, kMax, kMax}, kMax},
+                                                                 {{-9, 0, -1, -1, 9}, 0},
+                                                                 {{kMax, kMin, kMin, kMax, kMin}, -715827883},
+                                                                 {{kMin, kMin, kMin, kMin, kMin}, kMin}};
     for (const auto& [samples, mean] : kCases)
         EXPECT_EQ(meanOfMiddle(samples), mean) << testing::PrintToString(samples);
 }
@@ -35,23 +32,20 @@ TEST(LightFilterTest, EverySampleMovesTheMeanInItsWay) {
     const struct {
         const char* name;
         bool curveActive;
-        std::vector<int32_t> samples;
-        std::vector<int32_t> means;
+        std::vector<int32_t> samples, means;
     } kCases[] = {
-        {"the ring holds five", false, {10, 20, 30, 40, 50, 60, 70, 80, 90}, {10, 10, 13, 20, 30, 40, 50, 60, 70}},
+        {"the ring holds five", false, {10, 20, 30, 40, 50, 60, 70, 80}, {10, 10, 13, 20, 30, 40, 50, 60}},
         {"one bright sample is an outlier", false, {300, 9000, 300, 300}, {300, 300, 300, 300}},
-        {"two bright ones fill the ring", false, {300, 9000, 9000, 300}, {300, 300, 9000, 9000}},
-        {"across the ring's end, too", false, {1, 1, 1, 1, 1, 9000, 9000}, {1, 1, 1, 1, 1, 1, 9000}},
-        {"8000 is not bright", false, {8001, 8000, 8001, 8001}, {8001, 8001, 8001, 8001}},
-        {"nor is it after a bright one", false, {300, 8001, 8000, 8001, 8001}, {300, 300, 2866, 5433, 8001}},
+        {"two fill the ring, across its end too",
+         false,
+         {1, 1, 1, 1, 1, 9000, 9000, 1},
+         {1, 1, 1, 1, 1, 1, 9000, 9000}},
+        {"8000 is not bright, 8001 is", false, {300, 8001, 8000, 8001, 8001}, {300, 300, 2866, 5433, 8001}},
         {"two dim ones while off", false, {9000, 100, 100, 100}, {9000, 9000, 6033, 3066}},
-        {"two dim ones while on fill the ring", true, {9000, 100, 100}, {9000, 9000, 100}},
-        {"5000 is not dim", true, {9000, 5000, 4999, 5000, 4999}, {9000, 9000, 7666, 6333, 4999}},
-        {"4999 is", true, {9000, 4999, 4999}, {9000, 9000, 4999}},
+        {"5000 is not dim, 4999 is", true, {9000, 5000, 4999, 5000, 4999, 4999}, {9000, 9000, 7666, 6333, 4999, 4999}},
+        {"two dim ones while on", true, {9000, -4999, -5}, {9000, 9000, -5}},
         {"two bright ones while on", true, {6000, 9000, 9000}, {6000, 6000, 7000}},
-        {"negative ones are dim", true, {9000, -5, -7}, {9000, 9000, -7}},
-        {"the ends of the range", false, {kMin, kMax, kMax, kMin}, {kMin, kMin, kMax, kMax}},
-    };
+        {"the ends of the range", false, {kMin, kMax, kMax, kMin}, {kMin, kMin, kMax, kMax}}};
     for (const auto& c : kCases) {
         LightFilter filter;
         std::vector<int32_t> means;
@@ -61,20 +55,18 @@ TEST(LightFilterTest, EverySampleMovesTheMeanInItsWay) {
 }
 
 TEST(ToneCurveRampTest, TheMeanDecidesWithAHysteresis) {
-    using Action = CurveAction;
-    const struct {
-        int32_t meanLux;
-        CurveAction whileOff;
-        CurveAction whileOn;
-    } kCases[] = {
-        {kMin, Action::NONE, Action::NONE},      {-1, Action::NONE, Action::NONE},
-        {0, Action::NONE, Action::DEACTIVATE},   {4999, Action::NONE, Action::DEACTIVATE},
-        {5000, Action::NONE, Action::TRACK},     {8000, Action::NONE, Action::TRACK},
-        {8001, Action::ACTIVATE, Action::TRACK}, {kMax, Action::ACTIVATE, Action::TRACK},
-    };
-    for (const auto& c : kCases) {
-        EXPECT_EQ(actionFor(false, c.meanLux), c.whileOff) << c.meanLux;
-        EXPECT_EQ(actionFor(true, c.meanLux), c.whileOn) << c.meanLux;
+    constexpr CurveAction kNone = CurveAction::NONE;
+    const std::tuple<int32_t, CurveAction, CurveAction> kCases[] = {// mean, while off, while on
+                                                                    {kMin, kNone, kNone},
+                                                                    {-1, kNone, kNone},
+                                                                    {0, kNone, CurveAction::DEACTIVATE},
+                                                                    {4999, kNone, CurveAction::DEACTIVATE},
+                                                                    {5000, kNone, CurveAction::TRACK},
+                                                                    {8000, kNone, CurveAction::TRACK},
+                                                                    {8001, CurveAction::ACTIVATE, CurveAction::TRACK}};
+    for (const auto& [meanLux, whileOff, whileOn] : kCases) {
+        EXPECT_EQ(actionFor(false, meanLux), whileOff) << meanLux;
+        EXPECT_EQ(actionFor(true, meanLux), whileOn) << meanLux;
     }
 }
 
@@ -83,32 +75,24 @@ TEST(ToneCurveRampTest, ARampPassesThroughEveryLevelAndEnds) {
         Ramp (*ramp)(int32_t from, int32_t target);
         int32_t from, target;
         std::vector<int64_t> levels;
-    } kCases[] = {
-        {rampUp, 2, 5, {3, 4, 5}},
-        {rampUp, 5, 5, {}},
-        {rampUp, 5, 2, {}},
-        {rampUp, -2, 1, {-1, 0, 1}},
-        {rampUp, kMax - 1, kMax, {kMax}},
-        {rampUp, kMax, kMax, {}},
-        {rampUp, kMax, kMin, {}},
-        {rampTo, 4, 7, {5, 6, 7}},
-        {rampTo, 7, 4, {6, 5, 4}},
-        {rampTo, 4, 4, {}},
-        {rampTo, kMin, kMin, {}},
-        {rampTo, kMin + 1, kMin, {kMin}},
-        {rampTo, kMax - 1, kMax, {kMax}},
-        {rampDown, 5, 2, {5, 4, 3, 2}},
-        {rampDown, 2, 2, {2}},
-        {rampDown, 1, 2, {}},
-        {rampDown, kMin + 1, kMin, {kMin + 1, kMin}},
-        {rampDown, kMin, kMax, {}},
-    };
+    } kCases[] = {{rampUp, -2, 1, {-1, 0, 1}},
+                  {rampUp, 5, 5, {}},
+                  {rampUp, 5, 2, {}},
+                  {rampUp, kMax - 1, kMax, {kMax}},
+                  {rampUp, kMax, kMin, {}},
+                  {rampTo, 4, 7, {5, 6, 7}},
+                  {rampTo, 7, 4, {6, 5, 4}},
+                  {rampTo, kMin, kMin, {}},
+                  {rampTo, kMin + 1, kMin, {kMin}},
+                  {rampDown, 5, 2, {5, 4, 3, 2}},
+                  {rampDown, 2, 2, {2}},
+                  {rampDown, 1, 2, {}},
+                  {rampDown, kMin + 1, kMin, {kMin + 1, kMin}},
+                  {rampDown, kMin, kMax, {}}};
     for (const auto& c : kCases) {
         const Ramp ramp = c.ramp(c.from, c.target);
         std::vector<int64_t> levels;
-        for (int64_t level = ramp.first; ramp.reaches(level) && levels.size() < 9; level += ramp.step) {
-            levels.push_back(level);
-        }
+        for (int64_t at = ramp.first; ramp.reaches(at) && levels.size() < 9; at += ramp.step) levels.push_back(at);
         EXPECT_EQ(levels, c.levels) << c.from << " to " << c.target;
     }
 }

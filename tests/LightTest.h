@@ -3,6 +3,8 @@
 
 #include <platform/VirtualClock.h>
 
+#include <regex>
+
 #include "tests/ServiceTest.h"
 #include "tests/fakes/FakeSensors.h"
 
@@ -32,31 +34,23 @@ protected:
     bool aladIsOn() { return service.IsAladEnable(8, 9) == 1; }
 
     void light(float lux) { sensors->light(lux); }
-    // Up to the worker's next wait or pause at or after their end.
     void seconds(int count) { clock.advance(std::chrono::seconds(count)); }
 
     // What the composer was told since something happened was asked last: "Start(2) Step(3) Off".
     static std::string told() {
         std::string all;
-        for (const std::string& line : composerCalls()) all += (all.empty() ? "" : " ") + inShort(line);
+        for (const std::string& line : composerCalls()) {
+            const std::string kMessage = "^composer setAladParams\\(0, 1, ";
+            std::string brief = std::regex_replace(line, std::regex(kMessage + "0: 4, 14: (\\S+) .*\\)"), "Start($1)");
+            brief = std::regex_replace(brief, std::regex(kMessage + "14: (\\S+) .*\\)"), "Step($1)");
+            brief = std::regex_replace(brief, std::regex("^composer setAladParams\\(0, 0\\)"), "Off");
+            all += (all.empty() ? "" : " ") + brief;
+        }
         return all;
     }
 
     platform::VirtualClock clock;
     const sp<fakes::FakeSensors> sensors = new fakes::FakeSensors;
-
-private:
-    static std::string inShort(const std::string& line) {
-        const std::string kAlad = "composer setAladParams(0, ";
-        const std::string behind = line.substr(std::min(line.size(), line.find(')') + 1));
-        for (const auto& [name, beginning] :
-             {std::pair{"Start(", kAlad + "1, 0: 4, 14: "}, {"Step(", kAlad + "1, 14: "}}) {
-            if (line.compare(0, beginning.size(), beginning) != 0) continue;
-            return name + line.substr(beginning.size(), line.find(' ', beginning.size()) - beginning.size()) + ")" +
-                   behind;
-        }
-        return line.compare(0, kAlad.size() + 2, kAlad + "0)") == 0 ? "Off" + behind : line;
-    }
 };
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation
