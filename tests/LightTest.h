@@ -10,13 +10,14 @@
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-// The started service. The tone curve has level 2 indoors, and a level per 2000 lux in brighter light.
+// The started service. The tone curve has level 2 indoors, a level per 2000 lux in brighter light, and 1 from 50000 lux
+// on.
 class LightTest : public ServiceTest {
 protected:
     LightTest() {
         platform::setClock(&clock);
         sensors->registerAsService();
-        fakes::closedLibraries().levelOf = [](int lux) { return lux < 1000 ? 2 : lux / 2000; };
+        fakes::closedLibraries().levelOf = [](int lux) { return lux < 1000 ? 2 : lux < 50000 ? lux / 2000 : 1; };
         start();
     }
     ~LightTest() override {
