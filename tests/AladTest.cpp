@@ -89,12 +89,12 @@ TEST_F(AladTest, TheToneCurveFollowsTheLight) {
         {"by several levels",
          {{0, 9000}, {2500, 22000}},
          kUp + " Step(5)@4060 Step(6)@4080 Step(7)@5100 Step(8)@5120 Step(9)@6140 Step(10)@6160 Step(11)@6180"},
-        {"to a level below indoors", {{0, 50000}, {2500, 100}}, "Start(2)@1000 Off@4020"},
+        {"to a level below indoors", {{0, 50000}, {2500, 100}}, "Start(2)@1000 Off()@4020"},
         {"5000 is not dim", {{0, 9000}, {2500, 5000}}, kUp + " Step(3)@4060 Step(2)@6080"},
-        {"4999 is", {{0, 9000}, {2500, 4999}}, kUp + " Step(4)@4060 Step(3)@4080 Step(2)@4100 Off@4120"},
+        {"4999 is", {{0, 9000}, {2500, 4999}}, kUp + " Step(4)@4060 Step(3)@4080 Step(2)@4100 Off()@4120"},
         {"off and on again",
          {{0, 9000}, {1500, 100}, {9500, 9000}},
-         kUp + " Step(4)@3060 Step(3)@3080 Step(2)@3100 Off@3120 Start(2)@11140 Step(3)@11160 Step(4)@11180"},
+         kUp + " Step(4)@3060 Step(3)@3080 Step(2)@3100 Off()@3120 Start(2)@11140 Step(3)@11160 Step(4)@11180"},
         {"a negative mean is no light",
          {{0, -5}, {2500, 9000}, {4500, -5}},
          "Start(2)@4000 Step(3)@4020 Step(4)@4040"}};
@@ -257,7 +257,7 @@ TEST_F(AladTest, SwitchingOnAgainBeginsAnew) {
     seconds(2);
     const auto old = sensors->callback();
     alad.disable();
-    EXPECT_EQ(told(), "Start(2) Step(3) Step(4) Off");
+    EXPECT_EQ(told(), "Start(2) Step(3) Step(4) Off()");
     alad.notifyData(9000);
     EXPECT_EQ(alad.enable(), 0);
     fakes::FakeSensors::deliver(old, 9000);
@@ -300,7 +300,7 @@ TEST_F(AladTest, ARunningControllerOutlivesTheConnection) {
     goTo(2000, {{0, 9000}});
     EXPECT_EQ(switchAlad(1), Result::OK) << "it is on";
     EXPECT_EQ(switchAlad(0), Result::OK);
-    EXPECT_EQ(told(), "Start(2)@1000 Step(3)@1020 Step(4)@1040 Off@2000");
+    EXPECT_EQ(told(), "Start(2)@1000 Step(3)@1020 Step(4)@1040 Off()@2000");
     EXPECT_EQ(switchAlad(1), Result::FAILED);
     EXPECT_THAT(happened(), ElementsAre("log I setAlad: 7 1"));
 }
