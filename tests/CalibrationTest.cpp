@@ -1,6 +1,8 @@
 #include "calibration/ConfigXmlParser.h"
 
 #include <libxml/xmlerror.h>
+#include <platform/DeviceFiles.h>
+#include <sys/stat.h>
 
 #include <array>
 #include <memory>
@@ -217,6 +219,9 @@ TEST_F(CalibrationTest, EntitiesComeFromTheDocumentOnly) {
     const std::string url = "file://" + phone.at("/vendor/etc/secret");
 
     EXPECT_EQ(withEntity("[<!ENTITY e '0.5'>]", "&e;"), "WPC![0.5 1 1 1 1 1 1 1 1]");
+    const std::string kMuch = "[<!ENTITY e '" + std::string(1 << 19, '1') + "'>]";
+    EXPECT_EQ(withEntity(kMuch, "&e;").substr(0, 10), "WPC![inf 1") << "half of what entities may make";
+    EXPECT_EQ(withEntity(kMuch, "&e;&e;"), kUnset);
     EXPECT_EQ(withEntity("[<!ENTITY e SYSTEM 'secret.txt'>]", "&e;"), kUnset);
     EXPECT_EQ(withEntity("[<!ENTITY e SYSTEM '" + url + ".txt'>]", "&e;"), kUnset);
     EXPECT_EQ(withEntity("SYSTEM 'secret.dtd'", "&e;"), kUnset);
@@ -254,6 +259,8 @@ TEST_F(CalibrationTest, AMalformedFileLeavesTheRecordEmpty) {
         {"not its encoding", "<?xml version='1.0' encoding='UTF-8'?><p>\xFF\xFE</p>"},
         {"nested too deep", deep + "</p>"},
         {"an entity inside itself", "<!DOCTYPE p [<!ENTITY e '&e;'>]><p><CTM_WPC><v>&e;</v></CTM_WPC></p>"},
+        {"longer than a calibration can be", full + std::string(8 << 20, ' ')},
+        {"compressed, which libxml2 would unpack", "\x1F\x8B" + full},
         {"entities without end", laughs + "]><p><CTM_WPC><v>&e9;</v></CTM_WPC></p>"},
     };
     for (const auto& file : kFiles) {
@@ -264,6 +271,9 @@ TEST_F(CalibrationTest, AMalformedFileLeavesTheRecordEmpty) {
     phone.makeFolder(kFileDefault);
     EXPECT_EQ(parse(), "");
     EXPECT_THAT(logLines(), testing::Contains("log E parser: xmlParseFile error!")) << "a folder";
+    phone.remove(kFileDefault);
+    ASSERT_EQ(mkfifo(platform::devicePath(kFileDefault).c_str(), 0600), 0);
+    EXPECT_EQ(parse(), "") << "a pipe that nobody writes to";
 
     phone.remove(kFileDefault);
     EXPECT_NE(parseText(full), "") << "the reader has recovered";
