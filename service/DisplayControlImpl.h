@@ -128,7 +128,7 @@ public:
     Return<int32_t> IsAladEnable(uint64_t handle, uint64_t display);
 
     // --- Exclusive mode (ExclusiveMode.cpp) ---
-    // A state of display 0 at the composer; the service does not remember it. value is only logged. Always OK.
+    // A state of display 0 at the composer; the service does not remember it. value is only logged. OK with a composer.
 
     // Clears every adjustment at the composer and switches ALAD and backlight control off; the colour state stays.
     Return<Result> exclusiveModeEnter(uint64_t handle, uint32_t value);
@@ -137,7 +137,7 @@ public:
 
     // --- For a dump of the state ---
     enum ScreenMode : int32_t { NONE = -1, SMART_ENVIRONMENT = 0, ENHANCED = 1, STANDARD = 2 };
-    ScreenMode currentScreenMode() const { return static_cast<ScreenMode>(screenMode); }
+    ScreenMode currentScreenMode() const { return screenMode; }
     const std::vector<ColorManager>& displayColors() const { return colorManagers; }
 
 private:
@@ -186,7 +186,7 @@ private:
     DisplayAlad* displayAlad = nullptr;  // owned; enabled, null while ALAD is off. It outlives this object if left on
     float wpcParam[9] = {};              // parameters of the white-point calibration, in the order of the file
     bool hasWpcParam = false;
-    int32_t screenMode = NONE;
+    ScreenMode screenMode = NONE;
 };
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation
