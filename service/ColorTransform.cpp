@@ -64,7 +64,7 @@ Result DisplayControlImpl::sendColorTransform(uint64_t display, const composer_t
 // The composer's Result and both matrices: zeros when it did not call back, FAILED and zeros when it was not reached.
 std::shared_ptr<const DisplayControlImpl::MatricesAnswer> DisplayControlImpl::askColorTransform(uint64_t display) {
     static const MatricesAnswer kNotReached{Result::FAILED, {}, {}};
-    const std::shared_ptr<const MatricesAnswer> notReached(std::shared_ptr<void>(), &kNotReached);
+    std::shared_ptr<const MatricesAnswer> notReached(std::shared_ptr<void>(), &kNotReached);
     if (composerExt == nullptr) return notReached;
     return platform::unlessOutOfMemory(notReached, [&]() -> std::shared_ptr<const MatricesAnswer> {
         const auto answer = std::make_shared<MatricesAnswer>();

@@ -96,7 +96,7 @@ Result DisplayControlImpl::sendGammaTable(uint64_t display, const float* entries
 std::shared_ptr<const DisplayControlImpl::TableAnswer> DisplayControlImpl::askTable(uint64_t display,
                                                                                     TableGetter getter) {
     static const TableAnswer kNotReached{Result::FAILED, {}};
-    const std::shared_ptr<const TableAnswer> notReached(std::shared_ptr<void>(), &kNotReached);
+    std::shared_ptr<const TableAnswer> notReached(std::shared_ptr<void>(), &kNotReached);
     if (composerExt == nullptr) return notReached;
     return platform::unlessOutOfMemory(notReached, [&]() -> std::shared_ptr<const TableAnswer> {
         const auto answer = std::make_shared<TableAnswer>();

@@ -32,7 +32,7 @@ int __android_log_print(int prio, const char* tag, const char* fmt, ...) {
     char message[kMaxMessage];
     va_list arguments;
     va_start(arguments, fmt);
-    vsnprintf(message, sizeof message, fmt, arguments);
+    vsnprintf(message, sizeof message, fmt, arguments);  // NOLINT(clang-analyzer-valist.Uninitialized): it is not
     va_end(arguments);
     const __android_log_message line{sizeof line, LOG_ID_MAIN, prio, tag, nullptr, 0, message};
     currentLogger.load()(&line);
