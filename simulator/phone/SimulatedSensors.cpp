@@ -32,7 +32,7 @@ public:
         if (sensorHandle != kLightSensor || samplingPeriodUs <= 0) return Result::BAD_VALUE;
         const Result result = shared->resultOf(SensorStep::ENABLE);
         if (result == Result::OK && !delivery.joinable()) {
-            stopping = false;
+            setStopping(false);
             delivery = platform::clock().startThread(
                 [this, period = std::chrono::microseconds(samplingPeriodUs)] { deliver(period); });
         }
@@ -71,12 +71,14 @@ private:
 
     void stopDelivery() EXCLUDES(mutex) {
         if (!delivery.joinable()) return;
-        {
-            const platform::Lock lock(mutex);
-            stopping = true;
-            changed.notifyOne();
-        }
+        setStopping(true);
         platform::clock().join(delivery);
+    }
+
+    void setStopping(bool stop) EXCLUDES(mutex) {
+        const platform::Lock lock(mutex);
+        stopping = stop;
+        changed.notifyOne();
     }
 
     const std::shared_ptr<const State> shared;
