@@ -50,8 +50,11 @@ std::vector<Finding> look(const Subject& subject) {
             rule.look(subject, notes);
         }
     }
+    const auto place = [](const Finding& finding) {
+        return std::make_pair(finding.line, finding.more > 0 ? std::string::npos : finding.value.value_or(0));
+    };
     std::stable_sort(findings.begin(), findings.end(),
-                     [](const Finding& a, const Finding& b) { return a.line < b.line; });
+                     [&](const Finding& a, const Finding& b) { return place(a) < place(b); });
     return findings;
 }
 
@@ -71,7 +74,7 @@ void Notes::add(std::string_view block, long line, std::optional<size_t> value, 
         findings.push_back({rule.severity, seen.lastLine, std::string(block), {}, std::string(rule.name), {}, {}});
     }
     Finding& closing = findings[seen.closing];
-    closing.what = "has " + std::to_string(++closing.more) + " more of this kind (" + closing.rule + ")";
+    closing.what = "has " + std::to_string(++closing.more) + " more findings of the rule " + closing.rule;
 }
 
 void Notes::addBlock(const Subject& subject, const BlockForm& form, std::string what, std::string expected) {
@@ -90,9 +93,9 @@ std::string inQuotes(std::string_view text) {
     return "\"" + printable(text.substr(0, kLongest)) + (cut ? "...\"" : "\"");
 }
 
-std::string numberText(double value) {
+std::string numberText(double value, int digits) {
     char text[32];
-    snprintf(text, sizeof text, "%.7g", value);
+    snprintf(text, sizeof text, "%.*g", digits, value);
     return text;
 }
 

@@ -25,7 +25,7 @@ extern const std::array<BlockForm, 7> kBlockForms;
 // The form of that name, which has to be one of them.
 const BlockForm& formOf(std::string_view name);
 
-// A value as it is written.
+// A value as it is written. Lines, here and below, are exact up to 65535, and near the place beyond it.
 struct Value {
     long line;
     std::string name;

@@ -54,7 +54,7 @@ std::vector<Rule> valueRules();
 // Short text for a message: what is not printable escaped, what is long cut, in double quotes.
 std::string inQuotes(std::string_view text);
 
-// Seven significant digits at most.
-std::string numberText(double value);
+// A number of so many significant digits at most.
+std::string numberText(double value, int digits = 7);
 
 }  // namespace simulator

@@ -41,8 +41,8 @@ Json tableContent(const float* table) {
 Json eyeCareContent(const ConfigXmlParser& record) {
     const auto& coefficients = record.eyeCareCoeffs;
     const bool fitted = std::any_of(std::begin(coefficients), std::end(coefficients), [](double c) { return c != 0; });
-    return {{"maximum", toJson(static_cast<float>(record.eyeCareMaxCCT))},
-            {"minimum", toJson(static_cast<float>(record.eyeCareMinCCT))},
+    return {{"maximum kelvin", toJson(static_cast<float>(record.eyeCareMaxCCT))},
+            {"minimum kelvin", toJson(static_cast<float>(record.eyeCareMinCCT))},
             {"coefficients", fitted ? "given" : "all 0"}};
 }
 
@@ -72,7 +72,9 @@ std::string useOf(const ConfigXmlParser& record, const BlockForm& form) {
 
 // A part of a block's content: "matrix 1 0 0 0 1 0 0 0 1".
 std::string partText(const std::string& name, const Json& value) {
-    const auto scalar = [](const Json& v) { return v.is_string() ? v.get<std::string>() : v.dump(); };
+    const auto scalar = [](const Json& v) {
+        return v.is_string() ? v.get<std::string>() : numberText(static_cast<double>(v.get<float>()));
+    };
     std::string text = name;
     if (!value.is_array()) return text + " " + scalar(value);
     for (const Json& element : value) text += " " + scalar(element);
@@ -112,8 +114,11 @@ Json toJson(const Finding& finding) {
 }
 
 std::string textOf(const Json& summary) {
+    const Json& blocks = summary["blocks"];
+    const bool nothing = std::all_of(blocks.begin(), blocks.end(), [](const Json& b) { return b["line"] == 0; });
+    if (nothing) return "  no block of it is read: the display is as without a calibration\n";
     std::ostringstream text;
-    for (const Json& block : summary["blocks"]) {
+    for (const Json& block : blocks) {
         char head[96];
         snprintf(head, sizeof head, "  %-13s", block["name"].get<std::string>().c_str());
         text << head;

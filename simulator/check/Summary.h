@@ -13,7 +13,7 @@ Json summaryOf(const CheckedCalibration& checked);
 
 Json toJson(const Finding& finding);
 
-// A line a block, as summaryOf gives it, each indented by two.
+// A line a block, as summaryOf gives it, each indented by two; just one line when there are none.
 std::string textOf(const Json& summary);
 
 }  // namespace simulator

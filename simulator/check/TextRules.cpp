@@ -36,10 +36,11 @@ void unreadable(const Subject& subject, Notes& notes) {
 void notWellFormed(const Subject& subject, Notes& notes) {
     if (!subject.document.parsed || subject.document.wellFormed) return;
     const std::vector<XmlMessage>& messages = subject.document.messages;
-    constexpr const char* kExpected = "well-formed XML; nothing of the file is used";
-    if (messages.empty()) notes.add("", 0, {}, "is not well-formed", kExpected);
+    constexpr const char* kExpected = "well-formed XML";
+    if (messages.empty()) notes.add("", 0, {}, "is not well-formed and is not used", kExpected);
     for (const XmlMessage& message : messages) {
-        notes.add("", message.line, {}, "is not well-formed: " + printable(message.text.substr(0, 120)), kExpected);
+        notes.add("", message.line, {}, "is not well-formed and is not used: " + printable(message.text.substr(0, 120)),
+                  kExpected);
     }
 }
 
@@ -109,7 +110,7 @@ void overlongBlock(const Subject& subject, Notes& notes) {
         const size_t needed = block.form->count;
         if (block.count <= needed) continue;
         notes.add(block.form->name, block.values[needed].line, needed + 1,
-                  "and what follows is ignored, " + std::to_string(block.count) + " values in all",
+                  "is ignored with all that follow it (" + std::to_string(block.count) + " values in all)",
                   std::to_string(needed) + " values");
     }
 }
@@ -250,7 +251,7 @@ std::string outOfRange(const Written& value, const BlockForm& form) {
     if (value.body.empty() || hasLetter(value.body, "nN")) return "";
     const double kept = form.values == nullptr ? value.number : static_cast<double>(static_cast<float>(value.number));
     const bool hasDigit = hasLetter(value.body.substr(0, value.body.find_first_of("eEpP")), "123456789");
-    if (std::isinf(kept)) return inQuotes(value.text) + " is larger than its number can be";
+    if (std::isinf(kept)) return inQuotes(value.text) + " is beyond the range of a number here";
     return kept == 0.0 && hasDigit ? inQuotes(value.text) + " is so small that it becomes 0" : "";
 }
 

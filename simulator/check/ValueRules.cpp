@@ -52,7 +52,8 @@ void gammaRange(const Subject& subject, Notes& notes) {
     });
 }
 
-// A table of 8-bit outputs with an eighth of the usual curve's slope at white holds each for less than that.
+// A table of 8-bit outputs holds each for less than that wherever its slope is above 1/8; that of x^(1/2.2) is at least
+// 0.45 throughout.
 void gammaFlat(const Subject& subject, Notes& notes) {
     constexpr size_t kLongestRun = 128;
     inBlocks(subject, kTables, [&](const BlockForm& form, const float* table) {
@@ -96,8 +97,8 @@ void gammaStep(const Subject& subject, Notes& notes) {
             if (!(step > coarse)) continue;
             notes.addValue(
                 subject, form, i,
-                "is " + numberText(step / kCode) + " 8-bit codes above the one before it, which shows as banding",
-                "a step of at most " + numberText(coarse / kCode) + " here");
+                "is " + numberText(step / kCode, 3) + " 8-bit codes above the one before it, which shows as banding",
+                "a step of at most " + numberText(coarse / kCode, 3) + " here");
         }
     });
 }
@@ -145,7 +146,7 @@ void matrixWhite(const Subject& subject, Notes& notes) {
         if (!(*std::min_element(white.begin(), white.end()) >= 0.0) || !(sum > 0.0))
             return {"makes white a colour that cannot be shown", expected};
         const double moved = std::hypot(xyz[0] / sum - kD65.x, xyz[1] / sum - kD65.y);
-        return moved <= kFarthest ? Verdict{} : Verdict{"moves white by " + numberText(moved), expected};
+        return moved <= kFarthest ? Verdict{} : Verdict{"moves white by " + numberText(moved, 3), expected};
     });
 }
 
@@ -157,7 +158,7 @@ void matrixLarge(const Subject& subject, Notes& notes) {
         for (size_t i = 0; i < ConfigXmlParser::kMatrix; ++i) matrix[i] = elements[i];
         const float largest = ColorManager::maxRgb(matrix);
         if (!(largest > kLargest)) return {};
-        return {"has outputs up to " + numberText(largest) + " and darkens the picture by as much",
+        return {"has outputs up to " + numberText(largest, 3) + " and darkens the picture by as much",
                 "none above " + numberText(kLargest)};
     });
 }
@@ -172,7 +173,8 @@ void matrixNegative(const Subject& subject, Notes& notes) {
             lowest = std::min(lowest, negative);
         }
         if (lowest >= kLowest) return {};
-        return {"has outputs down to " + numberText(lowest) + ", which clip to 0", "none below " + numberText(kLowest)};
+        return {"has outputs down to " + numberText(lowest, 3) + ", which clip to 0",
+                "none below " + numberText(kLowest)};
     });
 }
 
@@ -196,7 +198,7 @@ void unlimitedEnds(const Subject& subject, Notes& notes) {
     if (!(warm >= cold)) return;
     notes.addBlock(subject, formOf("UnlimitedCT"),
                    "has a warm end that is not warmer than the cold one (blue over red in linear light " +
-                       numberText(warm) + " and " + numberText(cold) + ")",
+                       numberText(warm, 3) + " and " + numberText(cold, 3) + ")",
                    "less blue at the warm end");
 }
 
@@ -217,11 +219,11 @@ void primaries(const Subject& subject, Notes& notes) {
         const double area = ((green.x - red.x) * (blue.y - red.y) - (blue.x - red.x) * (green.y - red.y)) / 2;
         constexpr double kSmallestArea = 0.02;
         if (!(area >= kSmallestArea)) {
-            notes.addBlock(
-                subject, form,
-                "has primaries that span " + numberText(area) + " in CIE xy, taken as x and then y of red, green, blue",
-                "a triangle with red, green and blue counterclockwise, of at least " + numberText(kSmallestArea) +
-                    " (sRGB: 0.112)");
+            notes.addBlock(subject, form,
+                           "has primaries that span " + numberText(area, 3) +
+                               " in CIE xy, taken as x and then y of red, green, blue",
+                           "a triangle with red, green and blue counterclockwise, of at least " +
+                               numberText(kSmallestArea) + " (sRGB: 0.112)");
         } else if (!rgbToXyz(panel, kD65)) {
             notes.addBlock(subject, form, "has a triangle of primaries that D65 is outside of",
                            "white inside the triangle");
