@@ -30,16 +30,15 @@ std::string_view nameOf(const xmlNode& node) {
 }
 
 // A file that is read into memory: a regular one of at most kLongestFile bytes (several times a calibration's size, and
-// little enough for its tree) that begins as text does, and not as one of the compressed forms that libxml2 unpacks.
+// little enough for its tree) that begins as text does.
 bool isReadable(const std::string& path) {
-    constexpr off_t kLongestFile = 8 << 20;
-    constexpr std::string_view kFirstBytes = "< \t\r\n\xEF\xFE\xFF";  // text, or a byte order mark
+    constexpr auto kLongestFile = static_cast<off_t>(ConfigXmlParser::kLongestFile);
     struct stat status {};
     if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kLongestFile) return false;
     std::ifstream file(path, std::ios::binary);
     const int first = file.get();
     return first != std::ifstream::traits_type::eof() &&
-           kFirstBytes.find(static_cast<char>(first)) != std::string_view::npos;
+           ConfigXmlParser::kFirstBytes.find(static_cast<char>(first)) != std::string_view::npos;
 }
 
 // A calibration document being read into a record.

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -13,14 +14,17 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 // a clean-up of libxml2's global state.
 //
 // A flag says that its block was complete; a block that was short leaves what it had in place and its flag false.
-// Values are converted as C's atof does: no number gives 0. Entities from outside the document are never loaded, and those
-// inside make at most a mebibyte of text. A file of more than 8 MiB, a compressed one and what is no regular file are as
-// unreadable as one that is not well-formed.
+// Values are converted as C's atof does: no number gives 0. Entities from outside the document are never loaded, and
+// those inside make at most a mebibyte of text. A file of more than kLongestFile, a compressed one and what is no
+// regular file are as unreadable as one that is not well-formed.
 class ConfigXmlParser {
 public:
     static constexpr size_t kMatrix = 9;
     static constexpr size_t kTable = 4096;
     static constexpr size_t kEyeCareCoeffs = 36;
+    static constexpr size_t kLongestFile = 8 << 20;  // bytes
+    // What a file may begin with: text, or a byte order mark; not one of the compressed forms that libxml2 unpacks.
+    static constexpr std::string_view kFirstBytes = "< \t\r\n\xEF\xFE\xFF";
 
     // Chooses the file by the panel's name and reads it into the members. Nothing is reported but log lines and flags:
     // a file that is missing, unreadable or not well-formed leaves the record as it was.

@@ -12,6 +12,7 @@ constexpr int kWrongUse = 2;  // also for input that cannot be read
 
 // A command sets status when it runs. What it throws is a std::exception whose text says what is wrong and what was
 // expected, and means kWrongUse.
+void addCheck(CLI::App& app, int& status);
 void addRun(CLI::App& app, int& status);
 void addReplay(CLI::App& app, int& status);
 

@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     app.footer("Example:\n  dcsim run data/demo.script --out pictures");
     int status = dcsim::kAllWell;
+    dcsim::addCheck(app, status);
     dcsim::addRun(app, status);
     dcsim::addReplay(app, status);
     try {

@@ -55,16 +55,19 @@ std::string_view nodePath(std::string_view name) {
 
 }  // namespace
 
-PhoneTree::PhoneTree(fs::path root, bool isTemporary) : folder(std::move(root)), temporary(isTemporary) {
+PhoneTree::PhoneTree(fs::path root, bool isTemporary)
+    : folder(std::move(root)), temporary(isTemporary), previousRoot(platform::devicePath("")) {
     platform::setDeviceRoot(folder.string());
 }
 
 PhoneTree::PhoneTree(PhoneTree&& other) noexcept
-    : folder(std::exchange(other.folder, {})), temporary(std::exchange(other.temporary, false)) {}
+    : folder(std::exchange(other.folder, {})),
+      temporary(std::exchange(other.temporary, false)),
+      previousRoot(std::move(other.previousRoot)) {}
 
 PhoneTree::~PhoneTree() {
     if (folder.empty()) return;
-    platform::setDeviceRoot("");
+    platform::setDeviceRoot(previousRoot);
     std::error_code ignored;
     if (temporary) fs::remove_all(folder, ignored);
 }
@@ -76,6 +79,10 @@ PhoneTree PhoneTree::copyOf(const fs::path& source) {
     fs::copy(source, tree.folder, fs::copy_options::recursive, error);
     check(error, source, "could not be copied", "a phone's files that can be read");
     return tree;
+}
+
+PhoneTree PhoneTree::empty() {
+    return {makeTemporaryFolder(), true};
 }
 
 PhoneTree PhoneTree::at(const fs::path& folder) {

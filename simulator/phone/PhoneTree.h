@@ -20,12 +20,15 @@ constexpr std::array<PhoneNode, 3> kPhoneNodes = {{
     {"whitepoint", "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_whitepoint_info"},
 }};
 
-// A folder that stands for the phone's "/", and the device root of the process while it lives: one at a time. Changes
-// go to its files; errors are a std::runtime_error that says which file and why.
+// A folder that stands for the phone's "/", and the device root of the process while it lives; the device root found
+// before is put back after it, so that one may live inside the life of another. Changes go to its files; errors are a
+// std::runtime_error that says which file and why.
 class PhoneTree {
 public:
     // A copy of a folder, in a temporary folder that goes away with this object.
     static PhoneTree copyOf(const std::filesystem::path& source);
+    // A phone without files, in such a folder.
+    static PhoneTree empty();
     // The folder itself.
     static PhoneTree at(const std::filesystem::path& folder);
 
@@ -52,6 +55,7 @@ private:
 
     std::filesystem::path folder;  // empty once moved from
     bool temporary;
+    std::string previousRoot;
 };
 
 }  // namespace simulator

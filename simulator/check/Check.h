@@ -1,0 +1,59 @@
+// Whether a panel's calibration file is sound: what the library makes of it, and what looks wrong.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "calibration/ConfigXmlParser.h"
+
+namespace simulator {
+
+using vendor::kov::hardware::display_control::V1_0::implementation::ConfigXmlParser;
+
+struct Finding {
+    // An error: the library does not use it, or uses something else than the text says. A warning: it does as it is
+    // told, and the display will show it.
+    enum class Severity { ERROR, WARNING };
+    Severity severity;
+    long line;                    // in the file; 0 when it has none
+    std::string block;            // "" when it is about the whole file
+    std::optional<size_t> value;  // the value's number in its block, from 1
+    std::string rule;             // short stable name, kebab-case
+    std::string what;             // what is wrong, as said of the value, the block or the file: "is empty"
+    std::string expected;         // what was expected; "" where the finding stands for others
+    size_t more = 0;              // above 0: no finding of its own, but that many more of the rule in the block
+};
+
+// What the file has of a block.
+struct BlockCount {
+    std::string_view block;
+    long line;      // 0: the file has no such block; otherwise where the last of that name begins
+    size_t values;  // in the file, those included that are too many
+    size_t needed;  // for a complete block
+};
+
+struct CheckedCalibration {
+    std::unique_ptr<ConfigXmlParser> record;  // what the library makes of the file (never null)
+    std::vector<Finding> findings;            // in the order of the file
+    std::vector<BlockCount> blocks;           // every block that a calibration may have
+};
+
+// Findings of one rule in one block that are listed; the others are one finding that counts them.
+constexpr size_t kMostFindings = 5;
+
+// Throws std::runtime_error only when the file cannot be read at all; what the library cannot read is a finding. The
+// library reads it on a phone of its own, in the process's place of the device root: on one thread at a time.
+CheckedCalibration checkCalibration(const std::filesystem::path& file);
+
+// "Gamma_Calib: value 113 is lower than the one before it; expected a table that does not fall".
+std::string sentenceOf(const Finding& finding);
+
+// How many findings of a severity there are, those included that are counted and not listed.
+size_t countOf(const std::vector<Finding>& findings, Finding::Severity severity);
+
+}  // namespace simulator
