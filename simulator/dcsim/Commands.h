@@ -14,5 +14,6 @@ constexpr int kWrongUse = 2;  // also for input that cannot be read
 // expected, and means kWrongUse.
 void addRun(CLI::App& app, int& status);
 void addReplay(CLI::App& app, int& status);
+void addReport(CLI::App& app, int& status);
 
 }  // namespace dcsim

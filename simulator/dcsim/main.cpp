@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
     int status = dcsim::kAllWell;
     dcsim::addRun(app, status);
     dcsim::addReplay(app, status);
+    dcsim::addReport(app, status);
     try {
         app.parse(argc, argv);
         std::cout.flush();
