@@ -77,7 +77,7 @@ const toPoints = (pairs) => pairs.filter(([x, y]) => isNumber(x) && isNumber(y))
 // A line through points, which are {x, y}.
 function line(label, points, color, more) {
     return {label, data: points, borderColor: color, backgroundColor: color, borderWidth: 1.8, pointRadius: 0,
-            pointHitRadius: 4, tension: 0, ...more};
+            pointHitRadius: 4, pointStyle: 'line', tension: 0, ...more};
 }
 const dashed = {borderDash: [5, 4], borderWidth: 1.4};
 const dots = {showLine: false, pointRadius: 4, pointStyle: 'circle'};
@@ -131,7 +131,7 @@ function draw(plot) {
             scales: {x: axis(x.title, colors, x.more), y: axis(y.title, colors, y.more)},
             plugins: {
                 legend: {position: 'bottom', align: 'start',
-                         labels: {color: colors.text, usePointStyle: true, pointStyle: 'line', boxWidth: 24}},
+                         labels: {color: colors.text, usePointStyle: true, pointStyleWidth: 22}},
                 tooltip: {callbacks: {title: () => '', label: ({dataset, raw}) => plot.tip(dataset.label, raw)}},
             },
         },
@@ -235,8 +235,8 @@ function showGamma() {
         datasets: [...given(colors, from), line(label, [{x: 0, y: 0}, {x: 1, y: 0}], colors.grey, dashed)],
         x: input, y: {title: 'output − ' + label, more: {}},
     });
-    addPlot('gammaToPower', 'Difference of each table from 1/2.2, in parts of full scale.', difference(power, '1/2.2'), tip);
-    addPlot('gammaToIdentity', 'Difference of each table from the identity, in parts of full scale.',
+    addPlot('gammaToPower', 'Difference of each table from 1/2.2 (simulated), in parts of full scale.', difference(power, '1/2.2'), tip);
+    addPlot('gammaToIdentity', 'Difference of each table from the identity (simulated), in parts of full scale.',
         difference((i) => i / kEntries, 'identity'), tip);
 
     find('.unique').append(table(['Table', '8 bits', '10 bits', '12 bits'],
@@ -256,7 +256,7 @@ function stageWhites() {
 function whiteDots(colors, withTexts) {
     const whites = stageWhites();
     const same = (a, b) => Math.hypot(a.xy[0] - b.xy[0], a.xy[1] - b.xy[1]) < 0.0005;
-    const texts = whites.map((white, i) => [i, whites.filter((other) => same(white, other)).map((other) => other.number).join(', '), 8, 9]);
+    const texts = whites.map((white, i) => [i, whites.filter((other) => same(white, other)).map((other) => other.number).join(', '), -7, -8]);
     return line('white after stages 1 to 4', toPoints(whites.map((white) => white.xy)), colors.red,
         {...dots, texts: withTexts ? texts.filter(([i]) => !whites.slice(0, i).some((other) => same(whites[i], other))) : []});
 }
@@ -265,23 +265,23 @@ function planckianLine(colors, kelvins, dx, dy) {
     const points = data.chromaticity.planckianLocus;
     const texts = points.map(([kelvin], i) => [i, kelvin + ' K', dx, dy]).filter(([i]) => kelvins.includes(points[i][0]));
     const marks = points.map(([kelvin]) => (kelvins.includes(kelvin) ? 2.5 : 0));
-    return line('Planckian locus', toPoints(points.map((p) => p.slice(1))), colors.text, {borderWidth: 1.2, pointRadius: marks, texts});
+    return line('Planckian locus', toPoints(points.map((p) => p.slice(1))), colors.text, {borderWidth: 1.2, pointRadius: marks, pointStyle: kelvins.length > 0 ? 'circle' : 'line', texts});
 }
 
 function buildDiagram(colors) {
     const {spectralLocus, srgb, panel, d65} = data.chromaticity;
     const labelled = [460, 470, 480, 490, 500, 510, 520, 540, 560, 580, 600, 620, 700];
-    const side = (nm) => (nm <= 500 ? [-6, 0] : nm <= 520 ? [0, -9] : [7, -4]);
+    const side = (nm) => (nm < 490 ? [-6, 0] : nm === 520 ? [0, -9] : [7, nm < 520 ? 2 : -4]);
     const texts = spectralLocus.map(([nm], i) => [i, String(nm), ...side(nm)]).filter(([i]) => labelled.includes(spectralLocus[i][0]));
     return {
         datasets: [
-            line('spectral locus, nm', closed(spectralLocus.map((p) => p.slice(1))), colors.grey, {texts}),
-            line('sRGB', closed(srgb), colors.green, dashed),
-            line('panel', closed(panel), colors.blue, {}),
-            planckianLine(colors, [], 0, 0),
             whiteDots(colors, false),
             line('D65', toPoints([d65]), colors.text, {...dots, pointStyle: 'cross', pointRadius: 6}),
-        ],
+            line('panel', closed(panel), colors.blue, {}),
+            line('sRGB', closed(srgb), colors.green, dashed),
+            planckianLine(colors, [], 0, 0),
+            line('spectral locus, nm', closed(spectralLocus.map((p) => p.slice(1))), colors.grey, {texts}),
+        ].filter((dataset) => dataset.data.length > 0),
         x: {title: 'x', more: {min: 0, max: 0.8}}, y: {title: 'y', more: {min: 0, max: 0.9}}, square: true,
     };
 }
@@ -291,7 +291,7 @@ function sweepLine(label, rows, color, levels) {
     const texts = known.map(([level], i) => [i, (level > 0 ? '+' : level < 0 ? '−' : '') + Math.abs(level), -7, -7])
         .filter(([i]) => levels.includes(known[i][0]));
     const marks = known.map(([level]) => (level % 20 === 0 ? 2 : 0));
-    return line(label, toPoints(known.map((row) => row.slice(1))), color, {texts, pointRadius: marks});
+    return line(label, toPoints(known.map((row) => row.slice(1))), color, {texts, pointRadius: marks, pointStyle: 'circle'});
 }
 
 // A square of the diagram around what there is to see of whites.
@@ -317,11 +317,11 @@ function showColor() {
         'every 20 levels, and the white after each stage as the session leaves it.',
         (colors) => ({
             datasets: [
-                planckianLine(colors, [2000, 2500, 3000, 4000, 5000, 6500, 8000, 10000], 8, 7),
-                sweepLine('unlimited, −100 to +100', unlimited, colors.blue, [-100, 100]),
-                sweepLine('eye care, 0 to 100', eyeCare, colors.orange, [100]),
                 whiteDots(colors, true),
                 line('D65', toPoints([d65]), colors.text, {...dots, pointStyle: 'cross', pointRadius: 6}),
+                sweepLine('unlimited, −100 to +100', unlimited, colors.blue, [-100, 100]),
+                sweepLine('eye care, 0 to 100', eyeCare, colors.orange, [100]),
+                planckianLine(colors, [2000, 2500, 3000, 4000, 5000, 6500, 8000, 10000], 8, 7),
             ].filter((dataset) => dataset.data.length > 0),
             x: {title: 'x', more: area.x}, y: {title: 'y', more: area.y}, square: true,
         }), xyTip,
@@ -355,7 +355,7 @@ function pictureFigure(word, number) {
     if (picture === null) return make('figure', {}, make('figcaption', {}, word + ': no picture'));
     const part = 100 * picture.clippedPixels / picture.pixels;
     const clipped = picture.clippedPixels === 0 ? 'nothing clipped'
-        : `${grouped(picture.clippedPixels)} pixels clipped (${part < 0.1 ? '< 0.1' : part.toFixed(1)} %)`;
+        : `${part < 0.1 ? '< 0.1' : part.toFixed(1)} % clipped`;
     const image = make('img', {alt: `Test chart ${word}, simulated`, className: 'chart'});
     image.src = image.dataset.plain = 'data:image/png;base64,' + picture.png;
     image.dataset.marked = picture.marked ? 'data:image/png;base64,' + picture.marked : image.dataset.plain;
@@ -371,7 +371,7 @@ function showSteps() {
         const comment = step.comment.replace(/^#\s*/, '');
         const card = make('div', {className: 'card step'}, make('code', {}, `${step.line}  ${step.text}`));
         if (comment !== '') card.append(make('div', {className: 'comment'}, comment));
-        if (step.answers.length > 0) card.append(make('div', {className: 'comment'}, 'answer: ' + step.answers.join(', ')));
+        if (step.answers.some((answer) => answer !== 'OK' && answer !== 0)) card.append(make('div', {className: 'comment'}, 'answer: ' + step.answers.join(', ')));
         card.append(step.before === step.after ? make('p', {}, 'The picture stays as it is.')
             : make('div', {className: 'pair'}, pictureFigure('before', step.before), pictureFigure('after', step.after)));
         return card;
@@ -391,21 +391,21 @@ function showLight() {
         return;
     }
     const {samples, messages, bright, dim} = light;
-    const end = Math.max(...samples.slice(-1).concat(messages.slice(-1)).map(([ms]) => ms)) / 1000;
+    const end = Math.max(...[samples, messages].flatMap((rows) => rows.slice(-1)).map(([ms]) => ms)) / 1000;
     const clock = (s) => (end < 600 ? short(s) : `${Math.floor(s / 3600)}:${String(Math.floor(s / 60) % 60).padStart(2, '0')}:${String(Math.round(s % 60)).padStart(2, '0')}`);
-    const time = {title: end < 600 ? 'simulated time, s' : 'simulated time, h:min:s', more: {min: 0, max: end, ticks: {callback: clock}}};
+    const time = {title: end < 600 ? 'simulated time, s' : 'simulated time, h:min:s', more: {min: 0, max: end, ticks: {callback: clock, includeBounds: false}}};
     const lux = (column) => samples.map((row) => ({x: row[0] / 1000, y: Math.max(row[column], 1)}));
-    const level = (text, value) => line(text, [{x: 0, y: value}, {x: end, y: value}], text.startsWith('on') ? '' : '', dashed);
-    const stepped = {stepped: 'before', spanGaps: false};
+    const level = (text, value, color) => line(text, [{x: 0, y: value}, {x: end, y: value}], color, dashed);
+    const decade = 10 ** Math.ceil(Math.log10(samples.reduce((most, row) => Math.max(most, row[1]), 10 * bright)));
     addPlot('lux', `Light of the trace ${light.name} as the service takes it once a second (simulated), and the mean of the middle three of the ` +
         'last five samples. Logarithmic; what is below 1 lux stands at 1 lux.',
         (colors) => ({
             datasets: [
-                line('light', lux(1), colors.grey, {borderWidth: 1.2}), line('mean', lux(2), colors.blue, {stepped: 'before'}),
-                {...level('on above ' + bright + ' lux', bright), borderColor: colors.orange, backgroundColor: colors.orange},
-                {...level('off below ' + dim + ' lux', dim), borderColor: colors.green, backgroundColor: colors.green},
+                line('mean', lux(2), colors.blue, {stepped: 'before'}), line('light', lux(1), colors.grey, {borderWidth: 1.2}),
+                level(`on above ${bright} lux`, bright, colors.orange),
+                level(`off below ${dim} lux`, dim, colors.green),
             ],
-            x: time, y: {title: 'lux', more: {type: 'logarithmic', min: 1}},
+            x: time, y: {title: 'lux', more: {type: 'logarithmic', min: 1, max: decade}},
         }), (label, {x, y}) => `${label}: ${short(y)} lux at ${clock(x)}`);
     // Each message holds until the next.
     const held = messages.flatMap(([ms, value], i) => {
@@ -417,11 +417,11 @@ function showLight() {
         (colors) => ({
             datasets: [
                 line('level at the composer', held, colors.blue, {}),
-                line('message', messages.filter((m) => m[1] !== null).map(([ms, y]) => ({x: ms / 1000, y})), colors.orange, {...dots, pointRadius: 2}),
+                line('message', messages.filter((m) => m[1] !== null).map(([ms, y]) => ({x: ms / 1000, y})), colors.orange, {...dots, pointRadius: 1.5}),
                 line('message that drops the curve', messages.filter((m) => m[1] === null).map(([ms]) => ({x: ms / 1000, y: 0})), colors.red,
-                    {...dots, pointStyle: 'rectRot'}),
+                    {...dots, pointStyle: 'rectRot', clip: 8}),
             ].filter((dataset) => dataset.data.length > 0),
-            x: time, y: {title: 'level', more: {min: 0, max: 64}},
+            x: time, y: {title: 'level', more: {min: 0, max: 64, ticks: {stepSize: 16}}},
         }), (label, {x, y}) => `${label}: ${y} at ${clock(x)}`,
         downloadButton('timeline.csv', () => [['seconds', 'event', 'lux', 'mean_lux', 'level'],
             ...[...samples.map(([ms, l, mean, value]) => [ms / 1000, 'sample', l, mean, value]),
