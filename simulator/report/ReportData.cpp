@@ -182,16 +182,23 @@ Json spectralLocus() {
     return points;
 }
 
-// Kelvin, x, y; in even steps of reciprocal temperature between round numbers.
+// Kelvin, x, y; closer where the locus bends.
 Json planckian() {
-    Json points = Json::array();
-    const auto add = [&points](double kelvin) {
-        const auto point = planckianLocus(kelvin);
-        points.push_back({toJson(kelvin), toJson(point->x), toJson(point->y)});
+    struct Stretch {
+        int from, step;  // kelvin
     };
-    for (double kelvin = kLocusMinKelvin; kelvin < 4000; kelvin = kelvin < 2000 ? 2000 : kelvin + 100) add(kelvin);
-    for (double kelvin = 4000; kelvin < 10000; kelvin += 250) add(kelvin);
-    for (double kelvin = 10000; kelvin <= kLocusMaxKelvin; kelvin += 2500) add(kelvin);
+    Json points = Json::array();
+    const auto add = [&points](int kelvin) {
+        const auto point = planckianLocus(kelvin);
+        points.push_back({kelvin, toJson(point->x), toJson(point->y)});
+    };
+    constexpr int kEnd = static_cast<int>(kLocusMaxKelvin);
+    constexpr Stretch kStretches[] = {{2000, 100}, {4000, 250}, {10000, 2500}, {kEnd + 1, 0}};
+    add(static_cast<int>(kLocusMinKelvin));
+    for (size_t i = 0; i + 1 < std::size(kStretches); ++i) {
+        for (int kelvin = kStretches[i].from; kelvin < kStretches[i + 1].from; kelvin += kStretches[i].step)
+            add(kelvin);
+    }
     return points;
 }
 

@@ -123,9 +123,13 @@ private:
             Json event = Json::parse(line);
             const std::string kind = event.at("event");
             event.erase("event");
-            if (kind == "composer") record.calls.push_back(shortened(std::move(event)));
-            if (kind == "answer") step["answers"].push_back(event.at("result"));
-            if (kind == "state") record.state = std::move(event.at("state"));
+            if (kind == "answer") {
+                step["answers"].push_back(event.at("result"));
+            } else if (kind == "state") {
+                record.state = std::move(event.at("state"));
+            } else if (kind == "composer") {
+                record.calls.push_back(shortened(std::move(event)));
+            }
         }
     }
 

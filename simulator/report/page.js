@@ -50,7 +50,8 @@ function downloadButton(file, rows) {
 
 const plots = [];
 
-// Texts beside the points of a dataset that has texts, an array of [index, text, dx, dy] in pixels.
+// Texts beside the points of a dataset that has texts, an array of [index, text, dx, dy, color]; dx and dy in pixels,
+// without a color the dataset's own.
 const pointTexts = {
     id: 'pointTexts',
     afterDatasetsDraw(chart) {
@@ -60,10 +61,10 @@ const pointTexts = {
         context.font = '11px ' + Chart.defaults.font.family;
         context.textBaseline = 'middle';
         chart.data.datasets.forEach((dataset, index) => {
-            context.fillStyle = dataset.borderColor;
-            for (const [point, text, dx, dy] of dataset.texts || []) {
+            for (const [point, text, dx, dy, color] of dataset.texts || []) {
                 const {x, y} = chart.getDatasetMeta(index).data[point];
                 if (x < area.left || x > area.right || y < area.top || y > area.bottom) continue;
+                context.fillStyle = color || dataset.borderColor;
                 context.textAlign = dx < 0 ? 'right' : dx > 0 ? 'left' : 'center';
                 context.fillText(text, x + dx, y + dy);
             }
@@ -77,7 +78,7 @@ const toPoints = (pairs) => pairs.filter(([x, y]) => isNumber(x) && isNumber(y))
 // A line through points, which are {x, y}.
 function line(label, points, color, more) {
     return {label, data: points, borderColor: color, backgroundColor: color, borderWidth: 1.8, pointRadius: 0,
-            pointHitRadius: 4, pointStyle: 'line', tension: 0, ...more};
+            pointHitRadius: 4, tension: 0, ...more};
 }
 const dashed = {borderDash: [5, 4], borderWidth: 1.4};
 const dots = {showLine: false, pointRadius: 4, pointStyle: 'circle'};
@@ -117,6 +118,14 @@ function countVisible(chart, colors) {
     return chart.data.datasets.filter((dataset) => seen.has(parseInt(dataset.borderColor.slice(1), 16))).length;
 }
 
+// A line for what is drawn as one, and the point where there are only points.
+function legendLabels(chart) {
+    return Chart.defaults.plugins.legend.labels.generateLabels(chart).map((label) => {
+        const dataset = chart.data.datasets[label.datasetIndex];
+        return {...label, pointStyle: dataset.showLine === false ? dataset.pointStyle : 'line'};
+    });
+}
+
 function draw(plot) {
     if (plot.chart) plot.chart.destroy();
     const colors = themeColors();
@@ -131,7 +140,7 @@ function draw(plot) {
             scales: {x: axis(x.title, colors, x.more), y: axis(y.title, colors, y.more)},
             plugins: {
                 legend: {position: 'bottom', align: 'start',
-                         labels: {color: colors.text, usePointStyle: true, pointStyleWidth: 22}},
+                         labels: {color: colors.text, usePointStyle: true, boxHeight: 8, generateLabels: legendLabels}},
                 tooltip: {callbacks: {title: () => '', label: ({dataset, raw}) => plot.tip(dataset.label, raw)}},
             },
         },
@@ -252,20 +261,24 @@ function stageWhites() {
     return (data.chromaticity.whites || []).map((row, i) => ({...row, number: i + 1})).filter((row) => row.xy !== null);
 }
 
-// The whites with their numbers beside them, one text for those that coincide.
+// The whites, with their numbers: in the dot, or beside it when several coincide.
 function whiteDots(colors, withTexts) {
     const whites = stageWhites();
-    const same = (a, b) => Math.hypot(a.xy[0] - b.xy[0], a.xy[1] - b.xy[1]) < 0.0005;
-    const texts = whites.map((white, i) => [i, whites.filter((other) => same(white, other)).map((other) => other.number).join(', '), -7, -8]);
+    const near = (a, b) => Math.hypot(a.xy[0] - b.xy[0], a.xy[1] - b.xy[1]) < 0.002;
+    const texts = whites.map((white, i) => {
+        const numbers = whites.filter((other) => near(white, other)).map((other) => other.number);
+        if (numbers.length === 1) return [i, String(white.number), 0, 1, colors.page];
+        return [i, numbers[0] === white.number ? numbers.join(', ') : '', -8, -10];
+    });
     return line('white after stages 1 to 4', toPoints(whites.map((white) => white.xy)), colors.red,
-        {...dots, texts: withTexts ? texts.filter(([i]) => !whites.slice(0, i).some((other) => same(whites[i], other))) : []});
+        withTexts ? {...dots, pointRadius: 7, texts} : dots);
 }
 
 function planckianLine(colors, kelvins, dx, dy) {
     const points = data.chromaticity.planckianLocus;
     const texts = points.map(([kelvin], i) => [i, kelvin + ' K', dx, dy]).filter(([i]) => kelvins.includes(points[i][0]));
     const marks = points.map(([kelvin]) => (kelvins.includes(kelvin) ? 2.5 : 0));
-    return line('Planckian locus', toPoints(points.map((p) => p.slice(1))), colors.text, {borderWidth: 1.2, pointRadius: marks, pointStyle: kelvins.length > 0 ? 'circle' : 'line', texts});
+    return line('Planckian locus', toPoints(points.map((p) => p.slice(1))), colors.text, {borderWidth: 1.2, pointRadius: marks, texts});
 }
 
 function buildDiagram(colors) {
@@ -280,7 +293,7 @@ function buildDiagram(colors) {
             line('panel', closed(panel), colors.blue, {}),
             line('sRGB', closed(srgb), colors.green, dashed),
             planckianLine(colors, [], 0, 0),
-            line('spectral locus, nm', closed(spectralLocus.map((p) => p.slice(1))), colors.grey, {texts}),
+            line('spectral locus, nm', closed(spectralLocus.map((p) => p.slice(1))), colors.soft, {texts}),
         ].filter((dataset) => dataset.data.length > 0),
         x: {title: 'x', more: {min: 0, max: 0.8}}, y: {title: 'y', more: {min: 0, max: 0.9}}, square: true,
     };
@@ -291,7 +304,7 @@ function sweepLine(label, rows, color, levels) {
     const texts = known.map(([level], i) => [i, (level > 0 ? '+' : level < 0 ? '−' : '') + Math.abs(level), -7, -7])
         .filter(([i]) => levels.includes(known[i][0]));
     const marks = known.map(([level]) => (level % 20 === 0 ? 2 : 0));
-    return line(label, toPoints(known.map((row) => row.slice(1))), color, {texts, pointRadius: marks, pointStyle: 'circle'});
+    return line(label, toPoints(known.map((row) => row.slice(1))), color, {texts, pointRadius: marks});
 }
 
 // A square of the diagram around what there is to see of whites.
@@ -393,7 +406,8 @@ function showLight() {
     const {samples, messages, bright, dim} = light;
     const end = Math.max(...[samples, messages].flatMap((rows) => rows.slice(-1)).map(([ms]) => ms)) / 1000;
     const clock = (s) => (end < 600 ? short(s) : `${Math.floor(s / 3600)}:${String(Math.floor(s / 60) % 60).padStart(2, '0')}:${String(Math.round(s % 60)).padStart(2, '0')}`);
-    const time = {title: end < 600 ? 'simulated time, s' : 'simulated time, h:min:s', more: {min: 0, max: end, ticks: {callback: clock, includeBounds: false}}};
+    const stepSize = end < 600 ? undefined : [60, 300, 600, 1800, 3600, 7200, 14400].find((step) => end / step <= 12);
+    const time = {title: end < 600 ? 'simulated time, s' : 'simulated time, h:min:s', more: {min: 0, max: end, ticks: {callback: clock, includeBounds: false, stepSize}}};
     const lux = (column) => samples.map((row) => ({x: row[0] / 1000, y: Math.max(row[column], 1)}));
     const level = (text, value, color) => line(text, [{x: 0, y: value}, {x: end, y: value}], color, dashed);
     const decade = 10 ** Math.ceil(Math.log10(samples.reduce((most, row) => Math.max(most, row[1]), 10 * bright)));
