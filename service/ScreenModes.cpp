@@ -8,6 +8,7 @@
 #include <iterator>
 
 #include "service/Composer.h"
+#include "service/DefaultPanel.h"
 #include "service/DisplayControlImpl.h"
 #include "service/WhitePointText.h"
 
@@ -20,11 +21,6 @@ constexpr size_t kWhitePointLimit = 64;  // bytes
 
 constexpr int32_t kCabcOff = 0;
 constexpr int32_t kCabcOn = 1;
-
-// White, and the x of the red, green and blue primaries followed by their y: for a panel whose calibration and driver
-// tell nothing. CIE 1931 xy.
-constexpr android::WhitePointCalibrateParam kDefaultWhitePoint = {
-    0.28F, 0.30F, {0.66F, 0.295F, 0.15F, 0.334F, 0.656F, 0.055F, 0.0F, 0.0F, 0.0F}, 1.0F, 1.0F, 1.0F};
 
 }  // namespace
 

@@ -15,5 +15,6 @@ constexpr int kWrongUse = 2;  // also for input that cannot be read
 void addCheck(CLI::App& app, int& status);
 void addRun(CLI::App& app, int& status);
 void addReplay(CLI::App& app, int& status);
+void addReport(CLI::App& app, int& status);
 
 }  // namespace dcsim

@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
     dcsim::addCheck(app, status);
     dcsim::addRun(app, status);
     dcsim::addReplay(app, status);
+    dcsim::addReport(app, status);
     try {
         app.parse(argc, argv);
         std::cout.flush();

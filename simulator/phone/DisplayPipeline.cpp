@@ -76,11 +76,12 @@ ShownPicture showPicture(const Picture& input, const DisplayState& state) {
     }
     const Matrix matrix = combine(state.first, state.last);
 
-    ShownPicture shown{input, 0};
+    ShownPicture shown{input, 0, std::vector<bool>(input.pixels.size() / 3)};
     auto& pixels = shown.picture.pixels;
     for (size_t i = 0; i + 2 < pixels.size(); i += 3) {
         const Color out = apply(matrix, {decoded[pixels[i]], decoded[pixels[i + 1]], decoded[pixels[i + 2]]});
-        if (isClipped(out[0]) || isClipped(out[1]) || isClipped(out[2])) ++shown.clippedPixels;
+        shown.clipped[i / 3] = isClipped(out[0]) || isClipped(out[1]) || isClipped(out[2]);
+        if (shown.clipped[i / 3]) ++shown.clippedPixels;
         for (size_t channel = 0; channel < 3; ++channel) {
             const float coded = clamp01(readTable(state.gamma, clamp01(out[channel])));
             pixels[i + channel] = toCode(readToneCurve(state.toneCurve, coded));

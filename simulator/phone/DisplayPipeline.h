@@ -1,6 +1,8 @@
 // What a display shows of a picture.
 #pragma once
 
+#include <vector>
+
 #include "simulator/phone/SimulatedComposer.h"
 #include "simulator/picture/Picture.h"
 
@@ -9,6 +11,7 @@ namespace simulator {
 struct ShownPicture {
     Picture picture;
     uint64_t clippedPixels = 0;  // pixels with a channel that left the matrices below 0 or above 1
+    std::vector<bool> clipped;   // for each pixel, whether it is one of them
 };
 
 // Pushes a picture through what the composer holds for a display: each coded value through the de-gamma table, the

@@ -19,6 +19,11 @@ constexpr size_t kChannels = 3;
 class PngImage {
 public:
     PngImage() { record.version = PNG_IMAGE_VERSION; }
+    explicit PngImage(const Picture& picture) : PngImage() {
+        record.width = picture.width;
+        record.height = picture.height;
+        record.format = PNG_FORMAT_RGB;
+    }
     ~PngImage() { png_image_free(&record); }
     PngImage(const PngImage&) = delete;
     PngImage& operator=(const PngImage&) = delete;
@@ -64,13 +69,22 @@ void savePng(const Picture& picture, const std::filesystem::path& file) {
              "3 for each of " + sizeText(picture.width, picture.height) + " pixels, and at least one pixel");
     }
 
-    PngImage image;
-    image.record.width = picture.width;
-    image.record.height = picture.height;
-    image.record.format = PNG_FORMAT_RGB;
+    PngImage image(picture);
     const int written = png_image_write_to_file(&image.record, file.c_str(), /*convert_to_8bit=*/0,
                                                 picture.pixels.data(), /*row_stride=*/0, nullptr);
     if (written == 0) fail(file, image.reason(), "a file that can be written");
+}
+
+std::vector<uint8_t> encodePng(const Picture& picture) {
+    PngImage image(picture);
+    std::vector<uint8_t> bytes(PNG_IMAGE_PNG_SIZE_MAX(image.record));
+    png_alloc_size_t size = bytes.size();
+    const int written =
+        png_image_write_to_memory(&image.record, bytes.data(), &size, /*convert_to_8bit=*/0, picture.pixels.data(),
+                                  /*row_stride=*/0, nullptr);
+    if (written == 0) throw std::runtime_error("a picture could not be coded: " + image.reason());
+    bytes.resize(size);
+    return bytes;
 }
 
 }  // namespace simulator

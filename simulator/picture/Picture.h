@@ -28,4 +28,7 @@ Picture loadPng(const std::filesystem::path& file);
 // is left behind.
 void savePng(const Picture& picture, const std::filesystem::path& file);
 
+// The bytes that savePng writes, for a picture whose pixels fit its size and are not none. Throws std::runtime_error.
+std::vector<uint8_t> encodePng(const Picture& picture);
+
 }  // namespace simulator
