@@ -59,7 +59,7 @@ LineEditor::LineEditor(Completer completer)
     el_set(editor, EL_BIND, "^I", "complete", nullptr);
     el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     el_set(editor, EL_BIND, "^C", "em-kill-line", nullptr);
-    el_set(editor, EL_SETTY, "-d", "intr=", nullptr);  // while a line is edited Ctrl-C is a key
+    el_set(editor, EL_SETTY, "-d", "-isig", nullptr);  // while a line is edited Ctrl-C is a key
 }
 
 LineEditor::~LineEditor() {

@@ -104,7 +104,7 @@ TEST_F(ToolsTest, TheFirstDifferenceIsFound) {
     const std::string start = "displays 2\ninit\nlight 20000\nsetAlad 0 1\nwait 1s\nsetUnlimitedCT 1 ";
     const Json expected = dumpOfFile(file("a.script", start + "20\n"));
     const size_t calls = expected["calls"].size();
-    EXPECT_EQ(expected["calls"][calls - 2]["params"][0]["toneCurveLevel"], 10);
+    EXPECT_EQ(expected["calls"][calls - 2]["params"][1]["toneCurveLevel"], 10);
 
     const Json warmer = dumpOfFile(file("b.script", start + "-20\n"));
     const auto changed = firstDifference(expected, warmer);
