@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "simulator/dcsim/Commands.h"
+#include "simulator/dcsim/Progress.h"
 #include "simulator/light/Replay.h"
 #include "simulator/script/Event.h"
 
@@ -142,9 +143,13 @@ int run(const Options& options) {
     const simulator::LightTrace trace = simulator::readLightTrace(options.trace);
     TimelineFile timeline(options.out, options.trace);
     Summary summary;
+    Progress progress("replaying");
+    const double length = secondsOf(trace.back().time - trace.front().time);
     simulator::replay(trace, [&](const Decision& decision) {
         summary.add(decision);
         timeline.add(decision);
+        progress.show(secondsOf(decision.time) / length);
+        if (options.json || !decision.messages.empty()) progress.wipe();
         if (options.json) {
             std::cout << toJson(decision).dump() << "\n";
         } else if (!decision.messages.empty()) {

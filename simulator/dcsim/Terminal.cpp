@@ -3,12 +3,22 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <string_view>
 
 namespace dcsim {
 
-bool useColor(int fd) {
-    const char* const noColor = getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): nothing here sets the environment
-    return (noColor == nullptr || *noColor == '\0') && isatty(fd) == 1;
+namespace {
+
+// No thread of the program changes its environment.
+std::string_view variable(const char* name) {
+    const char* const value = getenv(name);  // NOLINT(concurrency-mt-unsafe)
+    return value == nullptr ? "" : value;
+}
+
+}  // namespace
+
+bool useColor(int descriptor) {
+    return isatty(descriptor) == 1 && variable("NO_COLOR").empty() && variable("TERM") != "dumb";
 }
 
 }  // namespace dcsim

@@ -3,7 +3,8 @@
 
 namespace dcsim {
 
-// Whether text for this descriptor may be coloured: it is a terminal, and NO_COLOR is not set or empty.
-bool useColor(int fd);
+// Whether text on the descriptor may be coloured: it is a terminal that knows colours, and NO_COLOR is not set
+// (no-color.org: a variable that is there and not empty).
+bool useColor(int descriptor);
 
 }  // namespace dcsim

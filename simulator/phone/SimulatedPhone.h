@@ -30,6 +30,8 @@ public:
 
     // Of the composer that runs now, and of every one that is started later.
     void setDisplayCount(uint32_t count);
+    // Of the composer that runs now; 0 without one.
+    uint32_t displays() const { return composer == nullptr ? 0 : displayCount; }
     // Nothing happens to a composer that runs already, or has stopped already.
     void startComposer();
     void stopComposer();

@@ -17,6 +17,7 @@ class Session;
 struct Argument {
     enum class Kind {
         UNSIGNED,  // a whole number from 0 to 2^64 - 1; or to max
+        DISPLAY,   // the same: the number of a display
         INTEGER,   // a whole number from -2^31 to 2^31 - 1
         FLOAT,     // a number that a float holds, inf and nan among them
         DOUBLE,    // a number that a double holds, inf and nan among them
@@ -34,6 +35,12 @@ struct Argument {
     uint64_t max = UINT64_MAX;
     std::vector<std::string_view> words = {};
 };
+
+// How help and errors name an argument: "LEVEL".
+std::string nameOf(const Argument& argument);
+
+// The values that an argument takes: "a whole number from 0 to 1024".
+std::string rangeOf(const Argument& argument);
 
 // The values of a line's arguments, in order and of the kinds that the command asks for.
 class Values {
@@ -62,6 +69,7 @@ struct Command {
     std::vector<Argument> arguments;
     std::string_view summary;
     void (*run)(Session& session, const Values& values);
+    std::string_view group = "";  // begins a group of that title; the rows below it that have none belong to it too
 };
 
 // Every command, in the order in which help shows them.
@@ -82,7 +90,7 @@ struct ParsedLine {
     Values values;
 };
 
-// Throws ScriptError.
-ParsedLine parseLine(std::string_view line);
+// Takes the line's command from table, which outlives the answer. Throws ScriptError.
+ParsedLine parseLine(std::string_view line, const std::vector<Command>& table = commands());
 
 }  // namespace simulator

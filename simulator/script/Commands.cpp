@@ -24,7 +24,7 @@ constexpr uint64_t kMostDisplays = 1024;
 constexpr size_t kMostValues = 16;
 
 Argument display() {
-    return {"display", Argument::Kind::UNSIGNED};
+    return {"display", Argument::Kind::DISPLAY};
 }
 
 Argument integer(std::string_view name) {
@@ -219,7 +219,7 @@ void setLight(Session& session, const Values& values) {
 }
 
 void wait(Session& session, const Values& values) {
-    session.phone().clock().advance(values.duration(0));
+    session.wait(values.duration(0));
 }
 
 struct SensorStepName {
@@ -289,7 +289,7 @@ void writePicture(Session& session, const Values& values) {
 const std::vector<Command>& commands() {
     using Kind = Argument::Kind;
     static const std::vector<Command> table = {
-        {"init", {}, "start the service: find the composer and apply the panel's calibration", initService},
+        {"init", {}, "start the service: find the composer and apply the panel's calibration", initService, "service"},
         {"deInit", {}, "stop the service: let go of the composer", deInitService},
         {"allocUserHandle", {}, "get a user handle, which later commands use", allocUserHandle},
         {"freeUserHandle", {}, "give the user handle back", freeUserHandle},
@@ -298,7 +298,8 @@ const std::vector<Command>& commands() {
         {"setColorTransformMatrix",
          {display(), matrix("element")},
          "set the last matrix, by rows",
-         setColorTransformMatrix},
+         setColorTransformMatrix,
+         "matrices and tables"},
         {"getColorTransformMatrix", {display()}, "the composer's first matrix", getColorTransformMatrix},
         {"setColorTransformMatrix2",
          {display(), matrix("first"), matrix("last")},
@@ -322,7 +323,8 @@ const std::vector<Command>& commands() {
         {"setUnlimitedCT",
          {display(), integer("level")},
          "colour temperature: -100 warm, 0 neutral, 100 cold",
-         setInteger<&Service::setUnlimitedCT>},
+         setInteger<&Service::setUnlimitedCT>,
+         "colour temperature and screen modes"},
         {"getUnlimitedCT", {display()}, "the level last set", getLevel<&Service::getUnlimitedCT>},
         {"setEyeCareCT",
          {display(), integer("level")},
@@ -350,7 +352,11 @@ const std::vector<Command>& commands() {
          "write a level to the backlight control node",
          setInteger<&Service::setCabcSysNode>},
 
-        {"setAlad", {display(), unsigned32()}, "ambient-light adaptive display: 0 off, otherwise on", setAlad},
+        {"setAlad",
+         {display(), unsigned32()},
+         "ambient-light adaptive display: 0 off, otherwise on",
+         setAlad,
+         "ambient light, exclusive mode and features"},
         {"IsAladEnable", {display()}, "1 while it is on", isAladEnable},
         {"exclusiveModeEnter", {unsigned32()}, "take display 0 without any adjustment", enterExclusive},
         {"exclusiveModeExit", {unsigned32()}, "give it back, calibrated", leaveExclusive},
@@ -364,7 +370,7 @@ const std::vector<Command>& commands() {
          setMiscFeature},
         {"getMiscFeature", {display(), integer("feature")}, "no feature can be read", getMiscFeature},
 
-        {"wait", {{"duration", Kind::DURATION}}, "let time pass", wait},
+        {"wait", {{"duration", Kind::DURATION}}, "let time pass", wait, "time and light"},
         {"light", {{"lux", Kind::FLOAT}}, "the light that falls on the phone", setLight},
         {"sensor",
          {{"state", Kind::WORD, 1, false, 0, {"stop", "start", "fail"}},
@@ -374,7 +380,8 @@ const std::vector<Command>& commands() {
         {"displays",
          {{"count", Kind::UNSIGNED, 1, false, kMostDisplays}},
          "how many displays the composer has",
-         setDisplays},
+         setDisplays,
+         "the phone around the service"},
         {"panel", {{"name", Kind::TEXT}}, "the name that the panel's driver reports", setPanel},
         {"calibration", {{"file", Kind::FILE}}, "put a file in the place of the panel's calibration", setCalibration},
         {"whitepoint",
@@ -390,9 +397,10 @@ const std::vector<Command>& commands() {
          "end or start the composer's process",
          switchComposer},
         {"picture",
-         {{"name", Kind::NAME}, {"display", Kind::UNSIGNED, 1, true}},
+         {{"name", Kind::NAME}, {"display", Kind::DISPLAY, 1, true}},
          "write the picture as the display shows it now",
-         writePicture},
+         writePicture,
+         "what there is to see"},
         {"show",
          {},
          "the state of the service and of all it stands on",

@@ -34,9 +34,12 @@ std::string_view takeWord(std::string_view& text) {
     return word;
 }
 
-std::string describe(const Argument& argument) {
+}  // namespace
+
+std::string rangeOf(const Argument& argument) {
     switch (argument.kind) {
         case Argument::Kind::UNSIGNED:
+        case Argument::Kind::DISPLAY:
             return "a whole number from 0 to " + std::to_string(argument.max);
         case Argument::Kind::INTEGER:
             return "a whole number from -2147483648 to 2147483647";
@@ -60,16 +63,18 @@ std::string describe(const Argument& argument) {
     return "one of " + words;
 }
 
-std::string capitals(std::string_view name) {
-    std::string result(name);
+std::string nameOf(const Argument& argument) {
+    std::string result(argument.name);
     std::transform(result.begin(), result.end(), result.begin(),
                    [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return result;
 }
 
+namespace {
+
 // "LEVEL", or "ELEMENT 3 of 9".
 std::string placeOf(const Argument& argument, size_t index) {
-    const std::string name = capitals(argument.name);
+    const std::string name = nameOf(argument);
     return argument.count == 1 ? name
                                : name + " " + std::to_string(index + 1) + " of " + std::to_string(argument.count);
 }
@@ -79,8 +84,8 @@ std::string placeOf(const Argument& argument, size_t index) {
 }
 
 [[noreturn]] void failValue(const Command& command, const Argument& argument, std::string_view word, const char* what) {
-    throw ScriptError(std::string(command.name) + ": " + quoted(word) + " " + what + "; expected " +
-                      capitals(argument.name) + ", " + describe(argument));
+    throw ScriptError(std::string(command.name) + ": " + quoted(word) + " " + what + "; expected " + nameOf(argument) +
+                      ", " + rangeOf(argument));
 }
 
 template <typename T>
@@ -119,7 +124,8 @@ bool isName(std::string_view word) {
 
 Values::Value parseValue(const Command& command, const Argument& argument, std::string_view word) {
     switch (argument.kind) {
-        case Argument::Kind::UNSIGNED: {
+        case Argument::Kind::UNSIGNED:
+        case Argument::Kind::DISPLAY: {
             const auto value = parseNumber<uint64_t>(command, argument, word);
             if (value > argument.max) failValue(command, argument, word, "is out of range");
             return value;
@@ -178,14 +184,14 @@ size_t distance(std::string_view a, std::string_view b) {
     return row.back();
 }
 
-[[noreturn]] void failUnknown(std::string_view word) {
+[[noreturn]] void failUnknown(std::string_view word, const std::vector<Command>& table) {
     const size_t near = std::max<size_t>(1, word.size() / 3);
-    const auto nearest = std::min_element(
-        commands().begin(), commands().end(),
-        [word](const Command& a, const Command& b) { return distance(word, a.name) < distance(word, b.name); });
+    const auto nearest = std::min_element(table.begin(), table.end(), [word](const Command& a, const Command& b) {
+        return distance(word, a.name) < distance(word, b.name);
+    });
     const std::string hint = distance(word, nearest->name) <= near
                                  ? std::string(nearest->name)
-                                 : "a command such as " + std::string(commands().front().name);
+                                 : "a command such as " + std::string(table.front().name);
     throw ScriptError("unknown command " + quoted(word) + "; expected " + hint);
 }
 
@@ -194,7 +200,7 @@ size_t distance(std::string_view a, std::string_view b) {
 std::string usageOf(const Command& command) {
     std::string usage(command.name);
     for (const Argument& argument : command.arguments) {
-        std::string word = capitals(argument.name);
+        std::string word = nameOf(argument);
         if (argument.kind == Argument::Kind::WORD) {
             word.clear();
             for (const std::string_view choice : argument.words)
@@ -206,16 +212,16 @@ std::string usageOf(const Command& command) {
     return usage;
 }
 
-ParsedLine parseLine(std::string_view line) {
+ParsedLine parseLine(std::string_view line, const std::vector<Command>& table) {
     const size_t commentBegin = std::min(line.find('#'), line.size());
     const std::string_view text = trimmed(line.substr(0, commentBegin));
     const std::string_view comment = trimmed(line.substr(commentBegin));
     std::string_view rest = text;
     const std::string_view word = takeWord(rest);
     if (word.empty()) return {nullptr, text, comment, {}};
-    const auto command = std::find_if(commands().begin(), commands().end(),
-                                      [word](const Command& candidate) { return candidate.name == word; });
-    if (command == commands().end()) failUnknown(word);
+    const auto command =
+        std::find_if(table.begin(), table.end(), [word](const Command& candidate) { return candidate.name == word; });
+    if (command == table.end()) failUnknown(word, table);
     return {&*command, text, comment, parseArguments(*command, rest)};
 }
 

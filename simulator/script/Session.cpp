@@ -123,6 +123,7 @@ Session::Session(SessionOptions options, Timeline& events)
     : timeline(events),
       picture(std::move(options.picture)),
       out(std::move(options.out)),
+      goOnWaiting(std::move(options.goOnWaiting)),
       simulated(options.phone, [this](const ComposerCall& call) { timeline.report(toEvent(call)); }) {
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     displayControl.allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
@@ -166,10 +167,26 @@ void Session::answer(display_control::Result result, const Json& parts) {
     timeline.report(event);
 }
 
+void Session::wait(std::chrono::milliseconds whole) {
+    constexpr std::chrono::milliseconds kSlice{1000};
+    std::chrono::milliseconds passed{0};
+    do {
+        const auto slice = std::min(kSlice, whole - passed);
+        simulated.clock().advance(slice);
+        passed += slice;
+        const bool goOn = !goOnWaiting || goOnWaiting(passed, whole);
+        if (!goOn && passed < whole) {
+            timeline.report({{"event", "answer"}, {"result", "interrupted"}});
+            return;
+        }
+    } while (passed < whole);
+}
+
 void Session::writePicture(const std::string& name, uint64_t display) {
     const auto state = simulated.shown(display);
     if (!state)
         throw ScriptError("the composer has no display " + std::to_string(display) + " now; expected one it has");
+    if (out.empty()) return;
     const ShownPicture shown = showPicture(picture, *state);
     std::error_code error;
     fs::create_directories(out, error);
@@ -195,14 +212,14 @@ void Session::noteCalibration() {
     calibration.update(calibrationState());
 }
 
-void Session::show() {
+Json Session::state() const {
     Json state = {{"panel and calibration, as last read", calibration},
                   {"screen mode", nameOf(displayControl.currentScreenMode())}};
     for (uint64_t display = 0; display < displayControl.displayColors().size(); ++display) {
         state["display " + std::to_string(display)] = displayState(display);
     }
     if (displayControl.displayColors().empty()) state["displays"] = "none known";
-    timeline.report({{"event", "state"}, {"state", state}});
+    return state;
 }
 
 }  // namespace simulator

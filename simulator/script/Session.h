@@ -3,7 +3,9 @@
 
 #include <android/log.h>
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -19,8 +21,10 @@ namespace display_control = ::vendor::kov::hardware::display_control::V1_0;
 struct SessionOptions {
     std::optional<std::filesystem::path> phone;  // used as it stands; otherwise a fresh copy of the sample phone
     Picture picture;                             // what is on the screen
-    std::filesystem::path out;                   // folder for pictures, made when the first one is written
+    std::filesystem::path out;                   // folder for pictures, made for the first one; empty: none is written
     int32_t logPriority = ANDROID_LOG_DEBUG;     // lines below it are suppressed
+    // Asked again and again while the script waits, the last time with all of it passed; false ends the wait.
+    std::function<bool(std::chrono::milliseconds passed, std::chrono::milliseconds whole)> goOnWaiting;
 };
 
 // Carries out the lines of a script and reports to the timeline whatever they cause, in the order in which it happens.
@@ -47,12 +51,15 @@ public:
     // Reports what a served operation answered.
     void answer(display_control::Result result, const Json& parts = Json::object());
 
+    // Lets time pass.
+    void wait(std::chrono::milliseconds whole);
     // Writes what a display shows of the picture to a PNG file of that name.
     void writePicture(const std::string& name, uint64_t display);
     // Remembers what the calibration is that the service has just read.
     void noteCalibration();
-    // Reports the state of the service and of everything it stands on.
-    void show();
+    // The state of the service and of everything it stands on.
+    Json state() const;
+    void show() { timeline.report({{"event", "state"}, {"state", state()}}); }
 
 private:
     Json displayState(uint64_t display) const;
@@ -60,6 +67,7 @@ private:
     Timeline& timeline;
     const Picture picture;
     const std::filesystem::path out;
+    const std::function<bool(std::chrono::milliseconds, std::chrono::milliseconds)> goOnWaiting;
     SimulatedPhone simulated;
     display_control::implementation::DisplayControlImpl displayControl;
     uint64_t userHandle = 0;

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdio>
 #include <string_view>
+#include <utility>
 
 namespace simulator {
 
@@ -193,19 +194,49 @@ std::string eventText(const Json& event) {
     return timeText(event) + padded(name, kTextColumn - kNameColumn) + kind->text(event);
 }
 
+std::string jsonText(const Json& event) {
+    return event.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+class TextWriter {
+public:
+    TextWriter(std::ostream& output, Timeline::Look textLook) : stream(output), look(textLook) {}
+
+    void operator()(const Json& event) {
+        const bool isCommand = event.at("event") == "command";
+        const bool isRemark = isCommand && event.at("text") == "";
+        if (isCommand && !look.commands) return;
+        if (isCommand && !(isRemark && lastWasRemark)) stream << "\n";
+        lastWasRemark = isRemark;
+        stream << colored(event, eventText(event)) << "\n" << std::flush;
+    }
+
+private:
+    // A script's lines bold, errors of the log red.
+    std::string colored(const Json& event, const std::string& text) const {
+        const bool isError = event.value("priority", "") == "E";
+        if (!look.color || (!isError && event.at("event") != "command")) return text;
+        return (isError ? "\x1b[31m" : "\x1b[1m") + text + "\x1b[0m";
+    }
+
+    std::ostream& stream;
+    const Timeline::Look look;
+    bool lastWasRemark = false;  // lines of comment stand together
+};
+
+Timeline::Sink writerTo(std::ostream& output, Timeline::Format format, Timeline::Look look) {
+    if (format == Timeline::Format::TEXT) return TextWriter(output, look);
+    return [&output](const Json& event) { output << jsonText(event) << "\n" << std::flush; };
+}
+
 }  // namespace
+
+Timeline::Timeline(std::ostream& output, Format format, Look look) : sink(writerTo(output, format, look)) {}
 
 void Timeline::report(Json event) {
     event["ms"] = std::chrono::duration_cast<std::chrono::milliseconds>(platform::clock().now()).count();
     const platform::Lock lock(mutex);
-    if (closed) return;
-    const bool isCommand = event.at("event") == "command";
-    const bool isRemark = isCommand && event.at("text") == "";
-    if (format == Format::TEXT && isCommand && !(isRemark && lastWasRemark)) stream << "\n";
-    lastWasRemark = isRemark;
-    stream << (format == Format::JSON ? event.dump(-1, ' ', false, Json::error_handler_t::replace) : eventText(event))
-           << "\n"
-           << std::flush;
+    if (!closed) sink(event);
 }
 
 void Timeline::close() {

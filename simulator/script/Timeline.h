@@ -3,13 +3,14 @@
 
 #include <platform/Mutex.h>
 
+#include <functional>
 #include <ostream>
 
 #include "simulator/script/Event.h"
 
 namespace simulator {
 
-// Writes every event at once, in the order in which report() is called, with the time of the process's clock. Any
+// Hands every event on at once, in the order in which report() is called, with the time of the process's clock. Any
 // thread may call it.
 class Timeline {
 public:
@@ -18,21 +19,28 @@ public:
         JSON,  // for programs: one object a line
     };
 
-    // stream stays the caller's and outlives the timeline.
-    Timeline(std::ostream& output, Format outputFormat) : stream(output), format(outputFormat) {}
+    // How the text looks.
+    struct Look {
+        bool color = false;    // with a terminal's colours
+        bool commands = true;  // with the script's lines
+    };
+    using Sink = std::function<void(const Json& event)>;
+
+    // Each event goes to sink, one at a time.
+    explicit Timeline(Sink eventSink) : sink(std::move(eventSink)) {}
+    // Each event is written to output, which stays the caller's and outlives the timeline.
+    Timeline(std::ostream& output, Format format, Look look = {false, true});
 
     // event is an object with the key "event". In JSON the time is the key "ms", in whole milliseconds.
     void report(Json event) EXCLUDES(mutex);
 
-    // Nothing that is reported from now on is written.
+    // Nothing that is reported from now on is handed on.
     void close() EXCLUDES(mutex);
 
 private:
     platform::Mutex mutex;  // one event after another
-    std::ostream& stream GUARDED_BY(mutex);
-    const Format format;
+    const Sink sink GUARDED_BY(mutex);
     bool closed GUARDED_BY(mutex) = false;
-    bool lastWasRemark GUARDED_BY(mutex) = false;  // lines of comment stand together
 };
 
 }  // namespace simulator

@@ -1,0 +1,261 @@
+// What stands around the script language: help, completion, stored sessions, and the program at a terminal.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <fstream>
+#include <functional>
+
+#include "simulator/script/Completion.h"
+#include "simulator/script/Help.h"
+#include "simulator/verify/SessionDump.h"
+
+namespace simulator {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+const std::string kData = DISPLAY_CONTROL_DATA_DIR;
+
+// An empty folder of its own, removed at the end.
+class ToolsTest : public ::testing::Test {
+protected:
+    ToolsTest() {
+        std::string pattern = ::testing::TempDir() + "tools.XXXXXX";
+        folder = mkdtemp(pattern.data());
+    }
+    ~ToolsTest() override { std::filesystem::remove_all(folder); }
+
+    std::string file(const std::string& name, const std::string& text = "") const {
+        std::ofstream(folder / name) << text;
+        return (folder / name).string();
+    }
+
+    std::filesystem::path folder;
+};
+
+TEST(HelpTest, NamesEveryCommandAndEachOfItsArguments) {
+    const std::string all = helpOf(commands());
+    for (const Command& command : commands()) {
+        SCOPED_TRACE(command.name);
+        EXPECT_THAT(all, HasSubstr(" " + std::string(command.name)));
+        for (const Argument& argument : command.arguments) {
+            EXPECT_THAT(helpOf(command),
+                        AllOf(HasSubstr("\n    " + nameOf(argument) + " "), HasSubstr("  " + rangeOf(argument))));
+        }
+    }
+    EXPECT_THAT(all, HasSubstr("\n\nMatrices and tables\n  setColorTransformMatrix "));
+}
+
+TEST_F(ToolsTest, CompletesWhatMayStandThere) {
+    file("table.txt");
+    file(".hidden");
+    std::filesystem::create_directory(folder / "tables");
+    const std::string begun = (folder / "").string();
+    const struct {
+        std::string line;
+        std::vector<std::string> words;
+    } kCases[] = {
+        {"setU", {"setUnlimitedCT"}},
+        {"  getGlobal", {"getGlobalDeGammaLut", "getGlobalGammaLut"}},
+        {"setUnlimitedCT ", {"0", "1", "2"}},
+        {"setUnlimitedCT 1", {"1"}},
+        {"setUnlimitedCT 0 ", {}},
+        {"setUnlimitedCT 0 1 ", {}},
+        {"setColorTransformMatrix 0 1 1 1 1 1 1 1 1 ", {}},
+        {"sensor ", {"fail", "start", "stop"}},
+        {"sensor fail  e", {"enable"}},
+        {"picture night ", {"0", "1", "2"}},
+        {"nothing ", {}},
+        {"# set", {}},
+        {"calibration " + begun + "t", {begun + "table.txt", begun + "tables/"}},
+        {"calibration " + begun + ".", {begun + ".hidden"}},
+        {"setGlobalGammaLut 0 " + begun + "table.", {begun + "table.txt"}},
+        {"calibration /nowhere/", {}},
+    };
+    for (const auto& [line, words] : kCases) EXPECT_EQ(completionsOf(line, {commands(), 3}), words) << line;
+}
+
+Json dumpOfFile(const std::string& name) {
+    ScriptFile script(name);
+    return dumpOf(script, {});
+}
+
+TEST_F(ToolsTest, TheDemosSessionIsTheStoredOne) {
+    const Json got = dumpOfFile(kData + "/demo.script");
+    const auto difference = firstDifference(readDump(kData + "/demo.expected.json"), got);
+    EXPECT_EQ(difference ? difference->path : "", "");
+
+    writeDump(got, folder / "again.json");
+    EXPECT_FALSE(firstDifference(readDump(folder / "again.json"), got));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "nothing else is left behind";
+}
+
+TEST_F(ToolsTest, TheFirstDifferenceIsFound) {
+    const std::string start = "displays 2\ninit\nlight 20000\nsetAlad 0 1\nwait 1s\nsetUnlimitedCT 1 ";
+    const Json expected = dumpOfFile(file("a.script", start + "20\n"));
+    const size_t calls = expected["calls"].size();
+    EXPECT_EQ(expected["calls"][calls - 2]["params"][1]["toneCurveLevel"], 10);
+
+    const Json warmer = dumpOfFile(file("b.script", start + "-20\n"));
+    const auto changed = firstDifference(expected, warmer);
+    ASSERT_TRUE(changed);
+    EXPECT_EQ(changed->path, "/calls/" + std::to_string(calls - 1) + "/last/0");
+    EXPECT_EQ(*changed->expected, expected["calls"].back()["last"][0]);
+    EXPECT_EQ(*changed->got, 1);
+
+    const Json shorter = dumpOfFile(file("c.script", start.substr(0, start.rfind('\n') + 1)));
+    const auto missing = firstDifference(expected, shorter);
+    ASSERT_TRUE(missing);
+    EXPECT_EQ(missing->path, "/calls/" + std::to_string(calls - 1));
+    EXPECT_FALSE(missing->got);
+    EXPECT_FALSE(firstDifference(shorter, expected)->expected);
+}
+
+TEST(SessionDumpTest, ValuesAreComparedExactly) {
+    const struct {
+        const char* expected;
+        const char* got;
+        const char* path;  // null when they are the same
+    } kCases[] = {
+        {R"({"a":1,"b":[0.1]})", R"({"b":[0.1],"a":1})", nullptr},
+        {R"({"b":[0.1]})", R"({"b":[0.10000001]})", "/b/0"},
+        {"[0.0]", "[-0.0]", "/0"},
+        {"[1]", "[]", "/0"},
+        {R"({"a/b":{}})", R"({"a/b":{"c":1}})", "/a~1b/c"},
+        {R"({"a":[]})", R"({"a":{}})", "/a"},
+    };
+    for (const auto& [expected, got, path] : kCases) {
+        const auto difference = firstDifference(Json::parse(expected), Json::parse(got));
+        EXPECT_EQ(difference ? difference->path : "", path == nullptr ? "" : path) << expected << " " << got;
+    }
+}
+
+TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
+    const std::string script = kData + "/demo.script";
+    const std::string other = file("other.script", "init\nwait 2h\n");
+    const std::string broken = file("broken.script", "init\n\nshw\n");
+    const std::string fresh = (folder / "fresh.json").string();
+    const struct {
+        std::string arguments;
+        int status;
+        std::string output;  // a part of it
+    } kCases[] = {
+        {"show " + other, 0, "screen mode  none yet"},
+        {"show --json", 0, R"({"event":"state","state":{)"},
+        {"show " + broken, 2, broken + ":3: unknown command \"shw\"; expected show\n"},
+        {"show /nowhere", 2, "dcsim: /nowhere: could not be read; expected a script"},
+        {"verify " + script + " " + kData + "/demo.expected.json", 0, ": as expected: 172 composer calls"},
+        {"verify " + other + " " + kData + "/demo.expected.json --json", 1,
+         R"({"event":"difference","path":"/calls/3","call":4,"expected":{"call":"setColorTransformMatrix")"},
+        {"verify " + other + " " + kData + "/demo.expected.json", 1, "composer call 4 of 3: it did not come"},
+        {"verify " + other + " " + fresh, 2, fresh + ": could not be read as a stored session; expected one (write"},
+        {"verify " + other + " " + other, 2, other + ": is no stored session; expected one (write it with --update)"},
+        {"verify " + other + " " + fresh + " --update", 0, fresh + ": written: 3 composer calls"},
+        {"verify " + other + " " + fresh, 0, "as expected"},
+        {"verify " + other + " /nowhere/x --update", 2, "dcsim: /nowhere/x: could not be written"},
+        {"shell < " + broken, 2, "<stdin>:3: unknown command \"shw\""},
+        {"bogus", 2, "unknown command \"bogus\"; expected one of run, "},
+        {"", 2, "a command is missing; expected one of run, "},
+    };
+    for (const auto& [arguments, status, part] : kCases) {
+        SCOPED_TRACE(arguments);
+        FILE* const program = popen((std::string(DCSIM) + " " + arguments + " 2>&1").c_str(), "r");
+        std::string output;
+        char buffer[4096];
+        for (size_t got = 0; (got = fread(buffer, 1, sizeof buffer, program)) > 0;) output.append(buffer, got);
+        EXPECT_EQ(WEXITSTATUS(pclose(program)), status);
+        EXPECT_THAT(output, HasSubstr(part));
+    }
+}
+
+// dcsim shell at a terminal of its own; killed at the end if it has not left.
+class ShellAtTerminal {
+public:
+    ShellAtTerminal() {
+        const winsize size = {24, 200, 0, 0};
+        child = forkpty(&terminal, nullptr, nullptr, &size);
+        if (child == 0) {
+            execl("/usr/bin/env", "env", "TERM=xterm", "NO_COLOR=1", DCSIM, "shell", nullptr);
+            _exit(127);
+        }
+    }
+    ~ShellAtTerminal() {
+        close(terminal);
+        if (child <= 0) return;
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+    }
+    ShellAtTerminal(const ShellAtTerminal&) = delete;
+    ShellAtTerminal& operator=(const ShellAtTerminal&) = delete;
+
+    void type(const std::string& keys) {
+        EXPECT_EQ(write(terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    }
+
+    // Reads until text appears, and takes what stands up to its end; false when half a minute brings nothing.
+    bool sees(const std::string& text) {
+        constexpr int kPatience = 30'000;
+        size_t found = 0;
+        while ((found = output.find(text)) == std::string::npos) {
+            pollfd ready = {terminal, POLLIN, 0};
+            char buffer[4096];
+            const ssize_t got = poll(&ready, 1, kPatience) == 1 ? read(terminal, buffer, sizeof buffer) : 0;
+            if (got <= 0) return false;
+            output.append(buffer, static_cast<size_t>(got));
+        }
+        output.erase(0, found + text.size());
+        return true;
+    }
+
+    // The exit status, once everything that it has written has been read.
+    int leave() {
+        while (sees("\n")) {
+        }
+        int status = -1;
+        waitpid(std::exchange(child, 0), &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    std::string output;  // not yet taken
+
+private:
+    int terminal = -1;
+    pid_t child = -1;
+};
+
+TEST(ShellTest, ATerminalHasPromptCompletionErrorsAndInterrupts) {
+    ShellAtTerminal shell;
+    ASSERT_TRUE(shell.sees("dcsim> "));
+    shell.type("ini\t\n");
+    ASSERT_TRUE(shell.sees("init"));
+    ASSERT_TRUE(shell.sees("answer    0"));
+    ASSERT_TRUE(shell.sees("dcsim> "));
+    shell.type("setUn\t\t\n");
+    ASSERT_TRUE(shell.sees("LEVEL is missing; expected setUnlimitedCT DISPLAY LEVEL"));
+    ASSERT_TRUE(shell.sees("dcsim> "));
+    shell.type("get\t");
+    ASSERT_TRUE(shell.sees("getColorTransformMatrix  getColorTransformMatrix2  "));
+    ASSERT_TRUE(shell.sees("dcsim> get"));
+    shell.type("\x03setAlad 0 1\n");
+    ASSERT_TRUE(shell.sees("answer    OK")) << "what stood before Ctrl-C is gone";
+    shell.type("wait 1000h\n");
+    ASSERT_TRUE(shell.sees("workThread"));
+    shell.type("\x03");
+    ASSERT_TRUE(shell.sees("answer    interrupted"));
+    ASSERT_TRUE(shell.sees("dcsim> "));
+    shell.type("quit\n");
+    EXPECT_EQ(shell.leave(), 0);
+}
+
+}  // namespace
+}  // namespace simulator
