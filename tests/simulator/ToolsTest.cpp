@@ -164,8 +164,8 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"verify " + other + " " + fresh, 0, "as expected"},
         {"verify " + other + " /nowhere/x --update", 2, "dcsim: /nowhere/x: could not be written"},
         {"shell < " + broken, 2, "<stdin>:3: unknown command \"shw\""},
-        {"bogus", 2, "unknown command \"bogus\"; expected one of run, "},
-        {"", 2, "a command is missing; expected one of run, "},
+        {"bogus", 2, "unknown command \"bogus\"; expected one of check, run, "},
+        {"", 2, "a command is missing; expected one of check, run, "},
     };
     for (const auto& [arguments, status, part] : kCases) {
         SCOPED_TRACE(arguments);

@@ -27,8 +27,8 @@ struct NodeText {
     std::string text;  // empty unless status is OK
 };
 
-// Opens the node for reading only, reads once, at most limit bytes (never more than 128), and closes it. A read that a signal
-// interrupted is repeated.
+// Opens the node for reading only, reads once, at most limit bytes (never more than 128), and closes it. A read that a
+// signal interrupted is repeated.
 NodeText readNode(std::string_view absolutePath, size_t limit);
 
 // Opens the node for writing only (it is neither created nor truncated), writes the bytes in one write, and closes it.
