@@ -35,15 +35,16 @@ int run(const Options& options) {
 }
 
 std::string help() {
-    constexpr size_t kSummaryColumn = 50;
-    std::string text = "Commands of a script:\n";
+    std::string names;
+    size_t column = 0;
     for (const simulator::Command& row : simulator::commands()) {
-        std::string usage = "  " + simulator::usageOf(row);
-        usage += usage.size() + 2 > kSummaryColumn ? "\n" + std::string(kSummaryColumn, ' ')
-                                                   : std::string(kSummaryColumn - usage.size(), ' ');
-        text += usage + std::string(row.summary) + "\n";
+        constexpr size_t kWidth = 78;
+        const bool breaks = column + row.name.size() + 1 > kWidth;
+        names += (breaks || names.empty() ? "\n  " : " ") + std::string(row.name);
+        column = breaks || column == 0 ? row.name.size() + 2 : column + row.name.size() + 1;
     }
-    return text + "\nExample:\n  printf 'init\\nsetUnlimitedCT 0 -40\\npicture warm\\n' | dcsim run -";
+    return "Commands of a script (`dcsim shell` explains them with help COMMAND):" + names +
+           "\n\nExample:\n  printf 'init\\nsetUnlimitedCT 0 -40\\npicture warm\\n' | dcsim run -";
 }
 
 }  // namespace
@@ -55,7 +56,7 @@ void addRun(CLI::App& app, int& status) {
     addPhoneOption(*command, *options);
     addPictureOptions(*command, *options);
     addJsonFlag(*command, *options);
-    command->footer(help);
+    command->footer(help());
     command->callback([options, &status] { status = run(*options); });
 }
 
