@@ -101,7 +101,7 @@ void VirtualClock::advance(Duration duration) {
     do settle();
     while (step(end));
     const Lock lock(mutex);
-    time = end;
+    time = std::max(time, end);
 }
 
 void VirtualClock::settle() {

@@ -172,7 +172,8 @@ void addReplay(CLI::App& app, int& status) {
         ->type_name("DIR");
     command->add_flag("--json", options->json, "One JSON object a line, every sample, instead of text");
     command->footer(
-        "The text shows the samples from which messages follow.\n\nExample:\n  dcsim replay data/traces/tunnel.csv");
+        "The text shows the samples from which messages follow. Times count from the trace's first "
+        "sample.\n\nExample:\n  dcsim replay data/traces/tunnel.csv");
     command->callback([options, &status] { status = run(*options); });
 }
 

@@ -41,7 +41,7 @@ public:
         curveActive = decision->action == CurveAction::ACTIVATE || decision->action == CurveAction::TRACK ||
                       (curveActive && decision->action == CurveAction::NONE);
         decision->curveActive = curveActive;
-        if (curveActive) decision->targetLevel = toneCurveLevel(mean);
+        if (curveActive && mean >= 0) decision->targetLevel = toneCurveLevel(mean);
         previousLux = lux;
     }
 
@@ -127,7 +127,8 @@ std::string Decision::reason() const {
             break;
     }
     if (fastReset)
-        text += curveActive ? "; two samples in a row above " + bright : "; two samples in a row below " + dim;
+        text +=
+            lux > alad::kBrightLux ? "; two samples in a row above " + bright : "; two samples in a row below " + dim;
     return text;
 }
 
@@ -142,7 +143,9 @@ void replay(const LightTrace& trace, const std::function<void(const Decision&)>&
     phone.sensors().setLight(trace.front().lux);
     constexpr uint64_t kHandle = 1;
     if (service.init() != 0) throw std::runtime_error("the service could not be started");
-    platform::dropAnswer(service.setAlad(kHandle, 0, 1));
+    using vendor::kov::hardware::display_control::V1_0::Result;
+    if (service.setAlad(kHandle, 0, 1).withDefault(Result::FAILED) != Result::OK)
+        throw std::runtime_error("the ambient-light display could not be switched on");
 
     const milliseconds start = trace.front().time;
     milliseconds passed{0};

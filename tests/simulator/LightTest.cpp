@@ -121,6 +121,14 @@ TEST(Replay, EverySampleIsADecisionWithItsReason) {
     EXPECT_FALSE(decisions.back().curveActive);
 }
 
+TEST(Replay, NoLightLevelAsksForNoLevelAndLeavesTheCurve) {
+    const auto decisions = decisionsOn({{milliseconds(0), 20000}, {milliseconds(3000), -1}});
+    const Decision& last = decisions.back();
+    EXPECT_EQ(last.reason(), "mean -1 is no light level; two samples in a row below 5000");
+    EXPECT_FALSE(last.targetLevel);
+    EXPECT_EQ(last.composerLevel, 49);
+}
+
 TEST(Replay, TheSameLightAlwaysGivesTheSameDecisions) {
     const LightTrace trace = readLightTrace(DISPLAY_CONTROL_DATA_DIR "/traces/flickering-edge.csv");
     const auto once = decisionsOn(trace);
