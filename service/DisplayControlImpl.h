@@ -42,6 +42,10 @@ public:
     using FeatureValues = std::function<void(Result, const hidl_vec<double>& values)>;
     using Table = std::function<void(Result, const GammaLut& table)>;
 
+    DisplayControlImpl() = default;
+    DisplayControlImpl(const DisplayControlImpl&) = delete;
+    DisplayControlImpl& operator=(const DisplayControlImpl&) = delete;
+
     // Connects to the composer, learns the displays and applies the panel's calibration to display 0. 0 on success, -1
     // without a composer, -2 when the composer does not tell how many displays there are. May be called again: displays
     // that remain keep their colour state.

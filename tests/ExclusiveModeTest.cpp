@@ -25,7 +25,7 @@ protected:
     void startInStandardMode() {
         calibrate(block("CTM_WPC", {1, 0, 0, 0, 0.125, 0, 0, 0, 1}) +
                   block("CTM_CCM", {1, 0, 0, 0, 1, 0, 0, 0, 0.125}));
-        service = {};
+        renewService();
         start();
         service.setStandardMode(7, 0, 0);
         happened();

@@ -12,7 +12,7 @@ protected:
     FeaturesTest() { startInSmartEnvironmentMode(); }
 
     void startInSmartEnvironmentMode() {
-        service = {};
+        renewService();
         start();
         service.setSmartEnvironmentMode(7, 0, 0);
         happened();

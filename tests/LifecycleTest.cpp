@@ -114,7 +114,7 @@ TEST_F(LifecycleTest, EveryOutcomeOfTheStart) {
         odd->registerAsService();
         odd->count = c.count;
         odd->fault(c.call, c.fault);
-        service = {};
+        renewService();
         fakes::limitAllocations(1000000);
         EXPECT_EQ(service.init(), c.known == kUnknown ? -2 : 0);
         fakes::limitAllocations(SIZE_MAX);

@@ -56,6 +56,12 @@ protected:
     ServiceTest() { composer->registerAsService(); }
     ~ServiceTest() override { platform::clearServices(); }
 
+    // Puts a service that has just been made in the place of the one that was.
+    void renewService() {
+        service.~DisplayControlImpl();
+        new (&service) DisplayControlImpl();
+    }
+
     // Starts the service and forgets what happened meanwhile.
     int start() {
         const int result = service.init();
