@@ -45,13 +45,13 @@ public:
     explicit SensorCallback(DisplayAlad* controller) : owner(controller) {}
 
     // Events that come from now on are dropped.
-    void detach() EXCLUDES(mutex) {
+    void detach() PLATFORM_EXCLUDES(mutex) {
         const platform::Lock lock(mutex);
         owner = nullptr;
     }
 
     // Takes the payload's first float as the light level in lux, whatever the sensor.
-    Return<void> onEvent(const ::android::hardware::sensors::V1_0::Event& event) override EXCLUDES(mutex) {
+    Return<void> onEvent(const ::android::hardware::sensors::V1_0::Event& event) override PLATFORM_EXCLUDES(mutex) {
         const platform::Lock lock(mutex);
         if (owner != nullptr) owner->notifyData(platform::toInt32(event.u.scalar));
         return ::android::hardware::Void();
@@ -59,7 +59,7 @@ public:
 
 private:
     platform::Mutex mutex;
-    DisplayAlad* owner GUARDED_BY(mutex);
+    DisplayAlad* owner PLATFORM_GUARDED_BY(mutex);
 };
 
 DisplayAlad::DisplayAlad(const sp<IComposerExt>& composer) : composerExt(composer) {}

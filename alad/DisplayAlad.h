@@ -39,7 +39,7 @@ public:
     void disable();
 
     // Takes a light level in lux as a sensor event does: the worker picks it up at its next sample. Any thread.
-    void notifyData(int32_t newLux) EXCLUDES(mutex);
+    void notifyData(int32_t newLux) PLATFORM_EXCLUDES(mutex);
 
     // x to the power of 1 / 2.2.
     static double nitToGray(double x);
@@ -49,7 +49,7 @@ private:
     using Params = ::android::hardware::hidl_vec<composer_ext::V1_0::AladParamPair>;
 
     bool startWorker();
-    void setRunning(bool on) EXCLUDES(mutex);
+    void setRunning(bool on) PLATFORM_EXCLUDES(mutex);
 
     // The body of the worker's thread: a sample a second until it is told to stop.
     void workThread();
@@ -59,7 +59,7 @@ private:
         bool waited;  // false when it was told to stop before it waited
         int32_t lux;  // the sample, unless stopped
     };
-    Wake awaitSample() EXCLUDES(mutex);
+    Wake awaitSample() PLATFORM_EXCLUDES(mutex);
 
     // Does what a mean light level asks for. Like all below, it reports whether the worker may go on.
     bool follow(int32_t meanLux);
@@ -89,9 +89,9 @@ private:
     std::array<int32_t, 256> curve{};  // the parameters of a level, as the closed library writes them
 
     platform::Mutex mutex;
-    platform::Condition cond;            // ends the worker's wait for a sample early; used under mutex
-    std::atomic<bool> running{false};    // the worker may go on; written under mutex, read without it during a ramp
-    int32_t lux GUARDED_BY(mutex) = -1;  // latest light level
+    platform::Condition cond;          // ends the worker's wait for a sample early; used under mutex
+    std::atomic<bool> running{false};  // the worker may go on; written under mutex, read without it during a ramp
+    int32_t lux PLATFORM_GUARDED_BY(mutex) = -1;  // latest light level
 };
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

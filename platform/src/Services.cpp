@@ -14,26 +14,26 @@ using Services = std::map<Names, android::sp<IBase>>;
 
 class Registry {
 public:
-    void add(const Names& names, const android::sp<IBase>& service) EXCLUDES(mutex) {
+    void add(const Names& names, const android::sp<IBase>& service) PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
         services[names] = service;
     }
 
-    android::sp<IBase> find(const Names& names) EXCLUDES(mutex) {
+    android::sp<IBase> find(const Names& names) PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
         const auto found = services.find(names);
         return found == services.end() ? nullptr : found->second;
     }
 
     // What it held; destroyed by the caller, without the lock, for a service may use the registry when it ends.
-    Services clear() EXCLUDES(mutex) {
+    Services clear() PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
         return std::exchange(services, {});
     }
 
 private:
     Mutex mutex;
-    Services services GUARDED_BY(mutex);
+    Services services PLATFORM_GUARDED_BY(mutex);
 };
 
 Registry& registry() {

@@ -29,7 +29,7 @@ public:
 
 private:
     mutable platform::Mutex mutex;
-    std::optional<T> value GUARDED_BY(mutex);
+    std::optional<T> value PLATFORM_GUARDED_BY(mutex);
 };
 
 }  // namespace simulator

@@ -99,9 +99,9 @@ private:
     Return<void> serveGetter(ComposerCall call, Answer answer);
     void report(const ComposerCall& call) const;
 
-    mutable platform::Mutex mutex;                         // never held while somebody else is called
-    std::vector<DisplayState> displays GUARDED_BY(mutex);  // index: display
-    bool stopped GUARDED_BY(mutex) = false;
+    mutable platform::Mutex mutex;                                  // never held while somebody else is called
+    std::vector<DisplayState> displays PLATFORM_GUARDED_BY(mutex);  // index: display
+    bool stopped PLATFORM_GUARDED_BY(mutex) = false;
     Observer observer;
 };
 

@@ -61,7 +61,7 @@ private:
     }
 
     // False when delivery is to stop.
-    bool waitUntil(platform::Clock::Duration deadline) EXCLUDES(mutex) {
+    bool waitUntil(platform::Clock::Duration deadline) PLATFORM_EXCLUDES(mutex) {
         platform::Lock lock(mutex);
         while (!stopping && platform::clock().now() < deadline) {
             platform::clock().waitUntil(changed, lock, deadline);
@@ -69,13 +69,13 @@ private:
         return !stopping;
     }
 
-    void stopDelivery() EXCLUDES(mutex) {
+    void stopDelivery() PLATFORM_EXCLUDES(mutex) {
         if (!delivery.joinable()) return;
         setStopping(true);
         platform::clock().join(delivery);
     }
 
-    void setStopping(bool stop) EXCLUDES(mutex) {
+    void setStopping(bool stop) PLATFORM_EXCLUDES(mutex) {
         const platform::Lock lock(mutex);
         stopping = stop;
         changed.notifyOne();
@@ -86,7 +86,7 @@ private:
     std::thread delivery;
     platform::Mutex mutex;
     platform::Condition changed;
-    bool stopping GUARDED_BY(mutex) = false;
+    bool stopping PLATFORM_GUARDED_BY(mutex) = false;
 };
 
 SimulatedSensors::Return<void> SimulatedSensors::getDefaultSensor(

@@ -32,15 +32,15 @@ public:
     Timeline(std::ostream& output, Format format, Look look = {false, true});
 
     // event is an object with the key "event". In JSON the time is the key "ms", in whole milliseconds.
-    void report(Json event) EXCLUDES(mutex);
+    void report(Json event) PLATFORM_EXCLUDES(mutex);
 
     // Nothing that is reported from now on is handed on.
-    void close() EXCLUDES(mutex);
+    void close() PLATFORM_EXCLUDES(mutex);
 
 private:
     platform::Mutex mutex;  // one event after another
-    const Sink sink GUARDED_BY(mutex);
-    bool closed GUARDED_BY(mutex) = false;
+    const Sink sink PLATFORM_GUARDED_BY(mutex);
+    bool closed PLATFORM_GUARDED_BY(mutex) = false;
 };
 
 }  // namespace simulator

@@ -11,20 +11,20 @@
 #else
 #define PLATFORM_THREAD_ANNOTATION(attribute)
 #endif
-#define CAPABILITY(name) PLATFORM_THREAD_ANNOTATION(capability(name))
-#define SCOPED_CAPABILITY PLATFORM_THREAD_ANNOTATION(scoped_lockable)
-#define GUARDED_BY(mutex) PLATFORM_THREAD_ANNOTATION(guarded_by(mutex))
-#define ACQUIRE(...) PLATFORM_THREAD_ANNOTATION(acquire_capability(__VA_ARGS__))
-#define RELEASE(...) PLATFORM_THREAD_ANNOTATION(release_capability(__VA_ARGS__))
-#define REQUIRES(...) PLATFORM_THREAD_ANNOTATION(requires_capability(__VA_ARGS__))
-#define EXCLUDES(...) PLATFORM_THREAD_ANNOTATION(locks_excluded(__VA_ARGS__))
+#define PLATFORM_CAPABILITY(name) PLATFORM_THREAD_ANNOTATION(capability(name))
+#define PLATFORM_SCOPED_CAPABILITY PLATFORM_THREAD_ANNOTATION(scoped_lockable)
+#define PLATFORM_GUARDED_BY(mutex) PLATFORM_THREAD_ANNOTATION(guarded_by(mutex))
+#define PLATFORM_ACQUIRE(...) PLATFORM_THREAD_ANNOTATION(acquire_capability(__VA_ARGS__))
+#define PLATFORM_RELEASE(...) PLATFORM_THREAD_ANNOTATION(release_capability(__VA_ARGS__))
+#define PLATFORM_REQUIRES(...) PLATFORM_THREAD_ANNOTATION(requires_capability(__VA_ARGS__))
+#define PLATFORM_EXCLUDES(...) PLATFORM_THREAD_ANNOTATION(locks_excluded(__VA_ARGS__))
 
 namespace platform {
 
-class CAPABILITY("mutex") Mutex {
+class PLATFORM_CAPABILITY("mutex") Mutex {
 public:
-    void lock() ACQUIRE() { mutex.lock(); }
-    void unlock() RELEASE() { mutex.unlock(); }
+    void lock() PLATFORM_ACQUIRE() { mutex.lock(); }
+    void unlock() PLATFORM_RELEASE() { mutex.unlock(); }
 
 private:
     friend class Lock;
@@ -32,10 +32,10 @@ private:
 };
 
 // Holds a mutex from here to the end of the scope.
-class SCOPED_CAPABILITY Lock {
+class PLATFORM_SCOPED_CAPABILITY Lock {
 public:
-    explicit Lock(Mutex& held) ACQUIRE(held) : lock(held.mutex), heldMutex(held) {}
-    ~Lock() RELEASE() = default;
+    explicit Lock(Mutex& held) PLATFORM_ACQUIRE(held) : lock(held.mutex), heldMutex(held) {}
+    ~Lock() PLATFORM_RELEASE() = default;
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 

@@ -44,19 +44,19 @@ private:
     };
 
     void changeRunning(int change);
-    bool isIdle() REQUIRES(mutex);
+    bool isIdle() PLATFORM_REQUIRES(mutex);
     bool isAlive(std::thread::id id);
-    std::list<Waiter*>::iterator earliest() REQUIRES(mutex);
+    std::list<Waiter*>::iterator earliest() PLATFORM_REQUIRES(mutex);
     // Goes to the earliest deadline, unless it is after end or there is none, and wakes the thread that waits for it.
     // Called while every thread started here waits or has ended.
-    bool step(Duration end) EXCLUDES(mutex);
+    bool step(Duration end) PLATFORM_EXCLUDES(mutex);
 
     Mutex mutex;  // taken after the mutex of a waiter's condition, never before
     Condition idle;
-    Duration time GUARDED_BY(mutex){0};
-    int running GUARDED_BY(mutex) = 0;                  // threads started here that neither wait nor have ended
-    std::list<Waiter*> waiters GUARDED_BY(mutex);       // in the order in which they began to wait
-    std::set<std::thread::id> alive GUARDED_BY(mutex);  // threads started here that have begun and not ended
+    Duration time PLATFORM_GUARDED_BY(mutex){0};
+    int running PLATFORM_GUARDED_BY(mutex) = 0;             // threads started here that neither wait nor have ended
+    std::list<Waiter*> waiters PLATFORM_GUARDED_BY(mutex);  // in the order in which they began to wait
+    std::set<std::thread::id> alive PLATFORM_GUARDED_BY(mutex);  // threads started here that have begun and not ended
 };
 
 }  // namespace platform
