@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cmath>
 #include <exception>
+#include <utility>
 
 #include "alad/SensorFeed.h"
 
@@ -62,6 +63,23 @@ private:
     DisplayAlad* owner PLATFORM_GUARDED_BY(mutex);
 };
 
+// An attempt to enable: detaches the callback at its end, unless it succeeded.
+class DisplayAlad::Attachment {
+public:
+    explicit Attachment(DisplayAlad* controller) : feed(new SensorCallback(controller)) {}
+    ~Attachment() {
+        if (feed != nullptr) feed->detach();
+    }
+    Attachment(const Attachment&) = delete;
+    Attachment& operator=(const Attachment&) = delete;
+
+    const sp<SensorCallback>& get() const { return feed; }
+    sp<SensorCallback> keep() { return std::exchange(feed, nullptr); }
+
+private:
+    sp<SensorCallback> feed;
+};
+
 DisplayAlad::DisplayAlad(const sp<IComposerExt>& composer) : composerExt(composer) {}
 
 DisplayAlad::~DisplayAlad() = default;
@@ -79,29 +97,26 @@ int DisplayAlad::enable() {
         LOG_ERROR("get light Sensor error");
         return -2;
     }
-    const sp<SensorCallback> feed(new SensorCallback(this));
-    const auto queue = createQueue(*manager, feed);
-    if (queue == nullptr) {
+    Attachment feed(this);
+    sp<sensorservice::IEventQueue> queue;
+    if (!createQueue(*manager, feed.get(), queue)) {
         LOG_ERROR("createEventQueue error");
-        feed->detach();
         return -3;
     }
     notifyData(kIndoorLux);
     if (!switchSensorOn(*queue, handle)) {
         LOG_ERROR("enableSensor error");
-        feed->detach();
         return -4;
     }
     if (!startWorker()) {
         LOG_ERROR("start worker error");
         switchSensorOff(*queue, handle);
-        feed->detach();
         return -5;
     }
 
     sensorManager = manager;
     eventQueue = queue;
-    callback = feed;
+    callback = feed.keep();
     sensorHandle = handle;
     enabled = true;
     return 0;
@@ -160,7 +175,7 @@ void DisplayAlad::workThread() {
         }
         const int32_t mean = filter.add(wake.lux, curveActive);
         LOG_DEBUG("avg:%d curr:%d", mean, wake.lux);
-        if (!platform::unlessOutOfMemory(true, [&] { return follow(mean); })) return;
+        if (!follow(mean)) return;
     }
 }
 
@@ -187,7 +202,8 @@ bool DisplayAlad::follow(int32_t meanLux) {
 }
 
 bool DisplayAlad::activate(int32_t meanLux) {
-    if (!send(kOn, {AladParamPair{kModeKey, {kModeAmbient}}, curveOf(baseLevel)})) return false;
+    const auto start = [this] { return Params{AladParamPair{kModeKey, {kModeAmbient}}, curveOf(baseLevel)}; };
+    if (!send(kOn, start)) return false;
     const int32_t target = getAGTMLevel(meanLux);
     if (!runRamp(rampUp(baseLevel, target))) return false;
     curveActive = true;
@@ -204,7 +220,7 @@ bool DisplayAlad::track(int32_t meanLux) {
 
 bool DisplayAlad::deactivate() {
     if (!runRamp(rampDown(curveLevel, baseLevel))) return false;
-    send(kOff, {});
+    send(kOff, [] { return Params{}; });
     curveActive = false;
     curveLevel = 0;
     return true;
@@ -212,13 +228,15 @@ bool DisplayAlad::deactivate() {
 
 bool DisplayAlad::runRamp(const Ramp& ramp) {
     for (int64_t level = ramp.first; ramp.reaches(level); level += ramp.step) {
-        if (!send(kOn, {curveOf(static_cast<int32_t>(level))})) return false;
+        const auto step = [&] { return Params{curveOf(static_cast<int32_t>(level))}; };
+        if (!send(kOn, step)) return false;
     }
     return true;
 }
 
-bool DisplayAlad::send(uint32_t enable, const Params& params) {
-    platform::dropAnswer(composerExt->setAladParams(0, enable, params));
+template <typename Message>
+bool DisplayAlad::send(uint32_t enable, Message message) {
+    platform::unlessOutOfMemory(false, [&] { return composerExt->setAladParams(0, enable, message()).isOk(); });
     platform::clock().sleepFor(kMessagePause);
     return running;
 }

@@ -46,6 +46,7 @@ public:
 
 private:
     class SensorCallback;
+    class Attachment;
     using Params = ::android::hardware::hidl_vec<composer_ext::V1_0::AladParamPair>;
 
     bool startWorker();
@@ -67,8 +68,10 @@ private:
     bool track(int32_t meanLux);
     bool deactivate();
     bool runRamp(const Ramp& ramp);
-    // One message to the composer and the pause after it.
-    bool send(uint32_t enable, const Params& params);
+    // The message() to the composer and the pause after it. Without memory for it the pause is all there is: a message
+    // that does not arrive changes nothing here.
+    template <typename Message>
+    bool send(uint32_t enable, Message message);
     composer_ext::V1_0::AladParamPair curveOf(int32_t level);
 
     const ::android::sp<composer_ext::V1_0::IComposerExt> composerExt;

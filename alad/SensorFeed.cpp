@@ -1,7 +1,8 @@
 #include "alad/SensorFeed.h"
 
+#include <platform/Answer.h>
+
 #include <memory>
-#include <utility>
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -13,12 +14,13 @@ using sensorservice::Result;
 
 constexpr int32_t kSamplingPeriodUs = 1'000'000;
 
-// Shared with the service's callbacks, for they may come late.
 template <typename T>
-struct Answer {
+struct Delivery {
     Result result = Result::UNKNOWN_ERROR;
     T value{};
 };
+template <typename T>
+using Answer = platform::Answer<Delivery<T>>;
 
 bool isOk(::android::hardware::Return<Result> answer) {
     return answer.withDefault(Result::UNKNOWN_ERROR) == Result::OK;
@@ -30,22 +32,24 @@ bool findLightSensor(sensorservice::ISensorManager& manager, int32_t& sensorHand
     const auto answer = std::make_shared<Answer<int32_t>>();
     const auto status =
         manager.getDefaultSensor(sensors::SensorType::LIGHT, [answer](const sensors::SensorInfo& info, Result result) {
-            *answer = {result, info.sensorHandle};
+            answer->deliver([&](Delivery<int32_t>& delivery) { delivery = {result, info.sensorHandle}; });
         });
-    if (!status.isOk() || answer->result != Result::OK) return false;
-    sensorHandle = answer->value;
+    const Delivery<int32_t> delivery = answer->take();
+    if (!status.isOk() || delivery.result != Result::OK) return false;
+    sensorHandle = delivery.value;
     return true;
 }
 
-sp<sensorservice::IEventQueue> createQueue(sensorservice::ISensorManager& manager,
-                                           const sp<sensorservice::IEventQueueCallback>& callback) {
-    const auto answer = std::make_shared<Answer<sp<sensorservice::IEventQueue>>>();
-    const auto status =
-        manager.createEventQueue(callback, [answer](const sp<sensorservice::IEventQueue>& queue, Result result) {
-            *answer = {result, queue};
-        });
-    if (!status.isOk() || answer->result != Result::OK) return nullptr;
-    return std::exchange(answer->value, nullptr);
+bool createQueue(sensorservice::ISensorManager& manager, const sp<sensorservice::IEventQueueCallback>& callback,
+                 sp<sensorservice::IEventQueue>& queue) {
+    using Queue = sp<sensorservice::IEventQueue>;
+    const auto answer = std::make_shared<Answer<Queue>>();
+    const auto status = manager.createEventQueue(callback, [answer](const Queue& made, Result result) {
+        answer->deliver([&](Delivery<Queue>& delivery) { delivery = {result, made}; });
+    });
+    const Delivery<Queue> delivery = answer->take();
+    queue = delivery.value;
+    return status.isOk() && delivery.result == Result::OK && queue != nullptr;
 }
 
 bool switchSensorOn(sensorservice::IEventQueue& queue, int32_t sensorHandle) {

@@ -11,14 +11,15 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 namespace sensorservice = ::android::frameworks::sensorservice::V1_0;
 
 // The sensor service's answers as values: a failed transport, a result other than OK and an answer that is not
-// delivered are all the same failure. A service may call back late.
+// delivered are all the same failure.
 
 // False without a light sensor; then sensorHandle is as it was.
 bool findLightSensor(sensorservice::ISensorManager& manager, int32_t& sensorHandle);
 
-// Null when there is no queue to be had.
-::android::sp<sensorservice::IEventQueue> createQueue(
-    sensorservice::ISensorManager& manager, const ::android::sp<sensorservice::IEventQueueCallback>& callback);
+// False without a queue that can be used; then queue is what was delivered all the same.
+bool createQueue(sensorservice::ISensorManager& manager,
+                 const ::android::sp<sensorservice::IEventQueueCallback>& callback,
+                 ::android::sp<sensorservice::IEventQueue>& queue);
 
 // Events once a second, each as soon as it is there.
 bool switchSensorOn(sensorservice::IEventQueue& queue, int32_t sensorHandle);

@@ -1,4 +1,5 @@
 // The composer's colour transform, passed through: the service keeps nothing of it.
+#include <platform/Answer.h>
 #include <platform/Log.h>
 #include <platform/OutOfMemory.h>
 
@@ -7,8 +8,7 @@
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-// What a composer's callback delivered. Shared with the callback, since a composer may call it late.
-struct DisplayControlImpl::MatricesAnswer {
+struct DisplayControlImpl::Matrices {
     Result result = Result::OK;
     ColorTransformMatrix first{};
     ColorTransformMatrix last{};
@@ -41,16 +41,16 @@ Return<Result> DisplayControlImpl::setColorTransformMatrix2(uint64_t handle, uin
 
 Return<void> DisplayControlImpl::getColorTransformMatrix(uint64_t handle, uint64_t display, const Matrix& callback) {
     LOG_DEBUG("%lu", handle);
-    const auto answer = askColorTransform(display);
-    callback(answer->result, answer->first);
+    const Matrices matrices = askColorTransform(display);
+    callback(matrices.result, matrices.first);
     return Void();
 }
 
 Return<void> DisplayControlImpl::getColorTransformMatrix2(uint64_t handle, uint64_t display,
                                                           const MatrixPair& callback) {
     LOG_DEBUG("%lu", handle);
-    const auto answer = askColorTransform(display);
-    callback(answer->result, answer->first, answer->last);
+    const Matrices matrices = askColorTransform(display);
+    callback(matrices.result, matrices.first, matrices.last);
     return Void();
 }
 
@@ -62,20 +62,21 @@ Result DisplayControlImpl::sendColorTransform(uint64_t display, const composer_t
 }
 
 // The composer's Result and both matrices: zeros when it did not call back, FAILED and zeros when it was not reached.
-std::shared_ptr<const DisplayControlImpl::MatricesAnswer> DisplayControlImpl::askColorTransform(uint64_t display) {
-    static const MatricesAnswer kNotReached{Result::FAILED, {}, {}};
-    std::shared_ptr<const MatricesAnswer> notReached(std::shared_ptr<void>(), &kNotReached);
+DisplayControlImpl::Matrices DisplayControlImpl::askColorTransform(uint64_t display) {
+    const Matrices notReached{Result::FAILED, {}, {}};
     if (composerExt == nullptr) return notReached;
-    return platform::unlessOutOfMemory(notReached, [&]() -> std::shared_ptr<const MatricesAnswer> {
-        const auto answer = std::make_shared<MatricesAnswer>();
+    return platform::unlessOutOfMemory(notReached, [&] {
+        const auto answer = std::make_shared<platform::Answer<Matrices>>();
         const auto status = composerExt->getColorTransformMatrix(
             display, [answer](composer_types::Result result, const composer_types::ColorTransformMatrix& first,
                               const composer_types::ColorTransformMatrix& last) {
-                answer->result = fromComposer(result);
-                answer->first.elements = first.elements.data();
-                answer->last.elements = last.elements.data();
+                answer->deliver([&](Matrices& matrices) {
+                    matrices.result = fromComposer(result);
+                    matrices.first.elements = first.elements.data();
+                    matrices.last.elements = last.elements.data();
+                });
             });
-        return status.isOk() ? answer : notReached;
+        return status.isOk() ? answer->take() : notReached;
     });
 }
 

@@ -62,11 +62,12 @@ void DisplayControlImpl::deInit() {
 // The composer's count, or a negative number when it refuses, does not answer or names more than an int32_t holds.
 int32_t DisplayControlImpl::askNumOfDisplay() {
     return platform::unlessOutOfMemory(-1, [this] {
-        const auto count = std::make_shared<int32_t>(-1);  // shared: a composer may call back late
-        const auto status = composerExt->getNumOfDisplay([count](composer_types::Result result, uint32_t answer) {
-            if (result == composer_types::Result::OK) *count = static_cast<int32_t>(answer);
+        const auto answer = std::make_shared<platform::Answer<int32_t>>(-1);
+        const auto status = composerExt->getNumOfDisplay([answer](composer_types::Result result, uint32_t count) {
+            if (result != composer_types::Result::OK) return;
+            answer->deliver([count](int32_t& known) { known = static_cast<int32_t>(count); });
         });
-        return status.isOk() ? *count : -1;
+        return status.isOk() ? answer->take() : -1;
     });
 }
 
@@ -88,15 +89,17 @@ void DisplayControlImpl::askDisplayInfos() {
 // Three zeros and no name when the composer does not answer.
 DisplayInfo DisplayControlImpl::askDisplayInfo(int32_t display) {
     return platform::unlessOutOfMemory(DisplayInfo{}, [this, display] {
-        const auto info = std::make_shared<DisplayInfo>();  // shared: a composer may call back late
+        const auto answer = std::make_shared<platform::Answer<DisplayInfo>>();
         const auto status = composerExt->getDisplayInfo(
             static_cast<uint64_t>(display),
-            [info, display](composer_types::Result result, const composer_types::DisplayInfo& answer) {
+            [answer, display](composer_types::Result result, const composer_types::DisplayInfo& info) {
                 if (result != composer_types::Result::OK) LOG_ERROR("getDisplayInfo %d error!", display);
-                info->values = answer.values;
-                info->name = answer.name;
+                answer->deliver([&info](DisplayInfo& known) {
+                    known.values = info.values;
+                    known.name = info.name;
+                });
             });
-        return status.isOk() ? *info : DisplayInfo{};
+        return status.isOk() ? answer->take() : DisplayInfo{};
     });
 }
 

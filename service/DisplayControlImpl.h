@@ -32,8 +32,9 @@ class DisplayAlad;
 //
 // handle is what allocUserHandle gave; it is only logged. display is an index, 0 for the first display. A callback is
 // called exactly once, before the operation returns, and what it is given is valid during that call only. Every
-// operation succeeds at the transport; failures are in the Result. An operation that needs the composer (all
-// but those of handles, levels and backlight control) reports FAILED while none is connected, and changes nothing.
+// operation succeeds at the transport; failures are in the Result. While no composer is connected, an operation reports
+// FAILED and changes nothing; only handles, what init() learned, the getters of levels, backlight control, IsAladEnable
+// and switching ALAD off do without it.
 class DisplayControlImpl {
 public:
     using Level = std::function<void(Result, int32_t level)>;
@@ -145,8 +146,8 @@ public:
     const std::vector<ColorManager>& displayColors() const { return colorManagers; }
 
 private:
-    struct MatricesAnswer;
-    struct TableAnswer;
+    struct Matrices;
+    struct ComposerTable;
 
     bool knowsDisplay(uint64_t display) const;
     // The colour state of a display that can be changed: null without a composer or for a display that is not known.
@@ -162,7 +163,7 @@ private:
 
     Result sendColorTransform(uint64_t display, const composer_types::ColorTransformMatrix& first,
                               const composer_types::ColorTransformMatrix& last);
-    std::shared_ptr<const MatricesAnswer> askColorTransform(uint64_t display);
+    Matrices askColorTransform(uint64_t display);
 
     // Sends the panel's gamma table to display 0: the tuned one before the calibrated one, nothing without either.
     void sendCalibratedGamma(const ConfigXmlParser& record);
@@ -172,7 +173,7 @@ private:
     Result sendGammaTable(uint64_t display, const float* entries);
     using TableGetter = Return<void> (IComposerExt::*)(
         uint64_t display, std::function<void(composer_types::Result, const composer_types::GammaLut&)>);
-    std::shared_ptr<const TableAnswer> askTable(uint64_t display, TableGetter getter);
+    ComposerTable askTable(uint64_t display, TableGetter getter);
 
     // Sends the display's final matrix as the last one; the composer's answer is dropped.
     void sendFinalCtm(uint64_t display);

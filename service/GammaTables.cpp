@@ -29,8 +29,7 @@ void fillPowerTable(GammaLut& table, float exponent) {
 
 }  // namespace
 
-// What a composer's callback delivered. Shared with the callback, since a composer may call it late.
-struct DisplayControlImpl::TableAnswer {
+struct DisplayControlImpl::ComposerTable {
     Result result = Result::OK;
     GammaLut table{};
 };
@@ -53,15 +52,15 @@ Return<Result> DisplayControlImpl::setGlobalDeGammaLut(uint64_t handle, uint64_t
 
 Return<void> DisplayControlImpl::getGlobalGammaLut(uint64_t handle, uint64_t display, const Table& callback) {
     LOG_DEBUG("%lu", handle);
-    const auto answer = askTable(display, &IComposerExt::getGlobalGammaLut);
-    callback(answer->result, answer->table);
+    const ComposerTable answer = askTable(display, &IComposerExt::getGlobalGammaLut);
+    callback(answer.result, answer.table);
     return Void();
 }
 
 Return<void> DisplayControlImpl::getGlobalDeGammaLut(uint64_t handle, uint64_t display, const Table& callback) {
     LOG_DEBUG("%lu", handle);
-    const auto answer = askTable(display, &IComposerExt::getGlobalDeGammaLut);
-    callback(answer->result, answer->table);
+    const ComposerTable answer = askTable(display, &IComposerExt::getGlobalDeGammaLut);
+    callback(answer.result, answer.table);
     return Void();
 }
 
@@ -93,19 +92,19 @@ Result DisplayControlImpl::sendGammaTable(uint64_t display, const float* entries
 }
 
 // The composer's Result and table: zeros when it did not call back, FAILED and zeros when it was not reached.
-std::shared_ptr<const DisplayControlImpl::TableAnswer> DisplayControlImpl::askTable(uint64_t display,
-                                                                                    TableGetter getter) {
-    static const TableAnswer kNotReached{Result::FAILED, {}};
-    std::shared_ptr<const TableAnswer> notReached(std::shared_ptr<void>(), &kNotReached);
+DisplayControlImpl::ComposerTable DisplayControlImpl::askTable(uint64_t display, TableGetter getter) {
+    const ComposerTable notReached{Result::FAILED, {}};
     if (composerExt == nullptr) return notReached;
-    return platform::unlessOutOfMemory(notReached, [&]() -> std::shared_ptr<const TableAnswer> {
-        const auto answer = std::make_shared<TableAnswer>();
+    return platform::unlessOutOfMemory(notReached, [&] {
+        const auto answer = std::make_shared<platform::Answer<ComposerTable>>();
         const auto status = (composerExt.get()->*getter)(
             display, [answer](composer_types::Result result, const composer_types::GammaLut& table) {
-                answer->result = fromComposer(result);
-                answer->table.entries = table.entries.data();
+                answer->deliver([&](ComposerTable& delivered) {
+                    delivered.result = fromComposer(result);
+                    delivered.table.entries = table.entries.data();
+                });
             });
-        return status.isOk() ? answer : notReached;
+        return status.isOk() ? answer->take() : notReached;
     });
 }
 
