@@ -7,10 +7,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "calibration/PanelTable.h"
@@ -29,16 +31,16 @@ std::string_view nameOf(const xmlNode& node) {
     return node.name == nullptr ? "" : reinterpret_cast<const char*>(node.name);
 }
 
-// A file that is read into memory: a regular one of at most kLongestFile bytes (several times a calibration's size, and
-// little enough for its tree) that begins as text does.
-bool isReadable(const std::string& path) {
-    constexpr auto kLongestFile = static_cast<off_t>(ConfigXmlParser::kLongestFile);
+// The bytes of a regular file, one more than kLongestFile at most; none when there is no such file.
+std::string bytesOf(const std::string& path) {
     struct stat status {};
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kLongestFile) return false;
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+    constexpr off_t kMost = ConfigXmlParser::kLongestFile + 1;
+    std::string bytes(static_cast<size_t>(std::min(status.st_size, kMost)), '\0');
     std::ifstream file(path, std::ios::binary);
-    const int first = file.get();
-    return first != std::ifstream::traits_type::eof() &&
-           ConfigXmlParser::kFirstBytes.find(static_cast<char>(first)) != std::string_view::npos;
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<size_t>(file.gcount()));
+    return bytes;
 }
 
 // A calibration document being read into a record.
@@ -155,6 +157,17 @@ void readBlocks(ConfigXmlParser& record, const xmlNode& root) {
 
 }  // namespace
 
+bool ConfigXmlParser::isReadable(std::string_view bytes) {
+    if (bytes.empty() || bytes.size() > kLongestFile) return false;
+    if (kFirstBytes.find(bytes.front()) == std::string_view::npos) return false;
+    while (bytes.size() > kLongestStretch) {
+        const size_t last = bytes.substr(0, kLongestStretch).rfind('>');
+        if (last == std::string_view::npos) return false;
+        bytes.remove_prefix(last + 1);
+    }
+    return true;
+}
+
 void ConfigXmlParser::parser() {
     const PanelIdentity panel = identifyPanel();
     if (panel.name.status == platform::NodeStatus::OPEN_FAILED) LOG_ERROR("open panel name node error");
@@ -168,7 +181,7 @@ void ConfigXmlParser::parser() {
     }
 
     xmlKeepBlanksDefault(0);
-    std::unique_ptr<xmlDoc, XmlRelease> document(isReadable(path) ? xmlParseFile(path.c_str()) : nullptr);
+    std::unique_ptr<xmlDoc, XmlRelease> document(isReadable(bytesOf(path)) ? xmlParseFile(path.c_str()) : nullptr);
     if (document == nullptr) {
         LOG_ERROR("xmlParseFile error!");
         return;

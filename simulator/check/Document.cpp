@@ -115,11 +115,6 @@ private:
     int32_t previous = __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
 };
 
-bool isXmlText(std::string_view bytes) {
-    return !bytes.empty() && bytes.size() <= ConfigXmlParser::kLongestFile &&
-           ConfigXmlParser::kFirstBytes.find(bytes.front()) != std::string_view::npos;
-}
-
 void keepMessage(void* document, xmlErrorPtr error) {
     if (error->level < XML_ERR_ERROR) return;
     std::string text = error->message == nullptr ? "" : error->message;
@@ -156,7 +151,7 @@ std::unique_ptr<ConfigXmlParser> readAsLibrary(const std::filesystem::path& file
 }
 
 Document readDocument(std::string_view bytes) {
-    Document result{bytes, isXmlText(bytes), false, {}, {}, {}};
+    Document result{bytes, ConfigXmlParser::isReadable(bytes), false, {}, {}, {}};
     if (!result.parsed) return result;
     const XmlOwner<xmlParserCtxt> context(xmlNewParserCtxt());
     if (context == nullptr) throw std::bad_alloc();

@@ -27,6 +27,10 @@ void unreadable(const Subject& subject, Notes& notes) {
     } else if (bytes.size() > ConfigXmlParser::kLongestFile) {
         notes.add("", 0, {}, "is too large and is not read",
                   "at most " + std::to_string(ConfigXmlParser::kLongestFile) + " bytes");
+    } else if (ConfigXmlParser::kFirstBytes.find(bytes.front()) != std::string_view::npos) {
+        const std::string stretch = std::to_string(ConfigXmlParser::kLongestStretch) + " bytes";
+        notes.add("", 0, {}, "goes on for more than " + stretch + " without a tag and is not read",
+                  R"(a ">" in every )" + stretch);
     } else {
         notes.add("", 1, {}, "begins with " + inQuotes(bytes.substr(0, 2)) + " and is not read",
                   "XML text that begins with <, not compressed");

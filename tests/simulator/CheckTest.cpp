@@ -86,6 +86,12 @@ Edit whole(const std::string& text) {
     return [=](std::string& xml) { xml = text; };
 }
 
+// Comments up to that size.
+void fillUp(std::string& xml, size_t size) {
+    while (xml.size() + 14 <= size) xml += "<!---->";
+    xml += "<!--" + std::string(size - xml.size() - 7, ' ') + "-->";
+}
+
 const std::string kFirst = "<v>1.000000</v>";  // of the white-point matrix
 
 struct RuleCase {
@@ -98,9 +104,12 @@ struct RuleCase {
 const RuleCase kRuleCases[] = {
     {"unreadable", whole("\n" + calibrationXml(kUnknownPanel).substr(39)), whole("\x1F\x8B..."),
      R"(begins with "\x1F\x8B" and is not read; expected XML text that begins with <, not compressed)"},
-    {"unreadable", [](std::string& xml) { xml.append(ConfigXmlParser::kLongestFile - xml.size(), '\n'); },
-     [](std::string& xml) { xml.append(ConfigXmlParser::kLongestFile + 1 - xml.size(), '\n'); },
-     "is too large and is not read; expected at most 8388608 bytes"},
+    {"unreadable", [](std::string& xml) { fillUp(xml, ConfigXmlParser::kLongestFile); },
+     [](std::string& xml) { fillUp(xml, ConfigXmlParser::kLongestFile + 1); },
+     "is too large and is not read; expected at most 1048576 bytes"},
+    {"unreadable", [](std::string& xml) { xml.append(ConfigXmlParser::kLongestStretch - 1, '\n'); },
+     [](std::string& xml) { xml.append(ConfigXmlParser::kLongestStretch, '\n'); },
+     R"(goes on for more than 16384 bytes without a tag and is not read; expected a ">" in every 16384 bytes)"},
     {"not-well-formed", replace(kFirst, "<one>1</one>"), replace(kFirst, "<one>1</v>"),
      "is not well-formed and is not used: Opening and ending tag mismatch: one line 18 and v; expected well-formed "
      "XML"},
