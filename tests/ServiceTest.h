@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gmock/gmock.h>
+#include <libxml/xmlerror.h>
 
 #include <algorithm>
 #include <string>
@@ -27,6 +28,9 @@ inline std::string block(const std::string& name, const std::vector<double>& val
     return "<" + name + ">" + elements(values) + "</" + name + ">\n";
 }
 
+// In place of libxml2's own, which would tell standard error of every malformed file.
+inline void dropMessage(void* /*context*/, const char* /*format*/, ...) {}
+
 // A phone with the backlight control node (holding "9999\n") and nothing else: no panel name, no measured white point,
 // no calibration. The closed libraries answer without an error and leave their buffers as given.
 class PhoneTest : public testing::Test {
@@ -34,8 +38,11 @@ protected:
     PhoneTest() {
         fakes::closedLibraries() = {};
         fakes::journal::take();
+        xmlSetGenericErrorFunc(nullptr, dropMessage);
         phone.write(fakes::kCabcNode, "9999\n");
     }
+
+    ~PhoneTest() override { xmlSetGenericErrorFunc(nullptr, nullptr); }
 
     void calibrate(const std::string& blocks) const {
         phone.write(fakes::kDefaultCalibration, "<panel>\n" + blocks + "</panel>\n");

@@ -3,6 +3,8 @@
 
 #include <hidl/Status.h>
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -34,6 +36,11 @@ public:
 
     // From now on this happens to every call whose journal form, without the service's word, begins with call.
     void fault(const std::string& call, Fault what) { faults[call] = what; }
+    // The same with one call whatever it is, or with every one from there on. The first call after this is 1.
+    void faultAt(size_t call, Fault what) { schedule(call, call, what); }
+    void faultFrom(size_t call, Fault what) { schedule(call, SIZE_MAX, what); }
+    size_t calls() const { return made; }  // since faultAt or faultFrom
+
     void deliverLate() {
         for (const auto& deliver : std::exchange(late, {})) deliver();
     }
@@ -58,10 +65,19 @@ public:
 private:
     Fault begin(const std::string& call) {
         journal::add(journalWord + " " + call);
+        const size_t number = ++made;
+        if (scheduled != Fault::NONE && number >= firstFaulty && number <= lastFaulty) return scheduled;
         for (const auto& [beginning, what] : faults) {
             if (what != Fault::NONE && call.compare(0, beginning.size(), beginning) == 0) return what;
         }
         return Fault::NONE;
+    }
+
+    void schedule(size_t first, size_t last, Fault what) {
+        made = 0;
+        firstFaulty = first;
+        lastFaulty = last;
+        scheduled = what;
     }
 
     static Result resultOf(Fault fault) { return static_cast<Result>(fault == Fault::REFUSES ? kRefusal : 0); }
@@ -71,6 +87,10 @@ private:
 
     const std::string journalWord;
     std::map<std::string, Fault> faults;
+    std::atomic<size_t> made{0};
+    size_t firstFaulty = 0;
+    size_t lastFaulty = 0;
+    Fault scheduled = Fault::NONE;
     std::vector<std::function<void()>> late;
 };
 
