@@ -4,9 +4,9 @@
 #include <atomic>
 #include <cmath>
 #include <map>
-#include <system_error>
 
 #include "tests/LightTest.h"
+#include "tests/fakes/ThreadlessClock.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -24,10 +24,10 @@ const std::string kSensorOff = "sensors disableSensor(3)";
 const std::string kQueueGone = "sensors queue gone";
 const std::string kOff = "composer setAladParams(0, 0)";
 
-// Threads run as they like, or cannot be started; no pause lasts. Deadlines either have always passed, or never pass,
+// Threads run as they like; no pause lasts. Deadlines either have always passed, or never pass,
 // so that a wake-up that is lost would be waited for without end.
 struct RacingClock : platform::Clock {
-    explicit RacingClock(bool deadlinesPass, bool threads = true) : passing(deadlinesPass), hasThreads(threads) {}
+    explicit RacingClock(bool deadlinesPass) : passing(deadlinesPass) {}
 
     Duration now() override { return 0s; }
     void sleepFor(Duration /*duration*/) override { std::this_thread::yield(); }
@@ -36,14 +36,10 @@ struct RacingClock : platform::Clock {
         while (!passing && condition.notifications() == before) condition.wait(lock);
         if (passing) condition.waitUntil(lock, std::chrono::steady_clock::now());
     }
-    std::thread startThread(std::function<void()> body) override {
-        if (!hasThreads) throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
-        return std::thread(std::move(body));
-    }
+    std::thread startThread(std::function<void()> body) override { return std::thread(std::move(body)); }
     void join(std::thread& thread) override { thread.join(); }
 
     const bool passing;
-    const bool hasThreads;
 };
 
 }  // namespace
@@ -183,7 +179,7 @@ TEST_F(AladTest, EachFailureToEnableLeavesNothing) {
                   {-3, "", kNone, "createEventQueue error", 0},  // OK without a queue
                   {-4, "enableSensor", kDead, "enableSensor error", 1},
                   {-5, "", kNone, "start worker error", 1}};
-    RacingClock noThreads(/*deadlinesPass=*/false, /*threads=*/false);
+    fakes::ThreadlessClock noThreads;
     for (const auto& c : kCases) {
         for (const Fault fault : c.faults) {
             SCOPED_TRACE(c.error + std::to_string(static_cast<int>(fault)));
@@ -328,18 +324,34 @@ TEST_F(AladTest, SwitchesRaceWithEventsFromOtherThreads) {
         };
         std::thread events(giveLights, [this](int32_t lux) { light(static_cast<float>(lux)); });
         std::thread feed(giveLights, [&lasting](int32_t lux) { lasting.notifyData(lux); });
-        for (int round = 0; round < 500; ++round) {
+        std::thread handles(giveLights, [this](int32_t) { service.allocUserHandle(0, [](Result, uint64_t) {}); });
+        const auto yield = [](int turns) {
+            for (; turns > 0; --turns) std::this_thread::yield();
+        };
+        bool stepped = false;
+        for (int round = 0; round < 700; ++round) {
             DisplayAlad brief(composer);
             for (DisplayAlad* const alad : {&lasting, &brief}) {
                 EXPECT_EQ(alad->enable(), 0);
-                for (int turns = round % 20; turns > 0; --turns) std::this_thread::yield();
+                yield(round % 20);
                 alad->disable();
             }
-            EXPECT_EQ(happened().back(), kOff);
+            EXPECT_EQ(service.setAlad(7, 0, 1), Result::OK);
+            yield(round % 20);
+            if (round % 2 == 0) {
+                EXPECT_EQ(service.exclusiveModeEnter(7, 1), Result::OK);
+                EXPECT_EQ(service.exclusiveModeExit(7, 0), Result::OK);
+            }
+            EXPECT_EQ(service.setAlad(7, 0, 0), Result::OK);
+            const Lines messages = composerCalls();
+            EXPECT_GE(std::count(messages.begin(), messages.end(), kOff), 3) << "each switch ended with it";
+            stepped = stepped || std::any_of(messages.begin(), messages.end(), [](const std::string& message) {
+                          return message.rfind("composer setAladParams(0, 1, 14: ", 0) == 0;
+                      });
         }
         over = true;
-        events.join();
-        feed.join();
+        for (std::thread* const thread : {&events, &feed, &handles}) thread->join();
+        EXPECT_EQ(stepped, deadlinesPass) << "the workers had something to do";
     }
 }
 

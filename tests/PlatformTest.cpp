@@ -102,6 +102,30 @@ TEST(DeviceFiles, TheRootStandsBeforeThePhonesPath) {
     EXPECT_EQ(platform::readNode("/none", 64).status, platform::NodeStatus::OPEN_FAILED);
 }
 
+TEST(RealClock, AWaitEndsAtItsDeadlineOrWithANotification) {
+    Clock& clock = platform::realClock();
+    platform::Mutex mutex;
+    platform::Condition changed;
+    const Clock::Duration deadline = clock.now() + 2ms;
+    {
+        platform::Lock lock(mutex);
+        clock.waitUntil(changed, lock, deadline);
+    }
+    EXPECT_GE(clock.now(), deadline);
+
+    std::thread notifier;
+    {
+        platform::Lock lock(mutex);
+        notifier = clock.startThread([&] {
+            const platform::Lock own(mutex);  // not before the wait has released it
+            changed.notifyOne();
+        });
+        clock.waitUntil(changed, lock, clock.now() + std::chrono::hours(24));
+    }
+    clock.join(notifier);
+    EXPECT_FALSE(notifier.joinable());
+}
+
 class VirtualClockTest : public testing::Test {
 protected:
     // Ticks count times, period apart, and says so with the time.

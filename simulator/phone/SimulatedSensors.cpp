@@ -4,6 +4,7 @@
 #include <platform/Clock.h>
 
 #include <chrono>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -31,12 +32,8 @@ public:
     Return<Result> enableSensor(int32_t sensorHandle, int32_t samplingPeriodUs, int64_t /*latency*/) override {
         if (sensorHandle != kLightSensor || samplingPeriodUs <= 0) return Result::BAD_VALUE;
         const Result result = shared->resultOf(SensorStep::ENABLE);
-        if (result == Result::OK && !delivery.joinable()) {
-            setStopping(false);
-            delivery = platform::clock().startThread(
-                [this, period = std::chrono::microseconds(samplingPeriodUs)] { deliver(period); });
-        }
-        return result;
+        if (result != Result::OK || delivery.joinable()) return result;
+        return startDelivery(std::chrono::microseconds(samplingPeriodUs)) ? Result::OK : Result::NO_MEMORY;
     }
 
     Return<Result> disableSensor(int32_t sensorHandle) override {
@@ -47,6 +44,17 @@ public:
     }
 
 private:
+    // False when there is no thread for it.
+    bool startDelivery(platform::Clock::Duration period) {
+        setStopping(false);
+        try {
+            delivery = platform::clock().startThread([this, period] { deliver(period); });
+            return true;
+        } catch (const std::system_error&) {
+            return false;
+        }
+    }
+
     void deliver(platform::Clock::Duration period) {
         platform::Clock::Duration next = platform::clock().now() + kFirstEvent;
         while (waitUntil(next)) {

@@ -231,7 +231,8 @@ constexpr std::array<SensorStepName, 4> kSensorSteps = {{{"find", SensorStep::FI
                                                          {"enable", SensorStep::ENABLE},
                                                          {"disable", SensorStep::DISABLE}}};
 
-// stop: events stop; start: all is well again; fail: the service is not there, or refuses a step.
+// stop: events stop; start: all is well again; fail: the service is not there, or refuses a step, and events stay as
+// they were.
 void switchSensor(Session& session, const Values& values) {
     const std::string& state = values.text(0);
     const std::string step = values.size() > 1 ? values.text(1) : "";
@@ -243,7 +244,7 @@ void switchSensor(Session& session, const Values& values) {
                                          [&step](const SensorStepName& candidate) { return candidate.name == step; });
     session.phone().setSensorsPresent(step != "service");
     session.phone().sensors().refuse(row == kSensorSteps.end() ? SensorStep::NONE : row->step);
-    session.phone().sensors().setDelivering(state != "stop");
+    if (state != "fail") session.phone().sensors().setDelivering(state == "start");
 }
 
 void setDisplays(Session& session, const Values& values) {

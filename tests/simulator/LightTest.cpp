@@ -1,6 +1,7 @@
 // Light on the simulated phone: recordings, what the worker makes of them, and the tone curves.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <platform/Answer.h>
 
 #include <algorithm>
 #include <fstream>
@@ -9,6 +10,8 @@
 #include "simulator/closed/ToneCurve.h"
 #include "simulator/light/LightTrace.h"
 #include "simulator/light/Replay.h"
+#include "simulator/phone/SimulatedSensors.h"
+#include "tests/fakes/ThreadlessClock.h"
 
 namespace simulator {
 namespace {
@@ -41,6 +44,18 @@ TEST(ToneCurve, CurvesKeepTheirEndsAndLiftTheMiddleWithTheLevel) {
     EXPECT_EQ(toneCurve(-5), toneCurve(0));
     EXPECT_EQ(toneCurve(65), toneCurve(64));
     EXPECT_FALSE(levelOfToneCurve({4}));
+}
+
+TEST(SimulatedSensors, WithoutAThreadForItTheSensorStaysOff) {
+    const ::android::sp<SimulatedSensors> sensors = new SimulatedSensors;
+    ::android::sp<sensorservice::IEventQueue> queue;
+    platform::dropAnswer(sensors->createEventQueue(nullptr, [&](const auto& made, auto) { queue = made; }));
+    fakes::ThreadlessClock threadless;
+    platform::setClock(&threadless);
+    EXPECT_EQ(queue->enableSensor(1, 1000000, 0).withDefault(sensorservice::Result::OK),
+              sensorservice::Result::NO_MEMORY);
+    EXPECT_EQ(queue->disableSensor(1).withDefault(sensorservice::Result::UNKNOWN_ERROR), sensorservice::Result::OK);
+    platform::setClock(nullptr);
 }
 
 class LightTraceTest : public ::testing::Test {

@@ -200,6 +200,11 @@ TEST_F(SessionTest, TimePassesOnlyWhereTheScriptWaits) {
         EXPECT_EQ(answer()["result"], "FAILED");
     }
     run("sensor stop");
+    run("sensor fail service");
+    run("setAlad 0 1");
+    EXPECT_EQ(answer()["result"], "FAILED");
+    run("sensor stop");
+    run("sensor fail disable");
     run("setAlad 0 1");
     run("wait 2.5s");
     EXPECT_THAT(events("log").at(1)["message"].get<std::string>(), HasSubstr("avg:300 curr:300"));

@@ -10,7 +10,7 @@
 
 namespace platform {
 
-// Every operation may be called from any thread.
+// Every operation may be called from any thread, unless a clock says otherwise.
 class Clock {
 public:
     using Duration = std::chrono::nanoseconds;
