@@ -230,6 +230,13 @@ Json calibrationSection(const fs::path& file, const CheckedCalibration& checked)
     return section;
 }
 
+// The file's primaries, or the library's built-in ones.
+Primaries primariesOf(const ConfigXmlParser& record) {
+    const float* const x = record.hasWpcParam ? record.wpcParam : kDefaultWhitePoint.params;
+    const float* const y = x + 3;
+    return {{x[0], y[0]}, {x[1], y[1]}, {x[2], y[2]}};
+}
+
 SessionRecord runScript(const ReportInput& input) {
     if (!input.script) {
         std::istringstream own(kOwnSession);
@@ -270,11 +277,9 @@ Json gammaSection(const ConfigXmlParser& record) {
 }
 
 PanelColors::PanelColors(const ConfigXmlParser& record, const std::optional<Chromaticity>& driverWhite)
-    : white(driverWhite.value_or(Chromaticity{kDefaultWhitePoint.whiteX, kDefaultWhitePoint.whiteY})),
+    : primaries(primariesOf(record)),
+      white(driverWhite.value_or(Chromaticity{kDefaultWhitePoint.whiteX, kDefaultWhitePoint.whiteY})),
       assumptions(Json::array()) {
-    const float* const x = record.hasWpcParam ? record.wpcParam : kDefaultWhitePoint.params;
-    const float* const y = x + 3;
-    primaries = {{x[0], y[0]}, {x[1], y[1]}, {x[2], y[2]}};
     if (!record.hasWpcParam)
         assumptions.push_back("The file gives no primaries (WPCParam): the library's built-in ones are assumed.");
     if (!driverWhite)
