@@ -61,8 +61,8 @@ GammaLut readTable(const std::string& file) {
         const char* const end = word.data() + word.size();
         const auto [rest, error] = std::from_chars(word.data(), end, table.entries[i]);
         if (error != std::errc() || rest != end)
-            throw ScriptError(file + ": \"" + word +
-                              "\" is not a number of single precision; expected 4096 such numbers");
+            throw ScriptError(file + ": " + inQuotes(word) +
+                              " is not a number of single precision; expected 4096 such numbers");
     }
     return table;
 }
