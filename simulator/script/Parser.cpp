@@ -140,6 +140,8 @@ Values::Value parseValue(const Command& command, const Argument& argument, std::
                 failValue(command, argument, word, "is another word");
             break;
         case Argument::Kind::FILE:
+            if (word.find('\0') != std::string_view::npos) failValue(command, argument, word, "is no file's name");
+            break;
         case Argument::Kind::TEXT:
             break;
     }
