@@ -1,6 +1,7 @@
 #include "simulator/check/Check.h"
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
@@ -8,7 +9,6 @@
 
 #include "simulator/check/Document.h"
 #include "simulator/check/Rules.h"
-#include "simulator/script/Event.h"
 
 namespace simulator {
 
@@ -23,12 +23,17 @@ std::string bytesOf(const fs::path& file) {
     if (!fs::exists(status)) throw std::runtime_error(file.string() + ": is not there; expected a calibration file");
     if (!fs::is_regular_file(status))
         throw std::runtime_error(file.string() + ": is no regular file; expected a calibration file");
-    std::string bytes(ConfigXmlParser::kLongestFile + 1, '\0');
+    constexpr size_t kMost = ConfigXmlParser::kLongestFile + 1;
+    std::string bytes;
+    std::array<char, 1 << 16> piece{};
     std::ifstream stream(file, std::ios::binary);
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    while (stream && bytes.size() < kMost) {
+        stream.read(piece.data(), piece.size());
+        bytes.append(piece.data(), static_cast<size_t>(stream.gcount()));
+    }
     if (!stream.is_open() || stream.bad())
         throw std::runtime_error(file.string() + ": could not be read; expected a calibration file");
-    bytes.resize(static_cast<size_t>(stream.gcount()));
+    if (bytes.size() > kMost) bytes.resize(kMost);
     return bytes;
 }
 
@@ -85,12 +90,6 @@ void Notes::addBlock(const Subject& subject, const BlockForm& form, std::string 
 void Notes::addValue(const Subject& subject, const BlockForm& form, size_t index, std::string what,
                      std::string expected) {
     add(form.name, subject.document.lineOf(form, index), index + 1, std::move(what), std::move(expected));
-}
-
-std::string inQuotes(std::string_view text) {
-    constexpr size_t kLongest = 32;
-    const bool cut = text.size() > kLongest;
-    return "\"" + printable(text.substr(0, kLongest)) + (cut ? "...\"" : "\"");
 }
 
 std::string numberText(double value, int digits) {

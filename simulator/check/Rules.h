@@ -51,9 +51,6 @@ std::vector<Rule> textRules();
 // Warnings: values that are read as they are written and that the display will suffer from.
 std::vector<Rule> valueRules();
 
-// Short text for a message: what is not printable escaped, what is long cut, in double quotes.
-std::string inQuotes(std::string_view text);
-
 // A number of so many significant digits at most.
 std::string numberText(double value, int digits = 7);
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "simulator/script/Event.h"
+
 namespace simulator {
 
 namespace {
@@ -57,14 +59,14 @@ LightTrace readLightTrace(const std::filesystem::path& file) {
         const std::string_view content = trimmed(text);
         if (content.empty()) continue;
         const auto row = splitRow(content);
-        if (!row) fail(file, line, "\"" + text + "\" is not two columns; expected SECONDS,LUX");
+        if (!row) fail(file, line, inQuotes(text) + " is not two columns; expected SECONDS,LUX");
         const auto seconds = toNumber<double>(row->seconds);
         const auto lux = toNumber<float>(row->lux);
         const bool isHeader = line == 1 && !seconds && !lux;
         if (isHeader) continue;
         if (!seconds || !(*seconds >= 0 && *seconds <= kLongestTrace))
-            fail(file, line, "\"" + std::string(row->seconds) + "\" is no time; expected seconds from 0 to 1e8");
-        if (!lux) fail(file, line, "\"" + std::string(row->lux) + "\" is no light level; expected a number of lux");
+            fail(file, line, inQuotes(row->seconds) + " is no time; expected seconds from 0 to 1e8");
+        if (!lux) fail(file, line, inQuotes(row->lux) + " is no light level; expected a number of lux");
         const std::chrono::milliseconds time(std::llround(*seconds * 1000));
         if (!trace.empty() && time < trace.back().time)
             fail(file, line, "the time is before that of the line above; expected times that do not fall");

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <fstream>
+#include <iomanip>
 
 #include "simulator/script/Command.h"
 #include "simulator/script/Session.h"
@@ -52,17 +53,19 @@ ColorTransformMatrix matrixFrom(const Values& values, size_t index) {
 
 // 4096 numbers, separated by white space.
 GammaLut readTable(const std::string& file) {
+    constexpr int kLongest = 128;  // characters of a number
     GammaLut table;
     std::ifstream stream(file);
     if (!stream) throw ScriptError(file + ": could not be opened; expected a file of 4096 numbers");
     for (size_t i = 0; i < table.entries.size(); ++i) {
         std::string word;
-        if (!(stream >> word)) throw ScriptError(file + ": holds " + std::to_string(i) + " numbers; expected 4096");
+        if (!(stream >> std::setw(kLongest) >> word))
+            throw ScriptError(file + ": holds " + std::to_string(i) + " numbers; expected 4096");
         const char* const end = word.data() + word.size();
         const auto [rest, error] = std::from_chars(word.data(), end, table.entries[i]);
         if (error != std::errc() || rest != end)
-            throw ScriptError(file + ": \"" + word +
-                              "\" is not a number of single precision; expected 4096 such numbers");
+            throw ScriptError(file + ": " + inQuotes(word) +
+                              " is not a number of single precision; expected 4096 such numbers");
     }
     return table;
 }

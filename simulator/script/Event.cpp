@@ -55,6 +55,11 @@ std::string printable(std::string_view bytes) {
     return text;
 }
 
+std::string inQuotes(std::string_view bytes) {
+    constexpr size_t kLongest = 60;
+    return "\"" + printable(bytes.substr(0, kLongest)) + (bytes.size() > kLongest ? "...\"" : "\"");
+}
+
 Json toEvent(const ComposerCall& call) {
     Json event = {{"event", "composer"}, {"call", call.operation}};
     if (call.display) event["display"] = *call.display;

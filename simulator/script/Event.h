@@ -30,6 +30,9 @@ Json resultToJson(int32_t result);
 // Bytes as text for people: what is not printable ASCII as \n or \xF8.
 std::string printable(std::string_view bytes);
 
+// What somebody wrote, for a message: printable, in double quotes, cut when it is long.
+std::string inQuotes(std::string_view bytes);
+
 // A call that the composer got. A tone curve is named by its level where it is one of the stand-in's.
 Json toEvent(const ComposerCall& call);
 

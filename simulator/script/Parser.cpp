@@ -14,12 +14,6 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\v\f";
 
-// The beginning of a word is enough to know it by.
-std::string quoted(std::string_view word) {
-    constexpr size_t kLongest = 60;
-    return "\"" + printable(word.substr(0, kLongest)) + (word.size() > kLongest ? "...\"" : "\"");
-}
-
 std::string_view trimmed(std::string_view text) {
     const size_t begin = text.find_first_not_of(kBlanks);
     if (begin == std::string_view::npos) return {};
@@ -84,8 +78,8 @@ std::string placeOf(const Argument& argument, size_t index) {
 }
 
 [[noreturn]] void failValue(const Command& command, const Argument& argument, std::string_view word, const char* what) {
-    throw ScriptError(std::string(command.name) + ": " + quoted(word) + " " + what + "; expected " + nameOf(argument) +
-                      ", " + rangeOf(argument));
+    throw ScriptError(std::string(command.name) + ": " + inQuotes(word) + " " + what + "; expected " +
+                      nameOf(argument) + ", " + rangeOf(argument));
 }
 
 template <typename T>
@@ -146,6 +140,8 @@ Values::Value parseValue(const Command& command, const Argument& argument, std::
                 failValue(command, argument, word, "is another word");
             break;
         case Argument::Kind::FILE:
+            if (word.find('\0') != std::string_view::npos) failValue(command, argument, word, "is no file's name");
+            break;
         case Argument::Kind::TEXT:
             break;
     }
@@ -164,7 +160,7 @@ Values parseArguments(const Command& command, std::string_view rest) {
             values.add(parseValue(command, argument, value));
         }
     }
-    if (!trimmed(rest).empty()) failUsage(command, "too many arguments, from " + quoted(trimmed(rest)) + " on");
+    if (!trimmed(rest).empty()) failUsage(command, "too many arguments, from " + inQuotes(trimmed(rest)) + " on");
     return values;
 }
 
@@ -192,7 +188,7 @@ size_t distance(std::string_view a, std::string_view b) {
     const std::string hint = distance(word, nearest->name) <= near
                                  ? std::string(nearest->name)
                                  : "a command such as " + std::string(table.front().name);
-    throw ScriptError("unknown command " + quoted(word) + "; expected " + hint);
+    throw ScriptError("unknown command " + inQuotes(word) + "; expected " + hint);
 }
 
 }  // namespace

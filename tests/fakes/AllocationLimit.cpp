@@ -15,9 +15,13 @@ void fakes::limitAllocations(size_t bytes) {
 }
 
 void* operator new(size_t size) {
-    void* const memory = size > limit ? nullptr : malloc(size == 0 ? 1 : size);
+    void* const memory = operator new(size, std::nothrow);
     if (memory == nullptr) throw std::bad_alloc();
     return memory;
+}
+
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+    return size > limit ? nullptr : malloc(size == 0 ? 1 : size);
 }
 
 void operator delete(void* memory) noexcept {

@@ -101,6 +101,7 @@ TEST_F(LightTraceTest, AWrongLineSaysWhereAndWhatWasExpected) {
         {"-1,1\n", ":1: \"-1\" is no time; expected seconds from 0 to 1e8"},
         {"nan,1\n", ":1: \"nan\" is no time; expected seconds from 0 to 1e8"},
         {"0,1\n5,1e99\n", ":2: \"1e99\" is no light level; expected a number of lux"},
+        {"0,\033[31m\xF8\n", ":1: \"\\x1B[31m\\xF8\" is no light level; expected a number of lux"},
         {"5,1\n4,1\n", ":2: the time is before that of the line above; expected times that do not fall"},
     };
     for (const auto& [text, message] : kCases) EXPECT_THAT(errorOf(text), EndsWith(message)) << text;

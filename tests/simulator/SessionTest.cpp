@@ -12,7 +12,9 @@
 namespace simulator {
 namespace {
 
+using namespace std::string_literals;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -308,6 +310,9 @@ TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
         {"setGlobalGammaLut 0 /nowhere", "/nowhere: could not be opened; expected a file of 4096 numbers"},
     };
     for (const auto& [line, message] : kCases) EXPECT_EQ(errorOf(line), message) << line;
+    EXPECT_EQ(errorOf("calibration a\0b"s),
+              "calibration: \"a\\x00b\" is no file's name; expected FILE, the name of a file");
+    EXPECT_THAT(errorOf("setGlobalGammaLut 0 /dev/zero"), EndsWith("expected 4096 such numbers"));
 }
 
 }  // namespace

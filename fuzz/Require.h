@@ -1,0 +1,17 @@
+// What has to hold, whatever the bytes.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace fuzz {
+
+// Ends the process, which the fuzzer takes for a crash, when it does not hold.
+inline void require(bool holds, const std::string& what) {
+    if (holds) return;
+    fprintf(stderr, "does not hold: %s\n", what.c_str());
+    abort();
+}
+
+}  // namespace fuzz
