@@ -1,7 +1,12 @@
 #include "simulator/phone/DisplayPipeline.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
+#include <future>
+#include <limits>
+#include <thread>
 
 namespace simulator {
 
@@ -9,10 +14,11 @@ namespace {
 
 constexpr size_t kCodes = 256;
 constexpr float kMaxCode = 255.0F;
+constexpr size_t kSteps = 4096;  // a table's entries
 constexpr float kClipTolerance = 1.0F / 8192;
 
 using Matrix = std::array<float, 9>;
-using Color = std::array<float, 3>;
+using Color = std::array<float, 4>;  // red, green, blue, and 0 so that it is one register
 
 // Also takes what is no number, to 0.
 float clamp01(float value) {
@@ -54,11 +60,6 @@ Matrix combine(const composer_ext::ColorTransformMatrix& first, const composer_e
     return product;
 }
 
-Color apply(const Matrix& m, const Color& in) {
-    return {m[0] * in[0] + m[1] * in[1] + m[2] * in[2], m[3] * in[0] + m[4] * in[1] + m[5] * in[2],
-            m[6] * in[0] + m[7] * in[1] + m[8] * in[2]};
-}
-
 bool isClipped(float value) {
     return !(value >= -kClipTolerance && value <= 1.0F + kClipTolerance);
 }
@@ -67,26 +68,132 @@ uint8_t toCode(float level) {
     return static_cast<uint8_t>(std::lround(clamp01(level) * kMaxCode));
 }
 
-}  // namespace
+// What becomes of a level that left the matrices.
+uint8_t codeOf(const DisplayState& state, float level) {
+    const float coded = clamp01(readTable(state.gamma, clamp01(level)));
+    return toCode(readToneCurve(state.toneCurve, coded));
+}
 
-ShownPicture showPicture(const Picture& input, const DisplayState& state) {
-    std::array<float, kCodes> decoded{};
-    for (size_t code = 0; code < kCodes; ++code) {
-        decoded[code] = readTable(state.deGamma, static_cast<float>(code) / kMaxCode);
+float levelOfStep(size_t step) {
+    return static_cast<float>(step) / static_cast<float>(kSteps);
+}
+
+// codeOf as a table, for gamma tables and tone curves that never fall, as nearly all are: code k begins at one level.
+class CodeTable {
+public:
+    explicit CodeTable(const DisplayState& state) : display(state), usable(neverFalls(state)) {
+        if (!usable) return;
+        for (size_t step = 0; step <= kSteps; ++step) codeOfStep[step] = codeOf(state, levelOfStep(step));
+        for (size_t code = 0; code < kCodes; ++code) begins[code] = firstLevelOf(code);
+        begins[kCodes] = std::numeric_limits<float>::infinity();
     }
-    const Matrix matrix = combine(state.first, state.last);
 
-    ShownPicture shown{input, 0, std::vector<bool>(input.pixels.size() / 3)};
-    auto& pixels = shown.picture.pixels;
-    for (size_t i = 0; i + 2 < pixels.size(); i += 3) {
-        const Color out = apply(matrix, {decoded[pixels[i]], decoded[pixels[i + 1]], decoded[pixels[i + 2]]});
-        shown.clipped[i / 3] = isClipped(out[0]) || isClipped(out[1]) || isClipped(out[2]);
-        if (shown.clipped[i / 3]) ++shown.clippedPixels;
-        for (size_t channel = 0; channel < 3; ++channel) {
-            const float coded = clamp01(readTable(state.gamma, clamp01(out[channel])));
-            pixels[i + channel] = toCode(readToneCurve(state.toneCurve, coded));
+    uint8_t operator()(float level) const {
+        if (!usable) return codeOf(display, level);
+        const float clamped = clamp01(level);
+        size_t code = codeOfStep[static_cast<size_t>(clamped * static_cast<float>(kSteps))];
+        while (clamped >= begins[code + 1]) ++code;
+        return static_cast<uint8_t>(code);
+    }
+
+private:
+    // Whether a higher level never has a lower code. Between two entries of the gamma table each operation, rounded,
+    // keeps the order of levels, and so does a rising tone curve of whole numbers that a float holds exactly: it is
+    // enough to look at both ends of each step.
+    static bool neverFalls(const DisplayState& state) {
+        constexpr int64_t kExactInFloat = 1 << 24;
+        const auto& curve = state.toneCurve;
+        if (!std::is_sorted(curve.begin(), curve.end())) return false;
+        if (!curve.empty() && (curve.front() < 0 || curve.back() > kExactInFloat)) return false;
+        for (size_t step = 0; step < kSteps; ++step) {
+            const uint8_t last = codeOf(state, std::nextafter(levelOfStep(step + 1), 0.0F));
+            if (codeOf(state, levelOfStep(step)) > last || last > codeOf(state, levelOfStep(step + 1))) return false;
+        }
+        return true;
+    }
+
+    // The lowest level from 0 to 1 of that code or a higher one, above 1 when there is none. Levels are in the order of
+    // their bits.
+    float firstLevelOf(size_t code) const {
+        uint32_t low = 0;
+        uint32_t high = bitsOf(1.0F) + 1;
+        while (low < high) {
+            const uint32_t middle = low + (high - low) / 2;
+            if (codeOf(display, levelOfBits(middle)) >= code) {
+                high = middle;
+            } else {
+                low = middle + 1;
+            }
+        }
+        return levelOfBits(low);
+    }
+
+    static uint32_t bitsOf(float level) {
+        uint32_t bits = 0;
+        memcpy(&bits, &level, sizeof bits);
+        return bits;
+    }
+    static float levelOfBits(uint32_t bits) {
+        float level = 0;
+        memcpy(&level, &bits, sizeof level);
+        return level;
+    }
+
+    const DisplayState& display;
+    const bool usable;
+    std::array<uint8_t, kSteps + 1> codeOfStep{};  // of the levels at which the gamma table has its entries, and of 1
+    std::array<float, kCodes + 1> begins{};        // the lowest level of each code
+};
+
+// A display's way from codes to codes.
+class Pipeline {
+public:
+    explicit Pipeline(const DisplayState& state) : codes(state) {
+        const Matrix matrix = combine(state.first, state.last);
+        for (size_t code = 0; code < kCodes; ++code) {
+            const float decoded = readTable(state.deGamma, static_cast<float>(code) / kMaxCode);
+            for (size_t channel = 0; channel < 3; ++channel) {
+                for (size_t row = 0; row < 3; ++row) terms[channel][code][row] = matrix[3 * row + channel] * decoded;
+            }
         }
     }
+
+    // Shows a pixel in its place; says whether it is clipped.
+    bool show(uint8_t* pixel) const {
+        Color out;
+        for (size_t row = 0; row < out.size(); ++row) {
+            out[row] = (terms[0][pixel[0]][row] + terms[1][pixel[1]][row]) + terms[2][pixel[2]][row];
+        }
+        for (size_t channel = 0; channel < 3; ++channel) pixel[channel] = codes(out[channel]);
+        return isClipped(out[0]) || isClipped(out[1]) || isClipped(out[2]);
+    }
+
+private:
+    CodeTable codes;
+    std::array<std::array<Color, kCodes>, 3> terms{};  // what a channel's code adds to each output
+};
+
+}  // namespace
+
+ShownPicture showPicture(const Picture& input, const DisplayState& state, size_t threads) {
+    const Pipeline pipeline(state);
+    const size_t pixels = input.pixels.size() / 3;
+    ShownPicture shown{input, 0, std::vector<uint8_t>(pixels)};
+    const auto showPart = [&](size_t begin, size_t end) {
+        uint64_t clipped = 0;
+        for (size_t i = begin; i < end; ++i) {
+            shown.clipped[i] = pipeline.show(&shown.picture.pixels[3 * i]) ? 1 : 0;
+            clipped += shown.clipped[i];
+        }
+        return clipped;
+    };
+
+    const size_t count = threads > 0 ? threads : std::max(1U, std::thread::hardware_concurrency());
+    std::vector<std::future<uint64_t>> parts;
+    for (size_t part = 0; part < count; ++part) {
+        parts.push_back(std::async(std::launch::async, showPart, pixels * part / count, pixels * (part + 1) / count));
+    }
+    for (auto& part : parts) shown.clippedPixels += part.get();
     return shown;
 }
 
