@@ -18,12 +18,18 @@ constexpr size_t kSteps = 4096;  // a table's entries
 constexpr float kClipTolerance = 1.0F / 8192;
 
 using Matrix = std::array<float, 9>;
-using Color = std::array<float, 4>;  // red, green, blue, and 0 so that it is one register
 
 // Also takes what is no number, to 0.
-float clamp01(float value) {
-    if (!(value > 0.0F)) return 0.0F;
+float notBelow0(float value) {
+    return value > 0.0F ? value : 0.0F;
+}
+
+float notAbove1(float value) {
     return value < 1.0F ? value : 1.0F;
+}
+
+float clamp01(float value) {
+    return notAbove1(notBelow0(value));
 }
 
 // entries[0..last] belong to the positions 0 to last; position is not negative.
@@ -61,7 +67,7 @@ Matrix combine(const composer_ext::ColorTransformMatrix& first, const composer_e
 }
 
 bool isClipped(float value) {
-    return !(value >= -kClipTolerance && value <= 1.0F + kClipTolerance);
+    return !(value >= -kClipTolerance) | !(value <= 1.0F + kClipTolerance);
 }
 
 uint8_t toCode(float level) {
@@ -83,16 +89,17 @@ class CodeTable {
 public:
     explicit CodeTable(const DisplayState& state) : display(state), usable(neverFalls(state)) {
         if (!usable) return;
-        for (size_t step = 0; step <= kSteps; ++step) codeOfStep[step] = codeOf(state, levelOfStep(step));
         for (size_t code = 0; code < kCodes; ++code) begins[code] = firstLevelOf(code);
         begins[kCodes] = std::numeric_limits<float>::infinity();
+        for (size_t step = 0; step <= kSteps; ++step) codeOfStep[step] = codeOf(state, levelOfStep(step));
     }
 
-    uint8_t operator()(float level) const {
+    // The code of a level from 0 to 1, step being level * kSteps, rounded down.
+    uint8_t operator()(float level, int32_t step) const {
         if (!usable) return codeOf(display, level);
-        const float clamped = clamp01(level);
-        size_t code = codeOfStep[static_cast<size_t>(clamped * static_cast<float>(kSteps))];
-        while (clamped >= begins[code + 1]) ++code;
+        size_t code = codeOfStep[static_cast<size_t>(step)];
+        code += level >= begins[code + 1] ? 1 : 0;
+        while (level >= begins[code + 1]) ++code;  // in the dark only, where codes are dense
         return static_cast<uint8_t>(code);
     }
 
@@ -141,8 +148,8 @@ private:
 
     const DisplayState& display;
     const bool usable;
-    std::array<uint8_t, kSteps + 1> codeOfStep{};  // of the levels at which the gamma table has its entries, and of 1
-    std::array<float, kCodes + 1> begins{};        // the lowest level of each code
+    std::array<float, kCodes + 1> begins{};        // the lowest level of each code; no level has the last one
+    std::array<uint8_t, kSteps + 1> codeOfStep{};  // of the lowest level of each step of the gamma table, and of 1
 };
 
 // A display's way from codes to codes.
@@ -158,19 +165,51 @@ public:
         }
     }
 
-    // Shows a pixel in its place; says whether it is clipped.
-    bool show(uint8_t* pixel) const {
-        Color out;
-        for (size_t row = 0; row < out.size(); ++row) {
-            out[row] = (terms[0][pixel[0]][row] + terms[1][pixel[1]][row]) + terms[2][pixel[2]][row];
+    // Shows pixels in their places; clipped[i] says whether one is clipped. Counts those.
+    uint64_t show(uint8_t* pixels, uint8_t* clipped, size_t count) const {
+        uint64_t clippedPixels = 0;
+        for (size_t begin = 0; begin < count; begin += kBlock) {
+            clippedPixels += showBlock(pixels + 3 * begin, clipped + begin, std::min(kBlock, count - begin));
         }
-        for (size_t channel = 0; channel < 3; ++channel) pixel[channel] = codes(out[channel]);
-        return isClipped(out[0]) || isClipped(out[1]) || isClipped(out[2]);
+        return clippedPixels;
     }
 
 private:
+    static constexpr size_t kBlock = 256;  // pixels
+    static constexpr size_t kLanes = 4;    // a pixel's red, green and blue, and a 0 that makes them even
+
+    // One step a loop, so that it is done to several levels at a time.
+    uint64_t showBlock(uint8_t* pixels, uint8_t* clipped, size_t count) const {
+        const size_t lanes = kLanes * count;
+        std::array<float, kLanes * kBlock> levels;
+        for (size_t pixel = 0; pixel < count; ++pixel) {
+            const auto& red = terms[0][pixels[3 * pixel]];
+            const auto& green = terms[1][pixels[3 * pixel + 1]];
+            const auto& blue = terms[2][pixels[3 * pixel + 2]];
+            for (size_t lane = 0; lane < kLanes; ++lane) {
+                levels[kLanes * pixel + lane] = (red[lane] + green[lane]) + blue[lane];
+            }
+        }
+
+        std::array<int32_t, kLanes * kBlock> outside;
+        std::array<int32_t, kLanes * kBlock> steps;
+        for (size_t i = 0; i < lanes; ++i) outside[i] = isClipped(levels[i]);
+        for (size_t i = 0; i < lanes; ++i) levels[i] = notBelow0(levels[i]);
+        for (size_t i = 0; i < lanes; ++i) levels[i] = notAbove1(levels[i]);
+        for (size_t i = 0; i < lanes; ++i) steps[i] = static_cast<int32_t>(levels[i] * static_cast<float>(kSteps));
+
+        uint64_t clippedPixels = 0;
+        for (size_t pixel = 0; pixel < count; ++pixel) {
+            const size_t i = kLanes * pixel;
+            clipped[pixel] = static_cast<uint8_t>(outside[i] | outside[i + 1] | outside[i + 2]);
+            clippedPixels += clipped[pixel];
+            for (size_t lane = 0; lane < 3; ++lane) pixels[3 * pixel + lane] = codes(levels[i + lane], steps[i + lane]);
+        }
+        return clippedPixels;
+    }
+
     CodeTable codes;
-    std::array<std::array<Color, kCodes>, 3> terms{};  // what a channel's code adds to each output
+    std::array<std::array<std::array<float, kLanes>, kCodes>, 3> terms{};  // what a channel's code adds to each output
 };
 
 }  // namespace
@@ -180,14 +219,8 @@ ShownPicture showPicture(const Picture& input, const DisplayState& state, size_t
     const size_t pixels = input.pixels.size() / 3;
     ShownPicture shown{input, 0, std::vector<uint8_t>(pixels)};
     const auto showPart = [&](size_t begin, size_t end) {
-        uint64_t clipped = 0;
-        for (size_t i = begin; i < end; ++i) {
-            shown.clipped[i] = pipeline.show(&shown.picture.pixels[3 * i]) ? 1 : 0;
-            clipped += shown.clipped[i];
-        }
-        return clipped;
+        return pipeline.show(shown.picture.pixels.data() + 3 * begin, shown.clipped.data() + begin, end - begin);
     };
-
     const size_t count = threads > 0 ? threads : std::max(1U, std::thread::hardware_concurrency());
     std::vector<std::future<uint64_t>> parts;
     for (size_t part = 0; part < count; ++part) {
