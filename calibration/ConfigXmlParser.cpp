@@ -14,7 +14,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "calibration/Decimal.h"
 #include "calibration/PanelTable.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
@@ -48,22 +50,38 @@ class Reading {
 public:
     explicit Reading(ConfigXmlParser& target) : record(target) {}
 
-    double decimal(xmlNode& element) { return atof(charsOf(textOf(element))); }
+    double decimal(xmlNode& element) { return toDecimal(textOf(element).chars); }
 
     // The low 32 bits of a hexadecimal number, with or without 0x.
     int32_t hexadecimal(xmlNode& element) {
-        return static_cast<int32_t>(static_cast<uint32_t>(strtol(charsOf(textOf(element)), nullptr, /*base=*/16)));
+        return static_cast<int32_t>(static_cast<uint32_t>(strtol(textOf(element).chars, nullptr, /*base=*/16)));
     }
 
     ConfigXmlParser& record;
 
 private:
-    // The whole text inside an element; null when entities would make more of it than is left for the document.
-    XmlText textOf(xmlNode& element) { return XmlText(mayExpand(element) ? xmlNodeGetContent(&element) : nullptr); }
+    struct Text {
+        XmlText copy;  // null where none was needed
+        const char* chars;
+    };
 
-    static const char* charsOf(const XmlText& text) {
-        return text == nullptr ? "" : reinterpret_cast<const char*>(text.get());
+    // The whole text inside an element; "" when entities would make more of it than is left for the document. A text
+    // that stands alone, as nearly all do, is taken where it is.
+    Text textOf(xmlNode& element) {
+        if (const xmlChar* const text = loneTextOf(element); text != nullptr) return {nullptr, charsOf(text)};
+        XmlText copy(mayExpand(element) ? xmlNodeGetContent(&element) : nullptr);
+        const char* const chars = copy == nullptr ? "" : charsOf(copy.get());
+        return {std::move(copy), chars};
     }
+
+    // Null unless the element holds one piece of text and nothing else.
+    static const xmlChar* loneTextOf(const xmlNode& element) {
+        const xmlNode* const child = element.children;
+        const bool isLone = child != nullptr && child->next == nullptr && child->type == XML_TEXT_NODE;
+        return isLone ? child->content : nullptr;
+    }
+
+    static const char* charsOf(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
 
     // Takes what an element's entities stand for off the text that is left for entities; false when it is too much.
     bool mayExpand(const xmlNode& node) {

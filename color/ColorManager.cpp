@@ -11,17 +11,50 @@ namespace {
 
 constexpr double kSmallestDivisor = 1e-6;
 
-// a x b. Each element is the running sum ((0 + p0) + p1) + p2 of its three products, every step rounded to float, so
-// that it has the same bits everywhere.
+// a x b. Each element is the sum (p0 + p1) + p2 of its three products, every step rounded to float, so that it has the
+// same bits everywhere.
 TMat33<float> product(const TMat33<float>& a, const TMat33<float>& b) {
     TMat33<float> result;
     for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {
         for (size_t column = 0; column < 3; ++column) {
-            result[row + column] =
-                ((0.0F + a[row] * b[column]) + a[row + 1] * b[3 + column]) + a[row + 2] * b[6 + column];
+            result[row + column] = (a[row] * b[column] + a[row + 1] * b[3 + column]) + a[row + 2] * b[6 + column];
         }
     }
     return result;
+}
+
+// The largest output over the seven non-black corners, corner by corner: what maxRgb is.
+float largestOfCorners(const TMat33<float>& m) {
+    constexpr float kCorners[7][3] = {{1, 1, 1}, {1, 1, 0}, {1, 0, 1}, {0, 1, 1}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+    float best = 0.0F;
+    for (const auto& [r, g, b] : kCorners) {
+        for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {
+            const float out = ((m[row] * r + 0.0F) + m[row + 1] * g) + m[row + 2] * b;
+            best = best > out ? best : out;
+        }
+    }
+    return best;
+}
+
+float positive(float value) {
+    return value > 0.0F ? value : 0.0F;
+}
+
+// The same bits for finite elements. A corner adds up some of each row's elements, in their order, and a rounded sum
+// never falls when what is added grows: the largest takes each element that is positive and, in place of another, 0.
+float largestOfRows(const TMat33<float>& m) {
+    float best = 0.0F;
+    for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {
+        const float out = (positive(m[row]) + positive(m[row + 1])) + positive(m[row + 2]);
+        best = best > out ? best : out;
+    }
+    return best;
+}
+
+bool isFinite(const TMat33<float>& m) {
+    float zero = 0.0F;  // what is not finite makes it NaN
+    for (size_t i = 0; i < TMat33<float>::kSize; ++i) zero += m[i] * 0.0F;
+    return zero == 0.0F;
 }
 
 }  // namespace
@@ -69,8 +102,12 @@ int ColorManager::setEyeCareCT(int32_t level) {
     return 0;
 }
 
+// The running sums are ((0 + p0) + p1) + p2. The 0 is added once, at the end of the chain: all it ever does is to make
+// -0 a 0, and a zero's sign passes through a product into signs of zeros only.
 TMat33<float> ColorManager::composedCtm() const {
-    return product(eyeCareCtm, product(unlimitedCtm, product(wpcCtm, ccmCtm)));
+    TMat33<float> result = product(eyeCareCtm, product(unlimitedCtm, product(wpcCtm, ccmCtm)));
+    for (size_t i = 0; i < TMat33<float>::kSize; ++i) result[i] += 0.0F;
+    return result;
 }
 
 TMat33<float> ColorManager::finalCtm() const {
@@ -80,15 +117,7 @@ TMat33<float> ColorManager::finalCtm() const {
 }
 
 float ColorManager::maxRgb(const TMat33<float>& m) {
-    constexpr float kCorners[7][3] = {{1, 1, 1}, {1, 1, 0}, {1, 0, 1}, {0, 1, 1}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-    float best = 0.0F;
-    for (const auto& [r, g, b] : kCorners) {
-        for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {
-            const float out = ((m[row] * r + 0.0F) + m[row + 1] * g) + m[row + 2] * b;
-            best = best > out ? best : out;
-        }
-    }
-    return best;
+    return isFinite(m) ? largestOfRows(m) : largestOfCorners(m);
 }
 
 int ColorManager::scaleCCM(TMat33<float>& m) {

@@ -3,9 +3,8 @@
 #include <platform/Log.h>
 #include <platform/OutOfMemory.h>
 
-#include <cmath>
-
 #include "calibration/ConfigXmlParser.h"
+#include "color/PowerTable.h"
 #include "service/Composer.h"
 #include "service/DisplayControlImpl.h"
 
@@ -17,14 +16,6 @@ composer_types::GammaLut toComposer(const float* entries) {
     composer_types::GammaLut table;
     table.entries = entries;
     return table;
-}
-
-// Entry i is (i / 4096) ^ exponent, computed in double precision and rounded once.
-void fillPowerTable(GammaLut& table, float exponent) {
-    constexpr double kStep = 0.000244140625;  // 1 / 4096
-    for (size_t i = 0; i < table.entries.size(); ++i) {
-        table.entries[i] = static_cast<float>(std::pow(static_cast<double>(i) * kStep, static_cast<double>(exponent)));
-    }
 }
 
 }  // namespace
@@ -73,7 +64,7 @@ Return<Result> DisplayControlImpl::setGlobalGamma(uint64_t handle, uint64_t disp
 Result DisplayControlImpl::sendPowerTable(uint64_t display, float exponent) {
     if (composerExt == nullptr) return Result::FAILED;
     GammaLut table;
-    fillPowerTable(table, exponent);
+    fillPowerTable(table.entries.data(), exponent);
     return sendGammaTable(display, table.entries.data());
 }
 

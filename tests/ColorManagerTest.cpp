@@ -41,7 +41,7 @@ Matrix productStepByStep(const Matrix& a, const Matrix& b) {
     return result;
 }
 
-Matrix normalisedStepByStep(Matrix m) {
+float largestStepByStep(const Matrix& m) {
     volatile float best = 0;
     for (const int corner : {0b111, 0b110, 0b101, 0b011, 0b100, 0b010, 0b001}) {
         for (size_t row = 0; row < 3; ++row) {
@@ -54,6 +54,11 @@ Matrix normalisedStepByStep(Matrix m) {
             if (!(best > out)) best = out;
         }
     }
+    return best;
+}
+
+Matrix normalisedStepByStep(Matrix m) {
+    const float best = largestStepByStep(m);
     const volatile double threshold = 1e-6;
     if (static_cast<double>(best) > threshold) {
         for (size_t i = 0; i < 9; ++i) m[i] = m[i] / best;
@@ -89,6 +94,23 @@ TEST(FinalCtm, HasTheBitsOfItsDefinition) {
             (*matrices[place / 9])[place % 9] = odd;
             ASSERT_EQ(textOf(colors.finalCtm()), referenceFinal(colors)) << odd << " in place " << place;
         }
+    }
+}
+
+// Sums that cancel, that are zeros of both signs, and that leave float's range.
+TEST(FinalCtm, HasTheBitsOfItsDefinitionForAwkwardElements) {
+    const float kElements[] = {0,     -0.0F,  1,      -1,    2,      -2,        0.1F,       -0.1F, 1e-45F,
+                               1e30F, -1e30F, 1e-23F, 3e38F, -3e38F, HUGE_VALF, -HUGE_VALF, NAN};
+    std::mt19937 random(1);
+    for (size_t sample = 0; sample < 20'000; ++sample) {
+        std::uniform_int_distribution<size_t> element(0, sample % std::size(kElements));
+        ColorManager colors;
+        for (Matrix* m : {&colors.wpcCtm, &colors.ccmCtm, &colors.unlimitedCtm, &colors.eyeCareCtm}) {
+            for (size_t i = 0; i < Matrix::kSize; ++i) (*m)[i] = kElements[element(random)];
+        }
+        ASSERT_EQ(textOf(colors.finalCtm()), referenceFinal(colors)) << textOf(colors.composedCtm());
+        const float largest[] = {ColorManager::maxRgb(colors.ccmCtm), largestStepByStep(colors.ccmCtm)};
+        ASSERT_EQ(fakes::text(&largest[0], 1), fakes::text(&largest[1], 1)) << textOf(colors.ccmCtm);
     }
 }
 

@@ -10,8 +10,8 @@ namespace simulator {
 
 struct ShownPicture {
     Picture picture;
-    uint64_t clippedPixels = 0;  // pixels with a channel that left the matrices below 0 or above 1
-    std::vector<bool> clipped;   // for each pixel, whether it is one of them
+    uint64_t clippedPixels = 0;    // pixels with a channel that left the matrices below 0 or above 1
+    std::vector<uint8_t> clipped;  // for each pixel, 1 if it is one of them, otherwise 0
 };
 
 // Pushes a picture through what the composer holds for a display: each coded value through the de-gamma table, the
@@ -19,6 +19,7 @@ struct ShownPicture {
 // the tone curve. Tables are read at level * 4096 between two entries by linear interpolation; beyond the last entry it
 // holds. A channel counts as clipped when it is out of range by more than half a table step, 1 / 8192; what is no
 // number is taken as 0 and counts.
-ShownPicture showPicture(const Picture& input, const DisplayState& state);
+// The picture is shared out among so many threads; 0 is as many as the machine has cores.
+ShownPicture showPicture(const Picture& input, const DisplayState& state, size_t threads = 0);
 
 }  // namespace simulator

@@ -1,0 +1,9 @@
+// Decimal numbers as text.
+#pragma once
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+// What atof makes of a text in the "C" locale, which is the service's: the same bits for every text.
+double toDecimal(const char* text);
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation

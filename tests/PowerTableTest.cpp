@@ -1,0 +1,70 @@
+#include "color/PowerTable.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace vendor::kov::hardware::display_control::V1_0::implementation {
+
+namespace {
+
+using Table = std::vector<float>;
+
+Table oneByOne(float exponent) {
+    Table table(kPowerTable);
+    for (size_t i = 0; i < kPowerTable; ++i) {
+        table[i] = static_cast<float>(std::pow(static_cast<double>(i) / 4096, static_cast<double>(exponent)));
+    }
+    return table;
+}
+
+// The first entry of different bits; the table's size when there is none.
+size_t firstDifference(float exponent) {
+    Table table(kPowerTable, 7);
+    fillPowerTable(table.data(), exponent);
+    const Table expected = oneByOne(exponent);
+    size_t i = 0;
+    while (i < kPowerTable && memcmp(&table[i], &expected[i], sizeof(float)) == 0) ++i;
+    return i;
+}
+
+}  // namespace
+
+TEST(PowerTable, HasTheBitsOfPowForChosenExponents) {
+    using Limits = std::numeric_limits<float>;
+    std::vector<float> exponents = {Limits::infinity(),
+                                    Limits::quiet_NaN(),
+                                    Limits::max(),
+                                    Limits::denorm_min(),
+                                    1 / 2.2F,
+                                    1 / 2.4F,
+                                    std::sqrt(2.F),
+                                    16.000002F,
+                                    3e-8F,
+                                    1e-7F,
+                                    1e30F};
+    for (int halves = 0; halves <= 80; ++halves) exponents.push_back(static_cast<float>(halves) / 2);
+    for (int tenths = 1; tenths < 50; ++tenths) exponents.push_back(static_cast<float>(tenths) / 10);
+    for (const float exponent : exponents) {
+        EXPECT_EQ(firstDifference(exponent), kPowerTable) << exponent;
+        EXPECT_EQ(firstDifference(-exponent), kPowerTable) << -exponent;
+    }
+}
+
+TEST(PowerTable, HasTheBitsOfPowForTensOfThousandsOfExponents) {
+    std::mt19937 random(1);
+    std::uniform_real_distribution<float> usual(-17, 17);
+    std::uniform_real_distribution<float> magnitude(-40, 8);
+    for (int i = 0; i < 10'000; ++i) {
+        const float exponent = usual(random);
+        ASSERT_EQ(firstDifference(exponent), kPowerTable) << exponent;
+        const float tinyToHuge = std::exp2(magnitude(random));
+        ASSERT_EQ(firstDifference(tinyToHuge), kPowerTable) << tinyToHuge;
+    }
+}
+
+}  // namespace vendor::kov::hardware::display_control::V1_0::implementation
