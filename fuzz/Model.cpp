@@ -163,7 +163,7 @@ void Worker::send(Message message, Lines& told) {
     curve[placeOf(message.level)] = message.level;
     std::string line =
         message.kind == Kind::START ? "composer setAladParams(0, 1, 0: 4, 14:" : "composer setAladParams(0, 1, 14:";
-    for (const int32_t value : curve) line += " " + std::to_string(value);
+    for (const int32_t value : curve) line += value == 0 ? " 0" : " " + std::to_string(value);
     told.push_back(line + ")");
 }
 

@@ -55,7 +55,7 @@ struct Surroundings {
 
 // The closed tone-curve library: the level of a light, and where it writes the level in the curve.
 inline int levelOf(int lux) {
-    return lux < 1000 ? 2 : lux < 50000 ? lux / 2000 : 1;
+    return lux < 1000 ? 2 : lux < 50000 ? lux / 4000 : 1;
 }
 inline size_t placeOf(int level) {
     return static_cast<size_t>(level) % 256;

@@ -1,0 +1,55 @@
+// The calibration reader on any document: the same record each time, the record that a plainer reading makes, and
+// nothing left open.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstring>
+
+#include "fuzz/PlainReading.h"
+#include "fuzz/Quiet.h"
+#include "fuzz/Require.h"
+#include "tests/fakes/PhoneFolder.h"
+
+namespace fuzz {
+
+namespace {
+
+std::unique_ptr<CalibrationRecord> read() {
+    auto record = std::make_unique<CalibrationRecord>();
+    record->parser();
+    return record;
+}
+
+// Bits, padding included: records are zero when they are made.
+bool isSame(const CalibrationRecord& a, const CalibrationRecord& b) {
+    return memcmp(&a, &b, sizeof a) == 0;
+}
+
+int lowestFreeDescriptor() {
+    const int descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    close(descriptor);
+    return descriptor;
+}
+
+void readCalibration(const std::string& document) {
+    static const fakes::PhoneFolder kPhone;
+    kPhone.write(fakes::kDefaultCalibration, document);
+    beQuiet();
+    const int free = lowestFreeDescriptor();
+    const auto record = read();
+    beQuiet();
+    require(isSame(*record, *read()), "the same document makes the same record");
+    beQuiet();
+    const auto plain = readPlainly(document);
+    require(plain == nullptr || isSame(*record, *plain), "the record is the one of the plain reading");
+    require(lowestFreeDescriptor() == free, "nothing is left open");
+}
+
+}  // namespace
+
+}  // namespace fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    fuzz::readCalibration({data, data + size});
+    return 0;
+}
