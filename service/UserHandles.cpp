@@ -17,9 +17,9 @@ std::atomic<uint64_t> userHandleCount{0};  // the last handle handed out, by any
 Return<void> DisplayControlImpl::allocUserHandle(uint32_t /*value*/,
                                                  const std::function<void(Result, uint64_t)>& callback) {
     uint64_t last = userHandleCount.load();
-    while (!userHandleCount.compare_exchange_weak(last, nextHandle(last))) {
-    }
-    const uint64_t handle = nextHandle(last);
+    uint64_t handle = 0;
+    do handle = nextHandle(last);
+    while (!userHandleCount.compare_exchange_weak(last, handle));
     callback(Result::OK, handle);
     LOG_INFO("%lu", handle);
     return Void();

@@ -154,6 +154,8 @@ TEST_F(CalibrationTest, CountsOnlyElementsAndTakesThemByPosition) {
         {"any names, comments, text and instructions between",
          "<CTM_CCM>0.5<a>1</a><!-- <v>9</v> --><b>2</b>text<?v 9?><![CDATA[9]]>" + elements(countTo(7)) + "</CTM_CCM>",
          "CCM![1 2 1 2 3 4 5 6 7]"},
+        {"text and character data around", "1<![CDATA[2]]>" + block("CTM_CCM", countTo(9)) + "<![CDATA[3]]>",
+         "CCM![1 2 3 4 5 6 7 8 9]"},
         {"twice", block("CTM_CCM", countTo(9)) + block("CTM_CCM", {7, 7}), "CCM![7 7 3 4 5 6 7 8 9]"},
         {"short ones never add up", block("WPCParam", countTo(5)) + block("WPCParam", countTo(4)), "Param[1 2 3 4 5]"},
         {"warm alone", "<UnlimitedCT><Warm>1</Warm></UnlimitedCT>", "CT[1]"},
@@ -217,6 +219,8 @@ TEST_F(CalibrationTest, EntitiesComeFromTheDocumentOnly) {
     much += "'>]";
     EXPECT_EQ(withEntity(much, "&e;").substr(0, 10), "WPC![inf 1") << "half of what entities may make";
     EXPECT_EQ(withEntity(much, "&e;&e;"), kUnset);
+    EXPECT_EQ(withEntity(much, "<w>&e;&e;</w>"), kUnset) << "also further inside";
+    EXPECT_EQ(withEntity("[<!ENTITY f '&e;&e;'>" + much.substr(1), "&f;"), kUnset) << "and in one another";
     EXPECT_EQ(withEntity("[<!ENTITY e SYSTEM 'secret.txt'>]", "&e;"), kUnset);
     EXPECT_EQ(withEntity("[<!ENTITY e SYSTEM '" + url + ".txt'>]", "&e;"), kUnset);
     EXPECT_EQ(withEntity("SYSTEM 'secret.dtd'", "&e;"), kUnset);

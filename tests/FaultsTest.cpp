@@ -295,12 +295,12 @@ TEST_F(FaultsTest, EveryCallOfTheComposerAndTheSensorsFailsOnce) {
     for (const auto& [fault, lasting] : kFaults) {
         SCOPED_TRACE("fault " + number(static_cast<int>(fault)) + (lasting ? " lasting" : ""));
         for (size_t at = 1; at <= composerCalls; ++at) {
-            SCOPED_TRACE("composer, call " + number(at));
+            SCOPED_TRACE("composer, call " + std::to_string(at));
             runWith({fault, at, lasting}, kNone);
             expectAllWell();
         }
         for (size_t at = 1; at <= sensorCalls; ++at) {
-            SCOPED_TRACE("sensors, call " + number(at));
+            SCOPED_TRACE("sensors, call " + std::to_string(at));
             runWith(kNone, {fault, at, lasting});
             expectAllWell();
         }
@@ -358,7 +358,7 @@ TEST_F(FaultsTest, EveryFileCallFailsOnce) {
         for (const int error : {EIO, EINTR, EMFILE, 0}) {
             if (error == 0 && call != FileCall::READ && call != FileCall::WRITE) continue;
             for (size_t at = 1; at <= count; ++at) {
-                SCOPED_TRACE("file call " + number(static_cast<int>(call)) + " at " + number(at) + ", errno " +
+                SCOPED_TRACE("file call " + number(static_cast<int>(call)) + " at " + std::to_string(at) + ", errno " +
                              number(error));
                 expectSession({call, at, error});
                 expectAllWell();

@@ -2,6 +2,8 @@
 #include <hidl/Status.h>
 #include <platform/DeviceFiles.h>
 #include <platform/Log.h>
+#include <platform/OutOfMemory.h>
+#include <platform/Services.h>
 #include <platform/VirtualClock.h>
 #include <unistd.h>
 
@@ -30,7 +32,12 @@ TEST(ReturnDeathTest, AFailureThatNobodyLookedAtEndsTheProcess) {
             answer = Return<int32_t>(5);
         },
         "not checked");
-    EXPECT_DEATH({ const Return<int32_t> moved = Return<int32_t>(failed()); }, "not checked");
+    EXPECT_DEATH(
+        {
+            Return<int32_t> answer(failed());
+            const Return<int32_t> moved = std::move(answer);
+        },
+        "not checked");
     EXPECT_DEATH(
         {
             const Return<int32_t> answer = Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, "no light");
@@ -45,6 +52,13 @@ TEST(Return, AFailureThatWasLookedAtIsTheCallersAffair) {
     EXPECT_EQ(answer.withDefault(7), 7);
     EXPECT_TRUE(answer.isDeadObject());
     EXPECT_FALSE(Return<void>(failed()).isOk());
+    Return<int32_t> given(failed());
+    const Return<int32_t> taken = std::move(given);
+    EXPECT_FALSE(taken.isOk());
+    answer = Return<int32_t>(5);
+    answer = Return<int32_t>(6);
+    EXPECT_EQ(answer.withDefault(7), 6);
+    EXPECT_EQ(answer.description(), "Status(EX_NONE)");
     EXPECT_EQ(Return<int32_t>(5).withDefault(7), 5);
     EXPECT_TRUE(Status::fromStatusT(android::OK).isOk());
     EXPECT_EQ(Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, nullptr).exceptionCode(), Status::EX_ILLEGAL_STATE);
@@ -58,6 +72,7 @@ TEST(Log, BelowTheMinimumPriorityNoArgumentIsEvaluated) {
     LOG_DEBUG("%d", ++evaluated);
     EXPECT_EQ(__android_log_print(ANDROID_LOG_DEBUG, "TAG", "%d", 1), 0);
     LOG_INFO("%d", ++evaluated);
+    EXPECT_EQ(__android_log_get_minimum_priority(), ANDROID_LOG_INFO);
     EXPECT_EQ(__android_log_set_minimum_priority(ANDROID_LOG_DEFAULT), ANDROID_LOG_INFO);
     LOG_DEBUG("%d", ++evaluated);
     EXPECT_EQ(__android_log_print(ANDROID_LOG_DEBUG, "TAG", "%s", std::string(2000, 'x').c_str()), 1);
@@ -66,11 +81,28 @@ TEST(Log, BelowTheMinimumPriorityNoArgumentIsEvaluated) {
 }
 
 TEST(Log, TheDefaultLoggerWritesABriefLine) {
-    testing::internal::CaptureStderr();
-    __android_log_print(ANDROID_LOG_WARN, "TAG", "%s %d", "level", 5);
-    char expected[64];
-    snprintf(expected, sizeof expected, "W/TAG(%5d): level 5\n", getpid());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
+    const std::pair<int32_t, char> kLetters[] = {
+        {ANDROID_LOG_UNKNOWN, '?'}, {ANDROID_LOG_WARN, 'W'}, {ANDROID_LOG_SILENT, 'S'}, {9, '?'}, {-1, '?'}};
+    __android_log_set_minimum_priority(-1);
+    for (const auto& [priority, letter] : kLetters) {
+        testing::internal::CaptureStderr();
+        __android_log_print(priority, "TAG", "%s %d", "level", 5);
+        char expected[64];
+        snprintf(expected, sizeof expected, "%c/TAG(%5d): level 5\n", letter, getpid());
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
+    }
+    __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
+}
+
+TEST(OutOfMemory, GivesTheFallbackForEitherException) {
+    EXPECT_EQ(platform::unlessOutOfMemory(1, [] { return 2; }), 2);
+    EXPECT_EQ(platform::unlessOutOfMemory(1, []() -> int { throw std::bad_alloc(); }), 1);
+    EXPECT_EQ(platform::unlessOutOfMemory(1, [] { return std::vector<int>(SIZE_MAX)[0]; }), 1);
+}
+
+TEST(Services, NothingCannotBePublished) {
+    EXPECT_EQ(platform::addService("interface", "default", nullptr), android::UNKNOWN_ERROR);
+    EXPECT_EQ(platform::findService("interface", "default"), nullptr);
 }
 
 TEST(StrongPointer, TheLastOneDeletes) {
@@ -103,7 +135,12 @@ TEST(DeviceFiles, TheRootStandsBeforeThePhonesPath) {
 }
 
 TEST(RealClock, AWaitEndsAtItsDeadlineOrWithANotification) {
-    Clock& clock = platform::realClock();
+    Clock& clock = platform::clock();
+    ASSERT_EQ(&clock, &platform::realClock()) << "in force unless another is set";
+    const Clock::Duration start = clock.now();
+    clock.sleepFor(1ns);
+    EXPECT_GT(clock.now(), start);
+
     platform::Mutex mutex;
     platform::Condition changed;
     const Clock::Duration deadline = clock.now() + 2ms;
@@ -181,6 +218,14 @@ TEST_F(VirtualClockTest, ANotificationWakesEarly) {
     clock.advance(20s);
     EXPECT_THAT(fakes::journal::take(), ElementsAre("stopped"));
     worker.join();
+    std::thread late = clock.startThread([&] {
+        platform::Lock lock(mutex);
+        clock.waitUntil(changed, lock, clock.now() - 1s);
+        fakes::journal::add("not in time");
+    });
+    clock.settle();
+    EXPECT_THAT(fakes::journal::take(), ElementsAre("not in time"));
+    clock.join(late);
     clock.sleepFor(1s);
     EXPECT_EQ(clock.now(), 24s) << "on the stepping thread a sleep is a step";
 }

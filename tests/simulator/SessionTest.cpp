@@ -95,11 +95,16 @@ TEST_F(SessionTest, EverythingThatALineCausesAppearsInItsOrder) {
     EXPECT_THAT(order(), IsEmpty());
 }
 
-TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
-    const std::string numbers = (std::filesystem::path(::testing::TempDir()) / "table.txt").string();
-    std::ofstream table(numbers);
+// A file with a table of 4096 entries.
+std::string tableFile() {
+    const std::string name = (std::filesystem::path(::testing::TempDir()) / "table.txt").string();
+    std::ofstream table(name);
     for (int i = 0; i < 4096; ++i) table << i << "e-4\n";
-    table.close();
+    return name;
+}
+
+TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
+    const std::string numbers = tableFile();
     run("displays 2");
     run("init");
     const std::string identity = " 1 0 0 0 1 0 0 0 1";
@@ -142,6 +147,50 @@ TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
         run(line);
         for (const auto& [key, value] : expected.items()) EXPECT_EQ(answer()[key], value) << key;
     }
+}
+
+TEST_F(SessionTest, ASuppressedLogChangesNothingElse) {
+    const std::string identity = " 1 0 0 0 1 0 0 0 1";
+    const std::string script =
+        "init\ngetNumOfDisplay\ngetDisplayInfo 0\nsetColorTransformMatrix 0" + identity +
+        "\nsetColorTransformMatrix2 0" + identity + identity +
+        "\ngetColorTransformMatrix 0\ngetColorTransformMatrix2 0\nsetGlobalGammaLut 0 " + tableFile() +
+        "\nsetGlobalDeGammaLut 0 " + tableFile() +
+        "\ngetGlobalGammaLut 0\ngetGlobalDeGammaLut 0\nsetGlobalGamma 0 0.5\nsetUnlimitedCT 0 50\nsetEyeCareCT 0 50\n"
+        "setUnlimitedCT 0 1000\nsetEyeCareCT 0 -1000\nsetSmartEnvironmentMode 0\nsetCabcMode 0 3\nsetCabcMode 0 7\n"
+        "setFeature 0 1 0 0\nsetStandardMode 0\nlight 20000\nsetAlad 0 1\nwait 3s\nsensor fail disable\nsetAlad 0 0\n"
+        "sensor fail service\nsetAlad 0 1\nsensor fail find\nsetAlad 0 1\nsensor fail queue\nsetAlad 0 1\n"
+        "sensor fail enable\nsetAlad 0 1\nexclusiveModeEnter 1\nexclusiveModeExit 1\n"
+        "whitepoint 313 329\nsetSmartEnvironmentMode 0\nremove whitepoint\nsetSmartEnvironmentMode 0\n"
+        "remove cabc\nsetCabcSysNode 0 1\nremove panel\ninit\nremove calibration\ninit\nfreeUserHandle\n"
+        "composer stop\ninit\n";
+    // What happens besides log lines, and how many log lines there are.
+    const auto play = [&](int32_t logPriority) {
+        SessionOptions options;
+        options.logPriority = logPriority;
+        std::stringstream told;
+        Timeline events(told, Timeline::Format::JSON);
+        session.reset();
+        session.emplace(options, events);
+        std::istringstream lines(script);
+        size_t count = 0;
+        for (std::string line; std::getline(lines, line);) session->run(line, ++count);
+        session.reset();
+
+        std::string others;
+        size_t logged = 0;
+        for (std::string event; std::getline(told, event);) {
+            if (Json::parse(event)["event"] == "log") {
+                ++logged;
+            } else {
+                others += event + "\n";
+            }
+        }
+        return std::make_pair(others, logged);
+    };
+    const auto [aloud, lines] = play(ANDROID_LOG_DEBUG);
+    EXPECT_GT(lines, 60U);
+    EXPECT_EQ(play(ANDROID_LOG_SILENT), std::make_pair(aloud, size_t{0}));
 }
 
 TEST_F(SessionTest, ThePhoneAroundTheServiceCanChange) {

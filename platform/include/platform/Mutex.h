@@ -21,12 +21,8 @@
 
 namespace platform {
 
+// Held through a Lock only.
 class PLATFORM_CAPABILITY("mutex") Mutex {
-public:
-    void lock() PLATFORM_ACQUIRE() { mutex.lock(); }
-    void unlock() PLATFORM_RELEASE() { mutex.unlock(); }
-
-private:
     friend class Lock;
     std::mutex mutex;
 };
