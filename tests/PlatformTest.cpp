@@ -5,6 +5,7 @@
 #include <platform/OutOfMemory.h>
 #include <platform/Services.h>
 #include <platform/VirtualClock.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/ServiceTest.h"
@@ -80,18 +81,24 @@ TEST(Log, BelowTheMinimumPriorityNoArgumentIsEvaluated) {
                 ElementsAre("log I TestBody: 1", "log D TestBody: 2", "log D TAG " + std::string(1023, 'x')));
 }
 
-TEST(Log, TheDefaultLoggerWritesABriefLine) {
-    const std::pair<int32_t, char> kLetters[] = {
-        {ANDROID_LOG_UNKNOWN, '?'}, {ANDROID_LOG_WARN, 'W'}, {ANDROID_LOG_SILENT, 'S'}, {9, '?'}, {-1, '?'}};
-    __android_log_set_minimum_priority(-1);
-    for (const auto& [priority, letter] : kLetters) {
-        testing::internal::CaptureStderr();
-        __android_log_print(priority, "TAG", "%s %d", "level", 5);
-        char expected[64];
-        snprintf(expected, sizeof expected, "%c/TAG(%5d): level 5\n", letter, getpid());
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
-    }
-    __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
+std::string briefLine(const std::string& begin, pid_t process, const std::string& text) {
+    char number[16];
+    snprintf(number, sizeof number, "(%5d): ", process);
+    return begin + number + text + "\n";
+}
+
+TEST(Log, TheDefaultLoggerWritesBriefLines) {
+    const std::string longTag(2000, 't');
+    testing::internal::CaptureStderr();
+    __android_log_print(ANDROID_LOG_WARN, "TAG", "%s %d", "level", 5);
+    __android_log_print(ANDROID_LOG_SILENT + 1, "", "%s", std::string(2000, 'x').c_str());
+    __android_log_print(ANDROID_LOG_INFO, longTag.c_str(), "cut");
+    const pid_t forked = fork();
+    if (forked == 0) _exit(__android_log_print(ANDROID_LOG_INFO, "TAG", "forked") - 1);
+    waitpid(forked, nullptr, 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              briefLine("W/TAG", getpid(), "level 5") + briefLine("?/", getpid(), std::string(1023, 'x')) + "I/" +
+                  longTag.substr(0, 1150) + "\n" + briefLine("I/TAG", forked, "forked"));
 }
 
 TEST(OutOfMemory, GivesTheFallbackForEitherException) {

@@ -1,10 +1,15 @@
 #include <platform/Log.h>
 
+#include <pthread.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
+#include <iterator>
+#include <string_view>
 
 namespace platform {
 
@@ -18,10 +23,43 @@ constexpr size_t kMaxMessage = 1024;  // bytes, the final zero included; longer 
 
 std::atomic<__android_logger_function> currentLogger{__android_log_stderr_logger};
 
-char letterOf(int32_t priority) {
-    constexpr char kLetters[] = {'?', '?', 'V', 'D', 'I', 'W', 'E', 'F', 'S'};
-    return priority >= 0 && priority <= ANDROID_LOG_SILENT ? kLetters[priority] : '?';
+std::string_view letterOf(int32_t priority) {
+    constexpr std::string_view kLetters = "??VDIWEFS";
+    const bool isKnown = priority >= 0 && priority <= ANDROID_LOG_SILENT;
+    return kLetters.substr(isKnown ? static_cast<size_t>(priority) : 0, 1);
 }
+
+// Asks the system once, and again in a process that was forked off.
+pid_t processId() {
+    static std::atomic<pid_t> id{getpid()};
+    [[maybe_unused]] static const int kWatched = pthread_atfork(nullptr, nullptr, [] { id = getpid(); });
+    return id;
+}
+
+// A printed line being put together. What does not fit is cut.
+struct Line {
+    void add(std::string_view part) {
+        const size_t bytes = std::min(part.size(), kLongest - length);
+        memcpy(text + length, part.data(), bytes);
+        length += bytes;
+    }
+
+    // At least five characters wide.
+    void addNumber(int number) {
+        char digits[16];
+        const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+        const std::string_view written(digits, static_cast<size_t>(end - digits));
+        constexpr std::string_view kBlanks = "     ";
+        if (written.size() < kBlanks.size()) add(kBlanks.substr(written.size()));
+        add(written);
+    }
+
+    void end() { text[length++] = '\n'; }
+
+    static constexpr size_t kLongest = kMaxMessage + 128;
+    char text[kLongest + 1];
+    size_t length = 0;
+};
 
 }  // namespace
 
@@ -44,12 +82,16 @@ void __android_log_set_logger(__android_logger_function logger) {
 }
 
 void __android_log_stderr_logger(const struct __android_log_message* log_message) {
-    char line[kMaxMessage + 128];
-    const int length = snprintf(line, sizeof line, "%c/%s(%5d): %s\n", letterOf(log_message->priority),
-                                log_message->tag, getpid(), log_message->message);
-    if (length < 0) return;
-    const size_t bytes = std::min(static_cast<size_t>(length), sizeof line - 1);
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line, bytes);  // a log has nowhere to complain
+    Line line;
+    line.add(letterOf(log_message->priority));
+    line.add("/");
+    line.add(log_message->tag);
+    line.add("(");
+    line.addNumber(processId());
+    line.add("): ");
+    line.add(log_message->message);
+    line.end();
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.text, line.length);  // nowhere to complain
 }
 
 int32_t __android_log_set_minimum_priority(int32_t priority) {
