@@ -42,7 +42,7 @@ constexpr float kFloats[] = {0, 1, -1, 2, 0.5F, 1 / 2.2F, 2.2F, -0.0F, 1e-7F, 1e
 constexpr float kLights[] = {300,  0,     -5,    4999,  5000,  5001,   7999,  8000,  8001,      9000,
                              9999, 20000, 30000, 49999, 60000, 123.9F, -0.7F, 5e10F, -INFINITY, NAN};
 constexpr int64_t kDurations[] = {0, 1, 19, 20, 21, 500, 979, 980, 1000, 1020, 2000, 5000};  // milliseconds
-constexpr size_t kTableSizes[] = {0, 0, 0, 0, 0, 0, 3, 4096, 4097};
+constexpr std::array<size_t, 64> kTableSizes = {0, 0, 0, 0, 0, 0, 3, 4096, 4097};  // mostly none: they take long
 constexpr fakes::Fault kFaults[] = {
     fakes::Fault::NONE, fakes::Fault::REFUSES, fakes::Fault::SILENT,      fakes::Fault::TWICE,
     fakes::Fault::LATE, fakes::Fault::NONE,    fakes::Fault::UNREACHABLE, fakes::Fault::DIES_AFTER_ANSWER};
