@@ -6,7 +6,6 @@
 #include <cmath>
 #include <functional>
 #include <iterator>
-#include <limits>
 #include <string_view>
 #include <utility>
 
