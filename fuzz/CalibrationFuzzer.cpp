@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstring>
+#include <string_view>
 
 #include "fuzz/PlainReading.h"
 #include "fuzz/Quiet.h"
@@ -20,9 +20,13 @@ std::unique_ptr<CalibrationRecord> read() {
     return record;
 }
 
-// Bits, padding included: records are zero when they are made.
+// Padding included: records are zero when they are made.
+std::string_view bytesOf(const CalibrationRecord& record) {
+    return {reinterpret_cast<const char*>(&record), sizeof record};
+}
+
 bool isSame(const CalibrationRecord& a, const CalibrationRecord& b) {
-    return memcmp(&a, &b, sizeof a) == 0;
+    return bytesOf(a) == bytesOf(b);
 }
 
 int lowestFreeDescriptor() {

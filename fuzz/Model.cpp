@@ -187,10 +187,11 @@ Model::Outcome Model::callSensors(const std::string& name, const std::string& ar
     return call("sensors", around.sensorFaults, name, arguments);
 }
 
-// Null when the file cannot be read.
-const Calibration* Model::calibration() const {
+// Nothing when the file cannot be read.
+const Calibration& Model::calibration() const {
+    static const Calibration kNothing;
     const Calibration& file = around.calibrations[around.calibrationFile];
-    return file.file == Calibration::File::GOOD ? &file : nullptr;
+    return file.file == Calibration::File::GOOD ? file : kNothing;
 }
 
 Lines Model::takeTold() {
@@ -223,8 +224,7 @@ void Model::askDisplayInfo(size_t display) {
 }
 
 void Model::applyCalibration() {
-    const Calibration nothing;
-    const Calibration& file = calibration() == nullptr ? nothing : *calibration();
+    const Calibration& file = calibration();
     Display& first = displays[0];
     if (file.whitePoint.size() >= kMatrix) first.calibWhitePoint = copyOf<Matrix>(file.whitePoint);
     if (file.colorCorrection.size() >= kMatrix) first.calibColorCorrection = copyOf<Matrix>(file.colorCorrection);
@@ -498,8 +498,7 @@ Answer Model::exclusiveModeEnter() {
 Answer Model::exclusiveModeExit() {
     if (!connected) return {kFailed};
     callComposer("setExclusiveMode", "0, 0");
-    const Calibration nothing;
-    const Calibration& file = calibration() == nullptr ? nothing : *calibration();
+    const Calibration& file = calibration();
     if (knows(0)) {
         if (file.whitePoint.size() >= kMatrix) displays[0].whitePoint = copyOf<Matrix>(file.whitePoint);
         if (file.colorCorrection.size() >= kMatrix) displays[0].colorCorrection = copyOf<Matrix>(file.colorCorrection);

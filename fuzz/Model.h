@@ -106,6 +106,7 @@ public:
     void pass(int64_t milliseconds);
 
     Lines takeTold();
+    int32_t currentScreenMode() const { return screenMode; }
     const std::map<uint64_t, Table>& gammaTables() const { return gamma; }
     const std::map<uint64_t, Table>& deGammaTables() const { return deGamma; }
     // What the closed libraries were given last.
@@ -139,7 +140,7 @@ private:
 
     bool knows(uint64_t display) const;
     Display* served(uint64_t display);
-    const Calibration* calibration() const;
+    const Calibration& calibration() const;
     void askDisplayInfo(size_t display);
     void applyCalibration();
     void sendGamma(uint64_t display, const Table& table);

@@ -3,7 +3,6 @@
 #include <libxml/parser.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <iterator>
 
 namespace fuzz {

@@ -1,11 +1,8 @@
 // Any script, in a session on a small phone: it runs to its end or to a line whose error says what was expected, what
 // is reported is JSON, and whatever is typed can be completed.
-#include <unistd.h>
-
 #include <array>
 #include <sstream>
 
-#include "fuzz/Input.h"
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
 #include "fuzz/TemporaryFolder.h"

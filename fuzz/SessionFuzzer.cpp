@@ -4,10 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <functional>
 #include <iterator>
-#include <limits>
+#include <string_view>
 #include <utility>
 
 #include "fuzz/Input.h"
@@ -42,7 +41,7 @@ constexpr float kFloats[] = {0, 1, -1, 2, 0.5F, 1 / 2.2F, 2.2F, -0.0F, 1e-7F, 1e
 constexpr float kLights[] = {300,  0,     -5,    4999,  5000,  5001,   7999,  8000,  8001,      9000,
                              9999, 20000, 30000, 49999, 60000, 123.9F, -0.7F, 5e10F, -INFINITY, NAN};
 constexpr int64_t kDurations[] = {0, 1, 19, 20, 21, 500, 979, 980, 1000, 1020, 2000, 5000};  // milliseconds
-constexpr size_t kTableSizes[] = {0, 0, 0, 0, 0, 0, 3, 4096, 4097};
+constexpr std::array<size_t, 64> kTableSizes = {0, 0, 0, 0, 0, 0, 3, 4096, 4097};  // mostly none: they take long
 constexpr fakes::Fault kFaults[] = {
     fakes::Fault::NONE, fakes::Fault::REFUSES, fakes::Fault::SILENT,      fakes::Fault::TWICE,
     fakes::Fault::LATE, fakes::Fault::NONE,    fakes::Fault::UNREACHABLE, fakes::Fault::DIES_AFTER_ANSWER};
@@ -56,6 +55,11 @@ constexpr const char* kPanels[] = {"a panel without a row", "dornel R7TK 35 02 0
 const std::array<std::string, kCalibrationFiles> kCalibrationPaths = {
     fakes::kDefaultCalibration, "/vendor/etc/disp_calib_data_0a.xml", "/vendor/etc/disp_calib_data_0b.xml"};
 
+template <typename T>
+std::string_view bytesOf(const T* values, size_t count) {
+    return {reinterpret_cast<const char*>(values), count * sizeof *values};
+}
+
 std::string numberText(const char* format, double value) {
     char text[64];
     snprintf(text, sizeof text, format, value);
@@ -66,12 +70,11 @@ std::string element(const std::string& name, const std::string& text) {
     return "<" + name + ">" + text + "</" + name + ">\n";
 }
 
-// The values of a table are all the same.
 std::string block(const std::string& name, const std::vector<float>& values) {
     std::string text;
     std::string value;
     for (size_t i = 0; i < values.size(); ++i) {
-        const bool same = i > 0 && memcmp(&values[i], &values[i - 1], sizeof values[i]) == 0;
+        const bool same = i > 0 && bytesOf(&values[i], 1) == bytesOf(&values[i - 1], 1);  // as in tables
         if (!same) value = element("v", numberText("%.9g", static_cast<double>(values[i])));
         text += value;
     }
@@ -100,9 +103,8 @@ std::string textOf(const Calibration& file) {
 // Bits, but that every NaN is like the other.
 template <typename T>
 bool isSame(const T* a, const T* b, size_t count) {
-    const bool sameBits = count == 0 || memcmp(a, b, count * sizeof *a) == 0;
-    return sameBits || std::equal(a, a + count, b, [](T left, T right) {
-               return std::isnan(left) ? std::isnan(right) : memcmp(&left, &right, sizeof left) == 0;
+    return bytesOf(a, count) == bytesOf(b, count) || std::equal(a, a + count, b, [](T left, T right) {
+               return std::isnan(left) ? std::isnan(right) : bytesOf(&left, 1) == bytesOf(&right, 1);
            });
 }
 
@@ -340,6 +342,7 @@ void Story::compareAround() {
         for (const auto& line : happened) fprintf(stderr, "\nhappened  %s", line.c_str());
         require(false, "what is told is what the model says");
     }
+    require(service.currentScreenMode() == model.currentScreenMode(), "the screen mode");
     for (const auto& [number, entries] : model.gammaTables())
         require(isSame(entries.data(), composer->gamma[number].entries.data(), entries.size()), "the gamma table");
     for (const auto& [number, entries] : model.deGammaTables())
