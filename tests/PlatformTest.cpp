@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "tests/ServiceTest.h"
+#include "tests/fakes/AllocationLimit.h"
 
 namespace {
 
@@ -204,6 +205,14 @@ TEST_F(VirtualClockTest, DeadlinesComeInOrderAndAlwaysInTheSame) {
         quick.join();
         EXPECT_EQ(clock.now() - start, 6s);
     }
+}
+
+TEST_F(VirtualClockTest, AThreadThatDidNotStartIsNotWaitedFor) {
+    fakes::limitAllocations(0);
+    EXPECT_THROW(clock.startThread([] {}), std::bad_alloc);
+    fakes::limitAllocations(SIZE_MAX);
+    clock.advance(1s);
+    EXPECT_EQ(clock.now(), 1s);
 }
 
 TEST_F(VirtualClockTest, ANotificationWakesEarly) {
