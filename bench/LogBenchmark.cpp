@@ -46,6 +46,7 @@ private:
     char line[1024];
     va_list arguments;
     va_start(arguments, format);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is not
     const int length = vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);
     benchmark::DoNotOptimize(write(STDERR_FILENO, line, static_cast<size_t>(length)));

@@ -30,7 +30,6 @@
 namespace {
 
 using namespace vendor::kov::hardware::display_control::V1_0::implementation;
-using ::vendor::kov::hardware::display_control::V1_0::GammaLut;
 using ::vendor::kov::hardware::display_control::V1_0::Result;
 
 constexpr uint64_t kHandle = 7;

@@ -128,7 +128,7 @@ TEST(DisplayPipeline, ThreadsShareThePictureOut) {
     DisplayState state = plainDisplay();
     state.last.elements = std::array<float, 9>{2, 0, 0, 0, 1, 0, 0, 0, 1};
     const ShownPicture alone = showPicture(greys(), state, 1);
-    for (const size_t threads : {0, 2, 7, 300}) {
+    for (const size_t threads : {0U, 2U, 7U, 300U}) {
         const ShownPicture shared = showPicture(greys(), state, threads);
         EXPECT_EQ(shared.picture.pixels, alone.picture.pixels) << threads;
         EXPECT_EQ(shared.clipped, alone.clipped) << threads;
