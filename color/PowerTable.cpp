@@ -11,14 +11,15 @@ namespace {
 constexpr double kStep = 1.0 / kPowerTable;
 constexpr size_t kFactors = 64;  // a smallest prime factor is below the square root of the table's size
 
-// An index as factor * rest. The factor is the smallest prime one; 1 for what has none but itself: 0, 1 and the primes.
+// An index as factor * rest, factor being its smallest prime factor below 64; 1 where there is none: for 0, 1 and the
+// larger primes.
 struct Split {
     uint16_t factor;
     uint16_t rest;
 };
 
 constexpr Split splitOf(uint16_t index) {
-    for (uint16_t factor = 2; factor * factor <= index; ++factor) {
+    for (uint16_t factor = 2; factor < kFactors && factor <= index; ++factor) {
         if (index % factor == 0) return {factor, static_cast<uint16_t>(index / factor)};
     }
     return {1, index};
@@ -31,16 +32,16 @@ constexpr std::array<Split, kPowerTable> splitIndices() {
 }
 constexpr std::array<Split, kPowerTable> kSplits = splitIndices();
 
-constexpr size_t kPrimes = 566;  // with 0 and 1
-constexpr std::array<uint16_t, kPrimes> listPrimes() {
-    std::array<uint16_t, kPrimes> primes{};
+constexpr size_t kUnsplit = 548;  // 0, 1 and 546 primes
+constexpr std::array<uint16_t, kUnsplit> listUnsplit() {
+    std::array<uint16_t, kUnsplit> indices{};
     size_t count = 0;
-    for (size_t i = 0; i < kPowerTable; ++i) {
-        if (kSplits[i].factor == 1) primes[count++] = kSplits[i].rest;
+    for (const Split& split : kSplits) {
+        if (split.factor == 1) indices[count++] = split.rest;
     }
-    return primes;
+    return indices;
 }
-constexpr std::array<uint16_t, kPrimes> kPrimeIndices = listPrimes();
+constexpr std::array<uint16_t, kUnsplit> kUnsplitIndices = listUnsplit();
 
 double powerOfLevel(size_t index, double exponent) {
     return std::pow(static_cast<double>(index) * kStep, exponent);
@@ -52,17 +53,17 @@ void fillOneByOne(float* entries, double exponent) {
 
 // Asks pow for the primes only, since (a * b) ^ e is a ^ e * b ^ e: a seventh of the calls.
 //
-// A power of at most eleven factors, each of them and pow's own answer wrong by less than 4 units in the last place,
-// differs from that answer by less than kError of it: (12 * 4 + 10 / 2) * 2^-52 < 2^-46. (The C libraries that this
-// runs on state an error below 1 unit.) Where both ends of that range round to the same float, so does pow's answer;
-// elsewhere pow is asked.
+// A product has at most twelve powers, those of eleven factors and of one step. Each of them and pow's own answer wrong
+// by less than 4 units in the last place, it differs from that answer by less than kError of it:
+// (13 * 4 + 11 / 2) * 2^-52 < 2^-46. (The C libraries that this runs on state an error below 1 unit.) Where both ends
+// of that range round to the same float, so does pow's answer; elsewhere pow is asked.
 void fillByFactors(float* entries, double exponent) {
     constexpr double kError = 0x1p-46;
     std::array<double, kPowerTable> powers;
     std::array<double, kFactors> powerOfFactor;
-    for (const uint16_t prime : kPrimeIndices) {
-        powers[prime] = powerOfLevel(prime, exponent);
-        if (prime < kFactors) powerOfFactor[prime] = std::pow(static_cast<double>(prime), exponent);
+    for (const uint16_t i : kUnsplitIndices) powers[i] = powerOfLevel(i, exponent);
+    for (size_t i = 1; i < kFactors; ++i) {
+        if (kSplits[i].rest == 1) powerOfFactor[i] = std::pow(static_cast<double>(i), exponent);
     }
     for (size_t i = 0; i < kPowerTable; i += 2) {
         powers[i] = powerOfFactor[2] * powers[i / 2];

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <chrono>
+#include <deque>
 #include <filesystem>
-#include <vector>
 
 namespace simulator {
 
@@ -11,7 +11,7 @@ struct LightSample {
     std::chrono::milliseconds time;  // since the start of the recording
     float lux;                       // what the sensor said, from then on; not always a sensible number
 };
-using LightTrace = std::vector<LightSample>;
+using LightTrace = std::deque<LightSample>;  // of a month and more: it grows without a copy
 
 // Reads a CSV file of two columns, seconds and lux; the first line may be a header, blank lines are skipped. Times do
 // not fall and are at most 10^8 s; lux is any number a float holds, for that is what a sensor may deliver. Throws

@@ -1,0 +1,83 @@
+// Operations of the service, against what they cannot do without.
+#include <benchmark/benchmark.h>
+
+#include <array>
+
+#include "bench/QuietLog.h"
+#include "bench/QuietServices.h"
+#include "bench/SamplePhone.h"
+#include "service/DisplayControlImpl.h"
+
+namespace bench {
+namespace {
+
+using namespace vendor::kov::hardware::display_control::V1_0::implementation;
+using ::vendor::kov::hardware::display_control::V1_0::Result;
+
+// The service on the sample phone, with a composer that keeps nothing.
+class Service {
+public:
+    Service() { composer->registerAsService(); }
+    ~Service() { platform::clearServices(); }
+    Service(const Service&) = delete;
+    Service& operator=(const Service&) = delete;
+
+    const QuietLog quiet;
+    const SamplePhone phone;
+    const sp<QuietComposer> composer{new QuietComposer(1)};
+    DisplayControlImpl impl;
+};
+
+void init(benchmark::State& state) {
+    Service service;
+    for (auto _ : state) {
+        if (service.impl.init() != 0) state.SkipWithError("the service did not start");
+    }
+}
+BENCHMARK(init)->Name("init/ours")->Unit(benchmark::kMicrosecond);
+
+void setUnlimitedCT(benchmark::State& state) {
+    Service service;
+    service.impl.init();
+    int32_t level = 0;
+    for (auto _ : state) {
+        const Result result = service.impl.setUnlimitedCT(7, 0, ++level % 100);
+        if (result != Result::OK) state.SkipWithError("it failed");
+    }
+}
+BENCHMARK(setUnlimitedCT)->Name("setUnlimitedCT/ours");
+
+// What cannot be done without: the matrix and the composer's call, storing the gains included or not.
+void finalCtmAndCall(benchmark::State& state, bool storesGains) {
+    Service service;
+    service.impl.init();
+    ColorManager colors = service.impl.displayColors()[0];
+    composer_ext::IComposerExt* composer = service.composer.get();
+    std::array<float, 3> gains{1.0F, 1.0F, 1.0F};
+    benchmark::DoNotOptimize(composer);
+    composer_ext::ColorTransformMatrix first{};
+    composer_ext::ColorTransformMatrix last{};
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(gains);
+        for (size_t i = 0; storesGains && i < gains.size(); ++i) colors.unlimitedCtm[4 * i] = gains[i];
+        benchmark::DoNotOptimize(colors);
+        last.elements = colors.finalCtm().data();
+        auto answer = composer->setColorTransformMatrix(0, first, last);
+        if (!answer.isOk()) state.SkipWithError("it failed");
+    }
+}
+BENCHMARK_CAPTURE(finalCtmAndCall, stored, true)->Name("setUnlimitedCT/gains, finalCtm and call");
+BENCHMARK_CAPTURE(finalCtmAndCall, unchanged, false)->Name("setUnlimitedCT/finalCtm and call");
+
+void setGlobalGamma(benchmark::State& state) {
+    Service service;
+    service.impl.init();
+    for (auto _ : state) {
+        const Result result = service.impl.setGlobalGamma(7, 0, 2.2F);
+        if (result != Result::OK) state.SkipWithError("it failed");
+    }
+}
+BENCHMARK(setGlobalGamma)->Name("setGlobalGamma/ours");
+
+}  // namespace
+}  // namespace bench
