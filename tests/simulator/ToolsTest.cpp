@@ -186,8 +186,8 @@ public:
         child = forkpty(&terminal, nullptr, nullptr, &size);
         if (child == 0) {
             // libedit never frees the names of functions that are added to it, so leaks are not looked for here.
-            execl("/bin/sh", "sh", "-c",
-                  "TERM=xterm NO_COLOR=1 ASAN_OPTIONS=detect_leaks=0 exec " DCSIM " shell", nullptr);
+            execl("/bin/sh", "sh", "-c", "TERM=xterm NO_COLOR=1 ASAN_OPTIONS=detect_leaks=0 exec " DCSIM " shell",
+                  nullptr);
             _exit(127);
         }
     }
