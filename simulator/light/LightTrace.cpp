@@ -7,8 +7,10 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "simulator/script/Event.h"
+#include "simulator/script/ScriptFile.h"
 
 namespace simulator {
 
@@ -55,14 +57,15 @@ LightTrace readLightTrace(const std::filesystem::path& file) {
         throw std::runtime_error(file.string() + ": could not be read; expected a light trace, lines of SECONDS,LUX");
     LightTrace trace;
     std::string text;
+    bool isFirst = true;  // of the lines that hold something; the headings may stand there
     for (size_t line = 1; std::getline(stream, text); ++line) {
-        const std::string_view content = trimmed(text);
+        const std::string_view content = trimmed(line == 1 ? withoutByteOrderMark(text) : text);
         if (content.empty()) continue;
         const auto row = splitRow(content);
         if (!row) fail(file, line, inQuotes(text) + " is not two columns; expected SECONDS,LUX");
         const auto seconds = toNumber<double>(row->seconds);
         const auto lux = toNumber<float>(row->lux);
-        const bool isHeader = line == 1 && !seconds && !lux;
+        const bool isHeader = std::exchange(isFirst, false) && !seconds && !lux;
         if (isHeader) continue;
         if (!seconds || !(*seconds >= 0 && *seconds <= kLongestTrace))
             fail(file, line, inQuotes(row->seconds) + " is no time; expected seconds from 0 to 1e8");

@@ -80,7 +80,7 @@ protected:
 };
 
 TEST_F(LightTraceTest, ReadsWhatASensorMaySay) {
-    const LightTrace trace = read("time, light\r\n0,300\n\n 0.5 , -1\n0.5,nan\n100000000,1e30\n");
+    const LightTrace trace = read("\xEF\xBB\xBF\n\ntime, light\r\n0,300\n\n 0.5 , -1\n0.5,nan\n100000000,1e30\n");
     ASSERT_EQ(trace.size(), 4U);
     EXPECT_EQ(trace[1].time, milliseconds(500));
     EXPECT_EQ(trace[1].lux, -1.0F);
