@@ -129,6 +129,23 @@ TEST_F(LifecycleTest, EveryOutcomeOfTheStart) {
     }
 }
 
+TEST_F(LifecycleTest, WithoutMemoryForItThereIsNoCalibration) {
+    calibrate(block("CTM_WPC", {0.5, 0, 0, 0, 1, 0, 0, 0, 1}) + block("Gamma_Calib", std::vector<double>(4096, 0.5)));
+    const std::string noMemory = "log E readCalibration: no memory for the calibration";
+    fakes::limitAllocations(20000);  // less than its two tables
+    EXPECT_EQ(service.init(), 0);
+    fakes::limitAllocations(SIZE_MAX);
+    EXPECT_THAT(happened(), ElementsAre("composer getNumOfDisplay()", "composer getDisplayInfo(0)",
+                                        "composer getDisplayInfo(1)", noMemory, "log I init: OK"));
+    fakes::limitAllocations(20000);
+    EXPECT_EQ(service.exclusiveModeExit(7, 0), Result::OK);
+    fakes::limitAllocations(SIZE_MAX);
+    EXPECT_THAT(happened(), ElementsAre("log I exclusiveModeExit: 7 0", "composer setExclusiveMode(0, 0)", noMemory,
+                                        "composer setColorTransformMatrix(0, I, I)"));
+    EXPECT_EQ(service.exclusiveModeExit(7, 0), Result::OK);
+    EXPECT_THAT(happened(), testing::Contains("composer setGlobalGammaLut(0)")) << "there is memory again";
+}
+
 TEST_F(LifecycleTest, WithoutAComposerNothingIsTouched) {
     platform::clearServices();
     EXPECT_EQ(service.init(), -1);
