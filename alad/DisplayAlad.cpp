@@ -97,8 +97,8 @@ int DisplayAlad::enable() {
         LOG_ERROR("get light Sensor error");
         return -2;
     }
-    Attachment feed(this);
     sp<sensorservice::IEventQueue> queue;
+    Attachment feed(this);  // goes before the queue
     if (!createQueue(*manager, feed.get(), queue)) {
         LOG_ERROR("createEventQueue error");
         return -3;
@@ -202,8 +202,11 @@ bool DisplayAlad::follow(int32_t meanLux) {
 }
 
 bool DisplayAlad::activate(int32_t meanLux) {
-    const auto start = [this] { return Params{AladParamPair{kModeKey, {kModeAmbient}}, curveOf(baseLevel)}; };
-    if (!send(kOn, start)) return false;
+    const auto start = platform::unlessOutOfMemory(Params{}, [this] {
+        return Params{AladParamPair{kModeKey, {kModeAmbient}}, curveOf(baseLevel)};
+    });
+    if (start.size() == 0) return true;  // the next sample is another attempt
+    if (!send(kOn, [&start]() -> const Params& { return start; })) return false;
     const int32_t target = getAGTMLevel(meanLux);
     if (!runRamp(rampUp(baseLevel, target))) return false;
     curveActive = true;

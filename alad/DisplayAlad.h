@@ -68,8 +68,8 @@ private:
     bool track(int32_t meanLux);
     bool deactivate();
     bool runRamp(const Ramp& ramp);
-    // The message() to the composer and the pause after it. Without memory for it the pause is all there is: a message
-    // that does not arrive changes nothing here.
+    // The message() to the composer and the pause after it. Without memory for it the pause is all there is, as for a
+    // message that the composer did not get.
     template <typename Message>
     bool send(uint32_t enable, Message message);
     composer_ext::V1_0::AladParamPair curveOf(int32_t level);

@@ -19,8 +19,6 @@ struct Delivery {
     Result result = Result::UNKNOWN_ERROR;
     T value{};
 };
-template <typename T>
-using Answer = platform::Answer<Delivery<T>>;
 
 bool isOk(::android::hardware::Return<Result> answer) {
     return answer.withDefault(Result::UNKNOWN_ERROR) == Result::OK;
@@ -29,10 +27,10 @@ bool isOk(::android::hardware::Return<Result> answer) {
 }  // namespace
 
 bool findLightSensor(sensorservice::ISensorManager& manager, int32_t& sensorHandle) {
-    const auto answer = std::make_shared<Answer<int32_t>>();
+    const auto answer = std::make_shared<platform::Answer<Delivery<int32_t>>>();
     const auto status =
         manager.getDefaultSensor(sensors::SensorType::LIGHT, [answer](const sensors::SensorInfo& info, Result result) {
-            answer->deliver([&](Delivery<int32_t>& delivery) { delivery = {result, info.sensorHandle}; });
+            answer->deliver({result, info.sensorHandle});
         });
     const Delivery<int32_t> delivery = answer->take();
     if (!status.isOk() || delivery.result != Result::OK) return false;
@@ -43,9 +41,9 @@ bool findLightSensor(sensorservice::ISensorManager& manager, int32_t& sensorHand
 bool createQueue(sensorservice::ISensorManager& manager, const sp<sensorservice::IEventQueueCallback>& callback,
                  sp<sensorservice::IEventQueue>& queue) {
     using Queue = sp<sensorservice::IEventQueue>;
-    const auto answer = std::make_shared<Answer<Queue>>();
+    const auto answer = std::make_shared<platform::Answer<Delivery<Queue>>>();
     const auto status = manager.createEventQueue(callback, [answer](const Queue& made, Result result) {
-        answer->deliver([&](Delivery<Queue>& delivery) { delivery = {result, made}; });
+        answer->deliver({result, made});
     });
     const Delivery<Queue> delivery = answer->take();
     queue = delivery.value;

@@ -4,6 +4,7 @@
 #include <libxml/tree.h>
 #include <platform/DeviceFiles.h>
 #include <platform/Log.h>
+#include <platform/OutOfMemory.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,7 +34,7 @@ std::string_view nameOf(const xmlNode& node) {
     return node.name == nullptr ? "" : reinterpret_cast<const char*>(node.name);
 }
 
-// The bytes of a regular file, one more than kLongestFile at most; none when there is no such file.
+// The bytes of a regular file, one more than kLongestFile at most; none when it cannot be read as a whole.
 std::string bytesOf(const std::string& path) {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
@@ -41,8 +42,11 @@ std::string bytesOf(const std::string& path) {
     std::string bytes(static_cast<size_t>(std::min(status.st_size, kMost)), '\0');
     std::ifstream file(path, std::ios::binary);
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<size_t>(file.gcount()));
-    return bytes;
+    return file.good() ? bytes : std::string();
+}
+
+bool isReadableFile(const std::string& path) {
+    return platform::unlessOutOfMemory(false, [&path] { return ConfigXmlParser::isReadable(bytesOf(path)); });
 }
 
 // A calibration document being read into a record.
@@ -199,7 +203,7 @@ void ConfigXmlParser::parser() {
     }
 
     xmlKeepBlanksDefault(0);
-    std::unique_ptr<xmlDoc, XmlRelease> document(isReadable(bytesOf(path)) ? xmlParseFile(path.c_str()) : nullptr);
+    std::unique_ptr<xmlDoc, XmlRelease> document(isReadableFile(path) ? xmlParseFile(path.c_str()) : nullptr);
     if (document == nullptr) {
         LOG_ERROR("xmlParseFile error!");
         return;

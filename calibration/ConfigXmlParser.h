@@ -31,8 +31,9 @@ public:
     // declaration: at most kLongestFile, beginning with one of kFirstBytes, with a ">" in every kLongestStretch.
     static bool isReadable(std::string_view bytes);
 
-    // Chooses the file by the panel's name and reads it into the members. Nothing is reported but log lines and flags:
-    // a file that is missing, unreadable or not well-formed leaves the record as it was.
+    // Chooses the file by the panel's name and reads it into the members. The file does not change meanwhile. Nothing
+    // is reported but log lines and flags: a file that is missing, unreadable or not well-formed leaves the record as
+    // it was.
     void parser();
 
     float ctmWpc[kMatrix];  // white-point matrix by rows

@@ -70,11 +70,7 @@ DisplayControlImpl::Matrices DisplayControlImpl::askColorTransform(uint64_t disp
         const auto status = composerExt->getColorTransformMatrix(
             display, [answer](composer_types::Result result, const composer_types::ColorTransformMatrix& first,
                               const composer_types::ColorTransformMatrix& last) {
-                answer->deliver([&](Matrices& matrices) {
-                    matrices.result = fromComposer(result);
-                    matrices.first.elements = first.elements.data();
-                    matrices.last.elements = last.elements.data();
-                });
+                answer->deliver({fromComposer(result), fromComposer(first), fromComposer(last)});
             });
         return status.isOk() ? answer->take() : notReached;
     });

@@ -16,6 +16,16 @@ inline Result fromComposer(composer_types::Result result) {
     return static_cast<Result>(static_cast<int32_t>(result));
 }
 
+inline ColorTransformMatrix fromComposer(const composer_types::ColorTransformMatrix& matrix) {
+    ColorTransformMatrix result;
+    result.elements = matrix.elements.data();
+    return result;
+}
+
+inline DisplayInfo fromComposer(const composer_types::DisplayInfo& info) {
+    return {info.values, info.name};
+}
+
 inline void copyMatrix(const float (&from)[TMat33<float>::kSize], TMat33<float>& to) {
     std::copy(std::begin(from), std::end(from), to.data());
 }

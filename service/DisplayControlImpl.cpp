@@ -64,8 +64,7 @@ int32_t DisplayControlImpl::askNumOfDisplay() {
     return platform::unlessOutOfMemory(-1, [this] {
         const auto answer = std::make_shared<platform::Answer<int32_t>>(-1);
         const auto status = composerExt->getNumOfDisplay([answer](composer_types::Result result, uint32_t count) {
-            if (result != composer_types::Result::OK) return;
-            answer->deliver([count](int32_t& known) { known = static_cast<int32_t>(count); });
+            if (result == composer_types::Result::OK) answer->deliver(static_cast<int32_t>(count));
         });
         return status.isOk() ? answer->take() : -1;
     });
@@ -94,10 +93,7 @@ DisplayInfo DisplayControlImpl::askDisplayInfo(int32_t display) {
             static_cast<uint64_t>(display),
             [answer, display](composer_types::Result result, const composer_types::DisplayInfo& info) {
                 if (result != composer_types::Result::OK) LOG_ERROR("getDisplayInfo %d error!", display);
-                answer->deliver([&info](DisplayInfo& known) {
-                    known.values = info.values;
-                    known.name = info.name;
-                });
+                answer->deliver(platform::unlessOutOfMemory(DisplayInfo{}, [&info] { return fromComposer(info); }));
             });
         return status.isOk() ? answer->take() : DisplayInfo{};
     });
@@ -107,7 +103,12 @@ DisplayInfo DisplayControlImpl::askDisplayInfo(int32_t display) {
 // sent before an operation asks for one.
 void DisplayControlImpl::applyCalibration() {
     const auto record = readCalibration();
-    if (record == nullptr || numOfDisplay < 1) return;
+    if (numOfDisplay < 1) return;
+    if (record == nullptr) {
+        hasWpcParam = false;
+        ColorManager::init(nullptr, nullptr);
+        return;
+    }
 
     ColorManager& colors = colorManagers[0];
     if (record->hasCtmWpc) copyMatrix(record->ctmWpc, colors.calibWpcCtm);

@@ -34,7 +34,7 @@ class DisplayAlad;
 // called exactly once, before the operation returns, and what it is given is valid during that call only. Every
 // operation succeeds at the transport; failures are in the Result. While no composer is connected, an operation reports
 // FAILED and changes nothing; only handles, what init() learned, the getters of levels, backlight control, IsAladEnable
-// and switching ALAD off do without it.
+// and switching ALAD off do without it, and setFeature answers OK for a screen mode all the same.
 class DisplayControlImpl {
 public:
     using Level = std::function<void(Result, int32_t level)>;

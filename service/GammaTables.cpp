@@ -90,10 +90,9 @@ DisplayControlImpl::ComposerTable DisplayControlImpl::askTable(uint64_t display,
         const auto answer = std::make_shared<platform::Answer<ComposerTable>>();
         const auto status = (composerExt.get()->*getter)(
             display, [answer](composer_types::Result result, const composer_types::GammaLut& table) {
-                answer->deliver([&](ComposerTable& delivered) {
-                    delivered.result = fromComposer(result);
-                    delivered.table.entries = table.entries.data();
-                });
+                ComposerTable delivered{fromComposer(result), {}};
+                delivered.table.entries = table.entries.data();
+                answer->deliver(delivered);
             });
         return status.isOk() ? answer->take() : notReached;
     });

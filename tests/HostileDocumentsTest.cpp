@@ -157,6 +157,7 @@ TEST_F(HostileDocumentsTest, NobodyAsksForWhatIsOutside) {
             phone.write(fakes::kDefaultCalibration, document);
             const fakes::FileCalls files;
             parse();
+            EXPECT_THAT(files.opened(), testing::Contains(phone.at(fakes::kDefaultCalibration)));
             for (const std::string& path : files.opened()) {
                 EXPECT_THAT(path, testing::AnyOf(phone.at(fakes::kPanelNameNode), phone.at(fakes::kDefaultCalibration)))
                     << document;

@@ -135,8 +135,15 @@ TEST_F(LifecycleTest, WithoutMemoryForItThereIsNoCalibration) {
     fakes::limitAllocations(20000);  // less than its two tables
     EXPECT_EQ(service.init(), 0);
     fakes::limitAllocations(SIZE_MAX);
-    EXPECT_THAT(happened(), ElementsAre("composer getNumOfDisplay()", "composer getDisplayInfo(0)",
-                                        "composer getDisplayInfo(1)", noMemory, "log I init: OK"));
+    EXPECT_THAT(happened(),
+                ElementsAre("composer getNumOfDisplay()", "composer getDisplayInfo(0)", "composer getDisplayInfo(1)",
+                            noMemory, "log E init: eye care init error", "closed setParams(FFFFEA, EDFDFF)",
+                            "log E init: Unlimited init error", "log I init: OK"));
+    fakes::limitAllocations(50000);  // enough for the tables, less than the file
+    EXPECT_EQ(service.init(), 0);
+    fakes::limitAllocations(SIZE_MAX);
+    EXPECT_THAT(happened(), testing::IsSupersetOf({std::string("log E parser: xmlParseFile error!"),
+                                                   std::string("closed setParams(FFFFEA, EDFDFF)")}));
     fakes::limitAllocations(20000);
     EXPECT_EQ(service.exclusiveModeExit(7, 0), Result::OK);
     fakes::limitAllocations(SIZE_MAX);

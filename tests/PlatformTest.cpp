@@ -1,5 +1,6 @@
 // The stand-in for the phone's runtime.
 #include <hidl/Status.h>
+#include <platform/Answer.h>
 #include <platform/DeviceFiles.h>
 #include <platform/Log.h>
 #include <platform/OutOfMemory.h>
@@ -92,7 +93,7 @@ TEST(Log, TheDefaultLoggerWritesBriefLines) {
     const std::string longTag(2000, 't');
     testing::internal::CaptureStderr();
     __android_log_print(ANDROID_LOG_WARN, "TAG", "%s %d", "level", 5);
-    __android_log_print(ANDROID_LOG_SILENT + 1, "", "%s", std::string(2000, 'x').c_str());
+    __android_log_print(ANDROID_LOG_SILENT + 1, nullptr, "%s", std::string(2000, 'x').c_str());
     __android_log_print(ANDROID_LOG_INFO, longTag.c_str(), "cut");
     const pid_t forked = fork();
     if (forked == 0) _exit(__android_log_print(ANDROID_LOG_INFO, "TAG", "forked") - 1);
@@ -100,6 +101,30 @@ TEST(Log, TheDefaultLoggerWritesBriefLines) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               briefLine("W/TAG", getpid(), "level 5") + briefLine("?/", getpid(), std::string(1023, 'x')) + "I/" +
                   longTag.substr(0, 1150) + "\n" + briefLine("I/TAG", forked, "forked"));
+}
+
+TEST(Answer, TheLastDeliveryBeforeItIsTakenCounts) {
+    platform::Answer<std::string> answer("none");
+    std::thread service([&answer] {
+        answer.deliver("first");
+        answer.deliver("second");
+    });
+    service.join();
+    EXPECT_EQ(answer.take(), "second");
+    EXPECT_EQ(platform::Answer<int>(7).take(), 7);
+
+    // Late and from another thread: either it counts or it is dropped.
+    for (int round = 0; round < 200; ++round) {
+        const auto shared = std::make_shared<platform::Answer<std::vector<int>>>();
+        std::thread late([shared] { shared->deliver(std::vector<int>(100, 1)); });
+        const std::vector<int> taken = shared->take();
+        late.join();
+        EXPECT_TRUE(taken.empty() || taken == std::vector<int>(100, 1));
+    }
+    platform::Answer<std::vector<int>> closed;
+    EXPECT_TRUE(closed.take().empty());
+    closed.deliver({1});
+    EXPECT_TRUE(closed.take().empty()) << "dropped";
 }
 
 TEST(OutOfMemory, GivesTheFallbackForEitherException) {

@@ -85,7 +85,7 @@ void __android_log_stderr_logger(const struct __android_log_message* log_message
     Line line;
     line.add(letterOf(log_message->priority));
     line.add("/");
-    line.add(log_message->tag);
+    line.add(log_message->tag == nullptr ? "" : log_message->tag);
     line.add("(");
     line.addNumber(processId());
     line.add("): ");

@@ -13,9 +13,10 @@ struct LightSample {
 };
 using LightTrace = std::deque<LightSample>;  // of a month and more: it grows without a copy
 
-// Reads a CSV file of two columns, seconds and lux; the first line may be a header, blank lines are skipped. Times do
-// not fall and are at most 10^8 s; lux is any number a float holds, for that is what a sensor may deliver. Throws
-// std::runtime_error, "FILE:LINE: what is wrong; what was expected", and so for a file without a sample.
+// Reads a CSV file of two columns, seconds and lux; the first line that holds something may be a header, blank lines
+// are skipped, and a byte order mark may stand in front. Times do not fall and are at most 10^8 s; lux is any number a
+// float holds, for that is what a sensor may deliver. Throws std::runtime_error, "FILE:LINE: what is wrong; what was
+// expected", and so for a file without a sample.
 LightTrace readLightTrace(const std::filesystem::path& file);
 
 }  // namespace simulator

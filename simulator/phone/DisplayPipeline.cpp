@@ -224,7 +224,7 @@ ShownPicture showPicture(const Picture& input, const DisplayState& state, size_t
     const size_t count = threads > 0 ? threads : std::max(1U, std::thread::hardware_concurrency());
     std::vector<std::future<uint64_t>> parts;
     for (size_t part = 0; part < count; ++part) {
-        parts.push_back(std::async(std::launch::async, showPart, pixels * part / count, pixels * (part + 1) / count));
+        parts.push_back(std::async(showPart, pixels * part / count, pixels * (part + 1) / count));
     }
     for (auto& part : parts) shown.clippedPixels += part.get();
     return shown;

@@ -63,10 +63,13 @@ GammaLut readTable(const std::string& file) {
             throw ScriptError(file + ": holds " + std::to_string(i) + " numbers; expected 4096");
         const char* const end = word.data() + word.size();
         const auto [rest, error] = std::from_chars(word.data(), end, table.entries[i]);
-        if (error != std::errc() || rest != end)
+        const bool isWhole = stream.eof() || std::isspace(stream.peek()) != 0;
+        if (error != std::errc() || rest != end || !isWhole)
             throw ScriptError(file + ": " + inQuotes(word) +
                               " is not a number of single precision; expected 4096 such numbers");
     }
+    if (std::string word; stream >> std::setw(kLongest) >> word)
+        throw ScriptError(file + ": holds more than 4096 numbers; expected 4096");
     return table;
 }
 

@@ -35,15 +35,15 @@ Function next(const char* name) {
 }
 
 // 0 for a call that goes its way, the errno of one that fails, -1 for one that ends after a byte.
-int faultOf(FileCall call, const std::string& path) {
+int faultOf(FileCall call, const char* path) {
     const Unwatched self;
-    if (self.watching == nullptr || !self.watching->isFaulty(call, path)) return 0;
+    if (self.watching == nullptr || !self.watching->count(call, path)) return 0;
     return self.watching->error() == 0 ? -1 : self.watching->error();
 }
 
 int faultOf(FileCall call, int descriptor) {
     if (watcher == nullptr) return 0;
-    return faultOf(call, watcher->pathOf(descriptor));
+    return faultOf(call, watcher->pathOf(descriptor).c_str());
 }
 
 int openFile(const char* name, const char* path, int flags, mode_t mode) {
@@ -82,7 +82,7 @@ FileCalls::~FileCalls() {
     watcher = nullptr;
 }
 
-bool FileCalls::isFaulty(FileCall call, const std::string& path) {
+bool FileCalls::count(FileCall call, const std::string& path) {
     if (++counts[call] != planned.at || call != planned.call) return false;
     victim = path;
     return true;

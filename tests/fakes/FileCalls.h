@@ -32,7 +32,7 @@ public:
     const std::string& failed() const { return victim; }
 
     // For the calls themselves. Counts the call; true when it is the one that goes wrong.
-    bool isFaulty(FileCall call, const std::string& path);
+    bool count(FileCall call, const std::string& path);
     void noteOpen(const std::string& path, int descriptor);
     std::string pathOf(int descriptor) const;
     int error() const { return planned.error; }

@@ -22,17 +22,17 @@ public:
     // What there is without a delivery.
     explicit Answer(T initial = {}) : value(std::move(initial)) {}
 
-    // Calls write(value), unless the answer was taken.
-    template <typename Write>
-    void deliver(Write write) PLATFORM_EXCLUDES(mutex) {
+    // Nothing happens once the answer was taken.
+    void deliver(T delivered) PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
-        if (!taken) write(value);
+        if (!taken) std::swap(value, delivered);  // what was there goes after the lock
     }
 
+    // A second one gives T{}.
     T take() PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
         taken = true;
-        return std::move(value);
+        return std::exchange(value, T{});
     }
 
 private:
