@@ -12,7 +12,7 @@ namespace {
 constexpr double kSmallestDivisor = 1e-6;
 
 // a x b. Each element is the sum (p0 + p1) + p2 of its three products, every step rounded to float, so that it has the
-// same bits everywhere.
+// same bits everywhere (a NaN its own sign and payload).
 TMat33<float> product(const TMat33<float>& a, const TMat33<float>& b) {
     TMat33<float> result;
     for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {
