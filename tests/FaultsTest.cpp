@@ -45,7 +45,6 @@ enum class Kind {
     INFO,     // what the last start learned of a display
     LIGHT,    // switches ALAD on: fails when the sensor cannot be used
     LIGHTED,  // whether ALAD is on
-    NODE,     // writes the backlight node: fails when that cannot be opened
 };
 
 struct Step {
@@ -89,7 +88,7 @@ std::string replaceResult(const std::string& well, const std::string& result) {
     return result + (well.find(' ') == std::string::npos ? "" : well.substr(well.find(' ')));
 }
 
-// The answer of a step whose first call at the faulty service was call `first`, for the last `last`.
+// The answer of a step whose first calls of the composer and of the sensors, if it makes any, have those numbers.
 std::string expected(const Step& step, const Planned& composer, const Planned& sensors, size_t composerFirst,
                      size_t sensorsFirst, Consequences& so) {
     const bool hit = composer.hits(composerFirst);
@@ -121,7 +120,6 @@ std::string expected(const Step& step, const Planned& composer, const Planned& s
             if (so.countUnknown) return step.other;
             return so.infoLost[step.name.back()] ? "0: 0 0 0, " : step.well;
         case Kind::PLAIN:
-        case Kind::NODE:
             break;
     }
     return so.countUnknown && !step.other.empty() ? step.other : step.well;
@@ -178,10 +176,10 @@ protected:
             {"setStandardMode", Kind::PLAIN, [this] { return number(service.setStandardMode(7, 0, 0)); }, "0", "-5"},
             {"setEnhanceScreenMode", Kind::PLAIN, [this] { return number(service.setEnhanceScreenMode(7, 1, 0)); }, "0",
              "-5"},
-            {"setCabcSysNode", Kind::NODE, [this] { return number(service.setCabcSysNode(7, 0, 3)); }, "0", ""},
+            {"setCabcSysNode", Kind::PLAIN, [this] { return number(service.setCabcSysNode(7, 0, 3)); }, "0", ""},
             {"setSmartEnvironmentMode", Kind::PLAIN,
              [this] { return number(service.setSmartEnvironmentMode(7, 0, 0)); }, "0", "-5"},
-            {"setCabcMode", Kind::NODE, [this] { return number(service.setCabcMode(7, 0, 4)); }, "0", ""},
+            {"setCabcMode", Kind::PLAIN, [this] { return number(service.setCabcMode(7, 0, 4)); }, "0", ""},
             {"setFeature 2", Kind::PLAIN, [this] { return number(service.setFeature(7, 0, 2, 0, 0)); }, "0", ""},
             {"setFeature 23", Kind::PLAIN, [this] { return number(service.setFeature(7, 1, 23, 5, 0)); }, "0", "-5"},
             {"setMiscFeature", Kind::PLAIN, [this] { return miscFeature(); }, "0", "-5"},
