@@ -17,7 +17,8 @@ using fakes::FileCall;
 
 const std::string kZeros = " [0 0 0 0 0 0 0 0 0]";
 
-std::string number(int64_t value) {
+template <typename T>
+std::string number(T value) {
     return std::to_string(value);
 }
 std::string number(Result result) {
