@@ -6,6 +6,7 @@
 #include <map>
 
 #include "tests/LightTest.h"
+#include "tests/fakes/AllocationLimit.h"
 #include "tests/fakes/ThreadlessClock.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
@@ -123,6 +124,20 @@ TEST_F(AladTest, AMessageCarriesTheModeAndTheWholeCurve) {
     light(11000);
     seconds(5);
     EXPECT_THAT(composerCalls(), ElementsAre(message("", {{5, -5}}))) << "what is not written is zero at each sample";
+}
+
+TEST_F(AladTest, WithoutMemoryAStartIsTriedAgainAndAStepLeftOut) {
+    int curves = 0;
+    fakes::closedLibraries().writeCurve = [&curves](int level, int32_t* curve) {
+        curve[0] = level;
+        const bool hasMemory = ++curves != 1 && curves != 3;
+        fakes::limitAllocations(hasMemory ? SIZE_MAX : 1000);  // on the worker: less than a curve's values
+    };
+    switchOn();
+    goTo(1500, {{0, 9000}});
+    EXPECT_EQ(told(), "") << "no memory for the start";
+    goTo(2500);
+    EXPECT_EQ(told(), "Start(2)@2000 Step(4)@2040") << "none for level 3";
 }
 
 TEST_F(AladTest, SwitchingOffEndsEveryPhase) {

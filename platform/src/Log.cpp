@@ -50,7 +50,7 @@ struct Line {
         const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
         const std::string_view written(digits, static_cast<size_t>(end - digits));
         constexpr std::string_view kBlanks = "     ";
-        if (written.size() < kBlanks.size()) add(kBlanks.substr(written.size()));
+        add(kBlanks.substr(std::min(written.size(), kBlanks.size())));
         add(written);
     }
 
