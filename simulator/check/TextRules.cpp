@@ -215,14 +215,16 @@ bool looksDecimal(const Written& value) {
            value.body.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-std::string colorText(double number) {
+// The low 32 bits of the number, which are what the library takes.
+std::string colorText(std::string_view number) {
     char text[32];
-    snprintf(text, sizeof text, "0x%06lX", static_cast<unsigned long>(static_cast<long>(number)) & 0xFFFFFFFFUL);
+    snprintf(text, sizeof text, "0x%06X",
+             static_cast<uint32_t>(strtol(std::string(number).c_str(), nullptr, /*base=*/16)));
     return text;
 }
 
 std::string readAs(const Written& value) {
-    return inQuotes(value.text) + " is read as " + (value.isColor ? colorText(value.number) : numberText(value.number));
+    return inQuotes(value.text) + " is read as " + (value.isColor ? colorText(value.body) : numberText(value.number));
 }
 
 // Each of these says what is wrong with a value, or nothing.

@@ -152,6 +152,8 @@ const RuleCase kRuleCases[] = {
      R"(CTM_WPC: value 2 "1e-60" is so small that it becomes 0; expected a decimal number)"},
     {"value-range", ends("0xFFFFEA", "0xFFFFFF"), ends("0xFFFFEA", "0x1000000"),
      R"(UnlimitedCT: value 2 "0x1000000" is read as 0x1000000, which is no colour; expected a colour 0xRRGGBB in hexadecimal)"},
+    {"value-range", ends("0xFFFFEA", "0x00000000000FFFFFF"), ends("0xFFFFEA", "0xFFFFFFFFFFFFFFFFF"),
+     R"(UnlimitedCT: value 2 "0xFFFFFFFFFFFFFFFFF" is read as 0xFFFFFFFF, which is no colour; expected a colour 0xRRGGBB in hexadecimal)"},
     {"value-not-plain", replace(kFirst, "<v><![CDATA[1]]></v>"), replace(kFirst, "<v><b>1</b></v>"),
      "CTM_WPC: value 1 is made of entities or of further elements; expected the number itself"},
     {"gamma-falls", gammaWith(112, usualGamma(111)), gammaWith(112, 0.19),
