@@ -175,6 +175,13 @@ private:
     const std::unique_ptr<GammaLut> table = std::make_unique<GammaLut>();
 };
 
+void startUp(Service& service, Verdict& verdict) {
+    verdict.expect(service.init() == 0, "the service starts");
+    errorLines = 0;  // the sample phone's first start tells what its panel lacks
+    verdict.expect(service.setAlad(kHandle, 0, 1).withDefault(Result::FAILED) == Result::OK,
+                   "the ambient-light display switches on");
+}
+
 // Calls without a pause; the light changes from dark to bright and back every few seconds.
 bool soakInRealTime(double minutes) {
     printf("%.1f minutes of real time\n", minutes);
@@ -183,9 +190,7 @@ bool soakInRealTime(double minutes) {
     Service service;
     Client client(service);
     Verdict verdict;
-    verdict.expect(service.init() == 0, "the service starts");
-    errorLines = 0;  // the sample phone's first start tells what its panel lacks
-    platform::dropAnswer(service.setAlad(kHandle, 0, 1));
+    startUp(service, verdict);
     for (int i = 0; i < 2000; ++i) client.callAll(i);
     client.callSeldom();
 
@@ -239,9 +244,7 @@ bool soakInVirtualTime(int days) {
     Service service;
     Client client(service);
     Verdict verdict;
-    verdict.expect(service.init() == 0, "the service starts");
-    errorLines = 0;  // the sample phone's first start tells what its panel lacks
-    platform::dropAnswer(service.setAlad(kHandle, 0, 1));
+    startUp(service, verdict);
     std::vector<double> times;  // of each day, seconds of real time
     auto begin = Clock::now();
     std::unique_ptr<const Household> household;
