@@ -4,9 +4,9 @@
 
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "fuzz/TemporaryFolder.h"
 #include "simulator/check/Document.h"
 #include "simulator/check/Summary.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace fuzz {
 
@@ -40,7 +40,7 @@ void requireBlocks(const CheckedCalibration& checked) {
 }
 
 void check(const std::string& document) {
-    static const TemporaryFolder kFolder;
+    static const fakes::TemporaryFolder kFolder;
     beQuiet();
     const CheckedCalibration checked = simulator::checkCalibration(kFolder.write("calibration.xml", document));
     requireSentences(checked);

@@ -4,8 +4,8 @@
 
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "fuzz/TemporaryFolder.h"
 #include "simulator/light/Replay.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace fuzz {
 
@@ -41,7 +41,7 @@ void replayTrace(const LightTrace& trace) {
 }
 
 void readTrace(const std::string& text) {
-    static const TemporaryFolder kFolder;
+    static const fakes::TemporaryFolder kFolder;
     beQuiet();
     try {
         const LightTrace trace = simulator::readLightTrace(kFolder.write("trace.csv", text));

@@ -5,9 +5,9 @@
 
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "fuzz/TemporaryFolder.h"
 #include "simulator/script/Completion.h"
 #include "simulator/script/ScriptFile.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace fuzz {
 
@@ -39,7 +39,7 @@ public:
         return phone();
     }
     std::filesystem::path pictures() const { return folder.path() / "pictures"; }
-    const TemporaryFolder folder;
+    const fakes::TemporaryFolder folder;
 
 private:
     static constexpr const char* kCalibration =
@@ -47,11 +47,7 @@ private:
         "<UnlimitedCT><Warm>FFE0C0</Warm><Cold>C0E0FF</Cold></UnlimitedCT></p>";
 
     std::filesystem::path phone() const { return folder.path() / "phone"; }
-    void write(std::string_view path, const char* text) const {
-        const std::filesystem::path file = phone().string().append(path);
-        std::filesystem::create_directories(file.parent_path());
-        std::ofstream(file) << text;
-    }
+    void write(std::string_view path, const char* text) const { folder.write("phone" + std::string(path), text); }
 };
 
 simulator::SessionOptions optionsOn(const Desk& desk) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <platform/DeviceFiles.h>
-#include <stdlib.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -11,6 +10,7 @@
 #include <string>
 
 #include "tests/fakes/Journal.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace fakes {
 
@@ -24,9 +24,7 @@ const std::string kDefaultCalibration = "/vendor/etc/disp_calib_data_default.xml
 class PhoneFolder {
 public:
     PhoneFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "phone.XXXXXX").string();
-        root = mkdtemp(pattern.data());
-        platform::setDeviceRoot(root);
+        platform::setDeviceRoot(folder.path().string());
         platform::setNodeWriteObserver([](std::string_view path, std::string_view bytes) {
             std::string line = "node " + std::filesystem::path(path).filename().string();
             for (const char byte : bytes) {
@@ -40,26 +38,22 @@ public:
     ~PhoneFolder() {
         platform::setNodeWriteObserver(nullptr);
         platform::setDeviceRoot("");
-        std::filesystem::remove_all(root);
     }
     PhoneFolder(const PhoneFolder&) = delete;
     PhoneFolder& operator=(const PhoneFolder&) = delete;
 
     // Makes the folders on the way, too.
-    void write(const std::string& path, const std::string& bytes) const {
-        makeFolder(path.substr(0, path.rfind('/')));
-        std::ofstream(at(path), std::ios::binary) << bytes;
-    }
+    void write(const std::string& path, const std::string& bytes) const { folder.write(path.substr(1), bytes); }
     std::string read(const std::string& path) const {
         std::ifstream file(at(path), std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
     void makeFolder(const std::string& path) const { std::filesystem::create_directories(at(path)); }
     void remove(const std::string& path) const { std::filesystem::remove_all(at(path)); }
-    std::string at(const std::string& path) const { return root + path; }
+    std::string at(const std::string& path) const { return folder.path().string() + path; }
 
 private:
-    std::string root;
+    TemporaryFolder folder;
 };
 
 }  // namespace fakes

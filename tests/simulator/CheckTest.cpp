@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <libxml/xmlerror.h>
 #include <platform/DeviceFiles.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <fstream>
@@ -18,6 +17,7 @@
 #include "simulator/check/Summary.h"
 #include "simulator/sample_data/CalibrationFile.h"
 #include "simulator/sample_data/SamplePanels.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace simulator {
 namespace {
@@ -202,11 +202,8 @@ const RuleCase kRuleCases[] = {
 
 class CheckTest : public ::testing::Test {
 protected:
-    ~CheckTest() override { fs::remove(file); }
-
     CheckedCalibration check(const std::string& text) const {
-        std::ofstream(file, std::ios::binary) << text;
-        return checkCalibration(file);
+        return checkCalibration(folder.write("calibration.xml", text));
     }
 
     // What is found once a good calibration has been changed, all of it or one rule's.
@@ -220,7 +217,7 @@ protected:
         return sentences;
     }
 
-    const fs::path file = fs::path(testing::TempDir()) / ("check" + std::to_string(getpid()) + ".xml");
+    const fakes::TemporaryFolder folder;
 };
 
 TEST_F(CheckTest, EachRuleKnowsGoodFromBad) {

@@ -4,13 +4,13 @@
 #include <platform/Answer.h>
 
 #include <algorithm>
-#include <fstream>
 #include <limits>
 
 #include "simulator/closed/ToneCurve.h"
 #include "simulator/light/LightTrace.h"
 #include "simulator/light/Replay.h"
 #include "simulator/phone/SimulatedSensors.h"
+#include "tests/fakes/TemporaryFolder.h"
 #include "tests/fakes/ThreadlessClock.h"
 
 namespace simulator {
@@ -60,14 +60,9 @@ TEST(SimulatedSensors, WithoutAThreadForItTheSensorStaysOff) {
 
 class LightTraceTest : public ::testing::Test {
 protected:
-    ~LightTraceTest() override { std::filesystem::remove(file); }
+    LightTrace read(const std::string& text) const { return readLightTrace(folder.write("trace.csv", text)); }
 
-    LightTrace read(const std::string& text) {
-        std::ofstream(file) << text;
-        return readLightTrace(file);
-    }
-
-    std::string errorOf(const std::string& text) {
+    std::string errorOf(const std::string& text) const {
         try {
             read(text);
             return "";
@@ -76,7 +71,7 @@ protected:
         }
     }
 
-    const std::filesystem::path file = std::filesystem::path(::testing::TempDir()) / "trace.csv";
+    const fakes::TemporaryFolder folder;
 };
 
 TEST_F(LightTraceTest, ReadsWhatASensorMaySay) {

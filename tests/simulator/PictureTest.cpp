@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <png.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "simulator/picture/Chart.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace {
 
@@ -70,10 +70,6 @@ Bytes opaque(const Bytes& rgb) {
 }
 
 class PictureTest : public ::testing::Test {
-public:
-    PictureTest() { fs::create_directories(folder); }
-    ~PictureTest() override { fs::remove_all(folder); }
-
 protected:
     static std::string errorOf(const std::function<void()>& action) {
         try {
@@ -88,7 +84,8 @@ protected:
         return errorOf([this] { loadPng(file); });
     }
 
-    const fs::path folder = fs::path(testing::TempDir()) / ("picture" + std::to_string(getpid()));
+    const fakes::TemporaryFolder temporary;
+    const fs::path folder = temporary.path();
     const fs::path file = folder / "picture.png";
 };
 

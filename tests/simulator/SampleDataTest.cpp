@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <platform/DeviceFiles.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -17,6 +16,7 @@
 #include "calibration/ConfigXmlParser.h"
 #include "service/WhitePointText.h"
 #include "simulator/picture/Picture.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace {
 
@@ -45,11 +45,7 @@ std::string textOf(const fs::path& file) {
 
 class SampleDataTest : public ::testing::Test {
 public:
-    SampleDataTest() { fs::create_directories(folder); }
-    ~SampleDataTest() override {
-        platform::setDeviceRoot("");
-        fs::remove_all(folder);
-    }
+    ~SampleDataTest() override { platform::setDeviceRoot(""); }
 
 protected:
     // The shipped phone, fitted with that panel; the one it comes with when there is no name.
@@ -60,7 +56,8 @@ protected:
         if (!panelName.empty()) std::ofstream(platform::devicePath(kNodes + "lcd_panel_name")) << panelName;
     }
 
-    const fs::path folder = fs::path(testing::TempDir()) / ("sample_data" + std::to_string(getpid()));
+    const fakes::TemporaryFolder temporary;
+    const fs::path folder = temporary.path();
 };
 
 TEST_F(SampleDataTest, TheShippedDataIsWhatTheGeneratorWrites) {

@@ -4,10 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 
 #include "simulator/script/Command.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace simulator {
 namespace {
@@ -23,7 +23,6 @@ using ::testing::IsEmpty;
 class SessionTest : public ::testing::Test {
 protected:
     SessionTest() { restart({}); }
-    ~SessionTest() override { std::filesystem::remove_all(out); }
 
     void restart(const SessionOptions& base) {
         session.reset();
@@ -70,7 +69,15 @@ protected:
         }
     }
 
-    const std::filesystem::path out = std::filesystem::path(::testing::TempDir()) / "session-pictures";
+    // A file with a table of 4096 entries.
+    std::string tableFile() const {
+        std::ostringstream table;
+        for (int i = 0; i < 4096; ++i) table << i << "e-4\n";
+        return folder.write("table.txt", table.str()).string();
+    }
+
+    const fakes::TemporaryFolder folder;
+    const std::filesystem::path out = folder.path() / "pictures";
     std::ostringstream stream;
     Timeline timeline{stream, Timeline::Format::JSON};
     std::optional<Session> session;
@@ -93,14 +100,6 @@ TEST_F(SessionTest, EverythingThatALineCausesAppearsInItsOrder) {
     EXPECT_THAT(order(), ElementsAre("command"));
     run("");
     EXPECT_THAT(order(), IsEmpty());
-}
-
-// A file with a table of 4096 entries.
-std::string tableFile() {
-    const std::string name = (std::filesystem::path(::testing::TempDir()) / "table.txt").string();
-    std::ofstream table(name);
-    for (int i = 0; i < 4096; ++i) table << i << "e-4\n";
-    return name;
 }
 
 TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
@@ -204,9 +203,7 @@ TEST_F(SessionTest, ThePhoneAroundTheServiceCanChange) {
     run("init");
     EXPECT_THAT(events("log").at(2)["message"].get<std::string>(), HasSubstr("access error!"));
 
-    const std::string broken = (std::filesystem::path(::testing::TempDir()) / "broken.xml").string();
-    std::ofstream(broken) << "<calibration>\n<CTM_WPC><v>1</v>\n";
-    run("calibration " + broken);
+    run("calibration " + folder.write("broken.xml", "<calibration>\n<CTM_WPC><v>1</v>\n").string());
     run("init");
     EXPECT_EQ(events("xml").at(0)["line"], 3);
 
@@ -304,17 +301,17 @@ TEST_F(SessionTest, ShowGivesAllThatADisplaysStateIsMadeOf) {
 }
 
 TEST_F(SessionTest, APhoneThatTheUserNamesIsUsedAsItStands) {
-    const std::filesystem::path folder = std::filesystem::path(::testing::TempDir()) / "own-phone";
-    std::filesystem::create_directories(folder);
+    const std::filesystem::path phone = folder.path() / "phone";
+    std::filesystem::create_directory(phone);
     SessionOptions options;
-    options.phone = folder;
+    options.phone = phone;
     restart(options);
     run("panel mine");
-    EXPECT_TRUE(std::filesystem::exists(folder.string() + std::string(kPhoneNodes[0].path)));
+    EXPECT_TRUE(std::filesystem::exists(phone.string() + std::string(kPhoneNodes[0].path)));
     session.reset();
-    EXPECT_TRUE(std::filesystem::exists(folder));
-    std::filesystem::remove_all(folder);
-    options.phone = folder;
+    EXPECT_TRUE(std::filesystem::exists(phone));
+    std::filesystem::remove_all(phone);
+    options.phone = phone;
     EXPECT_THROW(restart(options), std::runtime_error);
 }
 

@@ -9,12 +9,12 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <fstream>
 #include <functional>
 
 #include "simulator/script/Completion.h"
 #include "simulator/script/Help.h"
 #include "simulator/verify/SessionDump.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace simulator {
 namespace {
@@ -26,21 +26,14 @@ using ::testing::IsEmpty;
 
 const std::string kData = DISPLAY_CONTROL_DATA_DIR;
 
-// An empty folder of its own, removed at the end.
 class ToolsTest : public ::testing::Test {
 protected:
-    ToolsTest() {
-        std::string pattern = ::testing::TempDir() + "tools.XXXXXX";
-        folder = mkdtemp(pattern.data());
-    }
-    ~ToolsTest() override { std::filesystem::remove_all(folder); }
-
     std::string file(const std::string& name, const std::string& text = "") const {
-        std::ofstream(folder / name) << text;
-        return (folder / name).string();
+        return temporary.write(name, text).string();
     }
 
-    std::filesystem::path folder;
+    const fakes::TemporaryFolder temporary;
+    const std::filesystem::path folder = temporary.path();
 };
 
 TEST(HelpTest, NamesEveryCommandAndEachOfItsArguments) {
