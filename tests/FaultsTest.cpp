@@ -6,6 +6,7 @@
 #include <map>
 
 #include "tests/LightTest.h"
+#include "tests/fakes/AllocationLimit.h"
 #include "tests/fakes/FileCalls.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
@@ -126,6 +127,17 @@ std::string expected(const Step& step, const Planned& composer, const Planned& s
     return so.countUnknown && !step.other.empty() ? step.other : step.well;
 }
 
+// What a step may answer when it or an earlier one finds no memory.
+Lines withoutMemory(const Step& step) {
+    Lines answers{step.other};
+    if (step.kind == Kind::START) answers.emplace_back("-2");
+    if (step.kind == Kind::INFO) answers.emplace_back("0: 0 0 0, ");
+    if (step.kind == Kind::LIGHTED) answers.emplace_back("0");
+    if (step.kind == Kind::VALUES) answers.push_back("-5" + step.other);
+    if (step.kind == Kind::LIGHT || step.name.rfind("setCabc", 0) == 0) answers.emplace_back("-5");
+    return answers;
+}
+
 }  // namespace
 
 class FaultsTest : public LightTest {
@@ -231,6 +243,7 @@ protected:
 
     ColorTransformMatrix low{};
     const std::unique_ptr<GammaLut> table = std::make_unique<GammaLut>();
+    const hidl_vec<double> miscValues{20.9, 0};
 
 private:
     Result switchAladFor(int time) {
@@ -246,29 +259,39 @@ private:
     }
     std::string firstMatrix(uint64_t display) {
         std::string answers;
-        service.getColorTransformMatrix(7, display, [&](Result r, const auto& m) { answers += number(r) + matrix(m); });
+        service.getColorTransformMatrix(7, display, [&](Result r, const auto& m) {
+            const fakes::Memory own;
+            answers += number(r) + matrix(m);
+        });
         return answers;
     }
     std::string bothMatrices(uint64_t display) {
         std::string answers;
         service.getColorTransformMatrix2(7, display, [&](Result r, const auto& first, const auto& last) {
+            const fakes::Memory own;
             answers += number(r) + matrix(first) + matrix(last);
         });
         return answers;
     }
     std::string gammaTable() {
         std::string answers;
-        service.getGlobalGammaLut(7, 0, [&](Result r, const auto& t) { answers += number(r) + samples(t); });
+        service.getGlobalGammaLut(7, 0, [&](Result r, const auto& t) {
+            const fakes::Memory own;
+            answers += number(r) + samples(t);
+        });
         return answers;
     }
     std::string deGammaTable() {
         std::string answers;
-        service.getGlobalDeGammaLut(7, 0, [&](Result r, const auto& t) { answers += number(r) + samples(t); });
+        service.getGlobalDeGammaLut(7, 0, [&](Result r, const auto& t) {
+            const fakes::Memory own;
+            answers += number(r) + samples(t);
+        });
         return answers;
     }
     std::string miscFeature() {
         std::string answers;
-        service.setMiscFeature(7, 0, 3, {20.9, 0}, [&](Result r, const auto&) { answers += number(r); });
+        service.setMiscFeature(7, 0, 3, miscValues, [&](Result r, const auto&) { answers += number(r); });
         return answers;
     }
     std::string unreadFeature() {
@@ -389,6 +412,31 @@ TEST_F(FaultsTest, EveryFileCallFailsOnce) {
         }
     }
     for (const Told& row : told) EXPECT_GT(row.times, 0) << row.line;
+}
+
+TEST_F(FaultsTest, EveryAllocationFailsOnce) {
+    const std::vector<Step> steps = session();
+    for (const bool lasting : {false, true}) {
+        size_t failed = 0;
+        for (size_t at = 1, made = at; made >= at; ++at) {
+            SCOPED_TRACE("allocation " + number(at) + (lasting ? " and all after it" : ""));
+            renewService();
+            Lines wrong;
+            fakes::failAllocation(at, lasting);
+            for (const Step& step : steps) {
+                const std::string answer = step.run();
+                if (answer == step.well) continue;
+                const fakes::Memory own;
+                wrong.push_back(step.name + ": " + answer);
+                EXPECT_THAT(withoutMemory(step), testing::Contains(answer)) << step.name;
+            }
+            made = fakes::allocations();
+            fakes::failAllocation(0);
+            failed += wrong.empty() ? 0 : 1;
+            expectAllWell();
+        }
+        EXPECT_GT(failed, 10U);
+    }
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -1,28 +1,33 @@
 #include <platform/Mutex.h>
 #include <platform/Services.h>
 
+#include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace platform {
 
 namespace {
 
-using Names = std::pair<std::string, std::string>;  // interface, instance
-using Services = std::map<Names, android::sp<IBase>>;
+using Instances = std::map<std::string, android::sp<IBase>, std::less<>>;
+using Services = std::map<std::string, Instances, std::less<>>;  // by interface
 
 class Registry {
 public:
-    void add(const Names& names, const android::sp<IBase>& service) PLATFORM_EXCLUDES(mutex) {
+    void add(const std::string& interfaceName, const std::string& instance, const android::sp<IBase>& service)
+        PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
-        services[names] = service;
+        services[interfaceName][instance] = service;
     }
 
-    android::sp<IBase> find(const Names& names) PLATFORM_EXCLUDES(mutex) {
+    android::sp<IBase> find(std::string_view interfaceName, std::string_view instance) PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
-        const auto found = services.find(names);
-        return found == services.end() ? nullptr : found->second;
+        const auto instances = services.find(interfaceName);
+        if (instances == services.end()) return nullptr;
+        const auto found = instances->second.find(instance);
+        return found == instances->second.end() ? nullptr : found->second;
     }
 
     // What it held; destroyed by the caller, without the lock, for a service may use the registry when it ends.
@@ -46,12 +51,12 @@ Registry& registry() {
 android::status_t addService(const std::string& interfaceName, const std::string& instance,
                              const android::sp<IBase>& service) {
     if (service == nullptr) return android::UNKNOWN_ERROR;
-    registry().add({interfaceName, instance}, service);
+    registry().add(interfaceName, instance, service);
     return android::OK;
 }
 
-android::sp<IBase> findService(const std::string& interfaceName, const std::string& instance) {
-    return registry().find({interfaceName, instance});
+android::sp<IBase> findService(std::string_view interfaceName, std::string_view instance) {
+    return registry().find(interfaceName, instance);
 }
 
 void clearServices() {

@@ -4,15 +4,47 @@
 #include <cstdlib>
 #include <new>
 
+namespace fakes {
+
 namespace {
 
 thread_local size_t limit = SIZE_MAX;  // bytes
+thread_local size_t made = 0;
+thread_local size_t firstFailing = 0;
+thread_local size_t lastFailing = 0;
+thread_local Memory::Whose whose = Memory::Whose::CALLERS;
+
+bool fails(size_t size) {
+    if (whose == Memory::Whose::FAKES) return false;
+    ++made;
+    return size > limit || (made >= firstFailing && made <= lastFailing);
+}
 
 }  // namespace
 
-void fakes::limitAllocations(size_t bytes) {
+void limitAllocations(size_t bytes) {
     limit = bytes;
 }
+
+void failAllocation(size_t number, bool lasting) {
+    made = 0;
+    firstFailing = number;
+    lastFailing = lasting ? SIZE_MAX : number;
+}
+
+size_t allocations() {
+    return made;
+}
+
+Memory::Memory(Whose now) : previous(whose) {
+    whose = now;
+}
+
+Memory::~Memory() {
+    whose = previous;
+}
+
+}  // namespace fakes
 
 void* operator new(size_t size) {
     void* const memory = operator new(size, std::nothrow);
@@ -21,7 +53,7 @@ void* operator new(size_t size) {
 }
 
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
-    return size > limit ? nullptr : malloc(size == 0 ? 1 : size);
+    return fakes::fails(size) ? nullptr : malloc(size == 0 ? 1 : size);
 }
 
 void operator delete(void* memory) noexcept {

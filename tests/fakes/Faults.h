@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/fakes/AllocationLimit.h"
 #include "tests/fakes/Journal.h"
 
 namespace fakes {
@@ -56,6 +57,7 @@ public:
         if (fault == Fault::LATE) late.push_back([=] { callback(result); });
         if (fault == Fault::UNREACHABLE) return deadObject();
         if (fault == Fault::LATE || fault == Fault::SILENT) return {};
+        const Memory callers(Memory::Whose::CALLERS);
         callback(result);
         if (fault == Fault::TWICE) callback(result);
         if (fault == Fault::DIES_AFTER_ANSWER) return deadObject();

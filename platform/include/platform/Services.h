@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include <android/hidl/base/1.0/IBase.h>
 #include <utils/Errors.h>
@@ -16,8 +17,8 @@ using android::hidl::base::V1_0::IBase;
 android::status_t addService(const std::string& interfaceName, const std::string& instance,
                              const android::sp<IBase>& service);
 
-// The service last published under both names, or null.
-android::sp<IBase> findService(const std::string& interfaceName, const std::string& instance);
+// The service last published under both names, or null. Takes no memory.
+android::sp<IBase> findService(std::string_view interfaceName, std::string_view instance);
 
 // Forgets every service; who holds one keeps it.
 void clearServices();
