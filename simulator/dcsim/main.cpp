@@ -2,10 +2,12 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
 #include "simulator/dcsim/Commands.h"
+#include "simulator/dcsim/Terminal.h"
 #include "simulator/script/Command.h"
 
 namespace {
@@ -43,12 +45,15 @@ int main(int argc, char** argv) {
         if (!std::cout) throw std::runtime_error("standard output could not be written; expected a place for it");
         return status;
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? dcsim::kAllWell : dcsim::kWrongUse;
+        std::ostringstream said;
+        const bool isHelp = app.exit(error, std::cout, said) == 0;
+        std::cerr << dcsim::harmless(said.str());
+        return isHelp ? dcsim::kAllWell : dcsim::kWrongUse;
     } catch (const simulator::ScriptError& error) {
-        std::cerr << error.what() << "\n";
+        std::cerr << dcsim::harmless(error.what()) << "\n";
         return dcsim::kWrongUse;
     } catch (const std::exception& error) {
-        std::cerr << "dcsim: " << error.what() << "\n";
+        std::cerr << "dcsim: " << dcsim::harmless(error.what()) << "\n";
         return dcsim::kWrongUse;
     }
 }
