@@ -7,6 +7,7 @@
 
 #include "simulator/dcsim/Commands.h"
 #include "simulator/dcsim/Progress.h"
+#include "simulator/dcsim/Terminal.h"
 #include "simulator/light/Replay.h"
 #include "simulator/script/Event.h"
 
@@ -136,7 +137,7 @@ void printSummary(const Summary& summary, const TimelineFile& timeline, bool jso
     std::cout << "\n"
               << summary.samples << " samples; on " << summary.activations << " times, off " << summary.deactivations
               << " times; " << summary.messages << " messages, highest level " << summary.highestLevel
-              << "\nEvery sample is in " << timeline.name.string() << "\n";
+              << "\nEvery sample is in " << harmless(timeline.name.string()) << "\n";
 }
 
 int run(const Options& options) {
@@ -144,11 +145,10 @@ int run(const Options& options) {
     TimelineFile timeline(options.out, options.trace);
     Summary summary;
     Progress progress("replaying");
-    const double length = secondsOf(trace.back().time - trace.front().time);
     simulator::replay(trace, [&](const Decision& decision) {
         summary.add(decision);
         timeline.add(decision);
-        progress.show(secondsOf(decision.time) / length);
+        progress.show(shareDone(decision, trace));
         if (options.json || !decision.messages.empty()) progress.wipe();
         if (options.json) {
             std::cout << toJson(decision).dump() << "\n";

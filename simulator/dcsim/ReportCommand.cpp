@@ -4,6 +4,8 @@
 #include <memory>
 
 #include "simulator/dcsim/Commands.h"
+#include "simulator/dcsim/Progress.h"
+#include "simulator/dcsim/Terminal.h"
 #include "simulator/report/Page.h"
 #include "simulator/report/ReportData.h"
 
@@ -32,13 +34,16 @@ void write(const std::string& file, const std::string& page) {
 int run(const Options& options) {
     if (options.out.empty() && !options.json)
         throw std::runtime_error("report: nowhere to put the report; expected -o FILE, --json or both");
+    Progress progress("replaying");
     const simulator::Json report =
-        simulator::gatherReport({given(options.script), given(options.calibration), given(options.trace)});
+        simulator::gatherReport({given(options.script), given(options.calibration), given(options.trace),
+                                 [&progress](double share) { progress.show(share); }});
+    progress.wipe();
     if (!options.out.empty()) write(options.out, simulator::renderPage(report));
     if (options.json) {
         std::cout << simulator::embeddable(report) << "\n";
     } else {
-        std::cout << "The report is in " << options.out << "\n";
+        std::cout << "The report is in " << harmless(options.out) << "\n";
     }
     return report.at("calibration").at("findings").empty() ? kAllWell : kFindings;
 }

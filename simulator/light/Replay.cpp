@@ -160,4 +160,9 @@ void replay(const LightTrace& trace, const std::function<void(const Decision&)>&
     recorder.check();
 }
 
+double shareDone(const Decision& decision, const LightTrace& trace) {
+    const std::chrono::duration<double> whole = trace.back().time - trace.front().time;
+    return decision.time < whole ? decision.time / whole : 1;
+}
+
 }  // namespace simulator

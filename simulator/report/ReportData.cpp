@@ -319,12 +319,13 @@ Json matricesSection(const std::optional<ColorManager>& colors) {
             matrixRow("final: product divided by its largest output", colors->finalCtm())};
 }
 
-Json lightSection(const LightTrace& trace) {
+Json lightSection(const LightTrace& trace, const std::function<void(double)>& progress) {
     Json samples = Json::array();
     Json messages = Json::array();
     Json last;  // the latest sample, when it stands for a run and is not among samples yet
     const auto level = [](const std::optional<int32_t>& value) { return value ? Json(*value) : Json(); };
     replay(trace, [&](const Decision& decision) {
+        if (progress) progress(shareDone(decision, trace));
         Json row = {decision.time.count(), decision.lux, decision.mean, level(decision.composerLevel)};
         const Json& previous = last.is_null() && !samples.empty() ? samples.back() : last;
         const bool repeats = !previous.is_null() && std::equal(row.begin() + 1, row.end(), previous.begin() + 1);
@@ -362,7 +363,7 @@ Json gatherReport(const ReportInput& input) {
                      {"calls", std::move(session.calls)}}},
                    {"light", nullptr}};
     if (trace) {
-        report["light"] = lightSection(*trace);
+        report["light"] = lightSection(*trace, input.progress);
         report["light"]["name"] = input.trace->filename().string();
     }
     return report;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -17,6 +18,7 @@ struct ReportInput {
     std::optional<std::filesystem::path> script;       // otherwise a short session of our own
     std::optional<std::filesystem::path> calibration;  // otherwise the sample phone's
     std::optional<std::filesystem::path> trace;        // of light; without it there is no timeline
+    std::function<void(double)> progress;              // told the share of the trace that is replayed, 0 to 1
 };
 
 // Runs the session, and the trace on a phone of its own, and returns everything that the page shows. Throws
@@ -50,6 +52,6 @@ Json matricesSection(const std::optional<ColorManager>& colors);
 
 // The decisions and messages that follow from a trace. Of decisions that say the same only the first and last of a run
 // are kept: between them nothing happens.
-Json lightSection(const LightTrace& trace);
+Json lightSection(const LightTrace& trace, const std::function<void(double)>& progress = {});
 
 }  // namespace simulator
