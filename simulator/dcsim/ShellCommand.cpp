@@ -13,7 +13,7 @@
 #include "simulator/dcsim/Terminal.h"
 #include "simulator/script/Completion.h"
 #include "simulator/script/Help.h"
-#include "simulator/script/ScriptFile.h"
+#include "simulator/script/LineReader.h"
 
 namespace dcsim {
 
@@ -101,7 +101,7 @@ int runAtTerminal(const SessionArguments& arguments) {
         try {
             shell.step(*line, number);
         } catch (const std::runtime_error& error) {
-            std::cerr << (colored ? "\x1b[31m" : "") << error.what() << (colored ? "\x1b[0m" : "") << "\n";
+            std::cerr << (colored ? "\x1b[31m" : "") << harmless(error.what()) << (colored ? "\x1b[0m" : "") << "\n";
         }
     }
     return kAllWell;
@@ -110,12 +110,12 @@ int runAtTerminal(const SessionArguments& arguments) {
 int runPlain(const SessionArguments& arguments) {
     Shell shell(arguments, /*atTerminal=*/false);
     int status = kAllWell;
-    std::string line;
-    for (size_t number = 1; std::cout && !shell.hasLeft() && std::getline(std::cin, line); ++number) {
+    simulator::LineReader script(std::cin, "<stdin>", "a script");
+    while (std::cout && !shell.hasLeft() && script.next()) {
         try {
-            shell.step(number == 1 ? simulator::withoutByteOrderMark(line) : line, number);
+            shell.step(script.line(), script.number());
         } catch (const std::runtime_error& error) {
-            std::cerr << "<stdin>:" << number << ": " << error.what() << "\n";
+            std::cerr << harmless(script.place() + error.what()) << "\n";
             status = kWrongUse;
         }
     }

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "simulator/script/Event.h"
-#include "simulator/script/ScriptFile.h"
+#include "simulator/script/LineReader.h"
 
 namespace simulator {
 
@@ -18,8 +18,8 @@ namespace {
 
 constexpr double kLongestTrace = 1e8;  // seconds
 
-[[noreturn]] void fail(const std::filesystem::path& file, size_t line, const std::string& what) {
-    throw std::runtime_error(file.string() + ":" + std::to_string(line) + ": " + what);
+[[noreturn]] void fail(const LineReader& lines, const std::string& what) {
+    throw std::runtime_error(lines.place() + what);
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -56,23 +56,23 @@ LightTrace readLightTrace(const std::filesystem::path& file) {
     if (!stream || std::filesystem::is_directory(file))
         throw std::runtime_error(file.string() + ": could not be read; expected a light trace, lines of SECONDS,LUX");
     LightTrace trace;
-    std::string text;
+    LineReader lines(stream, file.string(), "lines of SECONDS,LUX");
     bool isFirst = true;  // of the lines that hold something; the headings may stand there
-    for (size_t line = 1; std::getline(stream, text); ++line) {
-        const std::string_view content = trimmed(line == 1 ? withoutByteOrderMark(text) : text);
+    while (lines.next()) {
+        const std::string_view content = trimmed(lines.line());
         if (content.empty()) continue;
         const auto row = splitRow(content);
-        if (!row) fail(file, line, inQuotes(text) + " is not two columns; expected SECONDS,LUX");
+        if (!row) fail(lines, inQuotes(lines.line()) + " is not two columns; expected SECONDS,LUX");
         const auto seconds = toNumber<double>(row->seconds);
         const auto lux = toNumber<float>(row->lux);
         const bool isHeader = std::exchange(isFirst, false) && !seconds && !lux;
         if (isHeader) continue;
         if (!seconds || !(*seconds >= 0 && *seconds <= kLongestTrace))
-            fail(file, line, inQuotes(row->seconds) + " is no time; expected seconds from 0 to 1e8");
-        if (!lux) fail(file, line, inQuotes(row->lux) + " is no light level; expected a number of lux");
+            fail(lines, inQuotes(row->seconds) + " is no time; expected seconds from 0 to 1e8");
+        if (!lux) fail(lines, inQuotes(row->lux) + " is no light level; expected a number of lux");
         const std::chrono::milliseconds time(std::llround(*seconds * 1000));
         if (!trace.empty() && time < trace.back().time)
-            fail(file, line, "the time is before that of the line above; expected times that do not fall");
+            fail(lines, "the time is before that of the line above; expected times that do not fall");
         trace.push_back({time, *lux});
     }
     if (trace.empty()) throw std::runtime_error(file.string() + ": has no sample; expected lines of SECONDS,LUX");

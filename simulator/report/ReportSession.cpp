@@ -11,6 +11,7 @@
 #include "simulator/picture/Chart.h"
 #include "simulator/report/Page.h"
 #include "simulator/script/Command.h"
+#include "simulator/script/LineReader.h"
 #include "simulator/script/Session.h"
 
 namespace simulator {
@@ -67,19 +68,21 @@ public:
 // Runs lines and sorts what they cause.
 class Recorder {
 public:
-    Recorder(std::string scriptName, SessionOptions options)
-        : name(std::move(scriptName)), session(std::move(options), timeline), shown(look()) {}
+    explicit Recorder(SessionOptions options) : session(std::move(options), timeline), shown(look()) {}
 
     void installCalibration(const std::filesystem::path& file) { session.phone().files().installCalibration(file); }
 
-    void run(const std::string& line, size_t number) {
+    void run(const LineReader& script) {
         try {
-            const ParsedLine parsed = parseLine(line);
+            const ParsedLine parsed = parseLine(script.line());
             if (parsed.command == nullptr || parsed.command->name == "picture") return;
-            session.run(line, number);
-            step = {{"line", number}, {"text", parsed.text}, {"comment", parsed.comment}, {"answers", Json::array()}};
+            session.run(script.line(), script.number());
+            step = {{"line", script.number()},
+                    {"text", parsed.text},
+                    {"comment", parsed.comment},
+                    {"answers", Json::array()}};
         } catch (const std::runtime_error& error) {
-            throw std::runtime_error(name + ":" + std::to_string(number) + ": " + error.what());
+            throw std::runtime_error(script.place() + error.what());
         }
         sortEvents();
         step["before"] = shown;
@@ -144,7 +147,6 @@ private:
     }
 
     const Picture picture = drawChart();
-    const std::string name;
     std::ostringstream stream;
     Timeline timeline{stream, Timeline::Format::JSON};
     Session session;
@@ -160,15 +162,10 @@ SessionRecord recordSession(std::istream& script, const std::string& name,
                             const std::optional<std::filesystem::path>& calibration) {
     SessionOptions options;
     options.logPriority = ANDROID_LOG_SILENT;
-    Recorder recorder(name, std::move(options));
+    Recorder recorder(std::move(options));
     if (calibration) recorder.installCalibration(*calibration);
-    std::string line;
-    for (size_t number = 1; std::getline(script, line); ++number) {
-        constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-        if (number == 1 && line.rfind(kByteOrderMark, 0) == 0) line.erase(0, kByteOrderMark.size());
-        recorder.run(line, number);
-    }
-    if (script.bad()) throw std::runtime_error(name + ": could not be read; expected a script");
+    LineReader lines(script, name, "a script");
+    while (lines.next()) recorder.run(lines);
     return recorder.finish();
 }
 

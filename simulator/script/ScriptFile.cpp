@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "simulator/script/Command.h"
+#include "simulator/script/LineReader.h"
 
 namespace simulator {
 
@@ -14,12 +15,6 @@ namespace {
 constexpr std::string_view kStandardInput = "-";
 
 }  // namespace
-
-std::string_view withoutByteOrderMark(std::string_view line) {
-    constexpr std::string_view kMark = "\xEF\xBB\xBF";
-    if (line.substr(0, kMark.size()) == kMark) line.remove_prefix(kMark.size());
-    return line;
-}
 
 ScriptFile::ScriptFile(std::string fileName) : name(std::move(fileName)) {
     if (name == kStandardInput) return;
@@ -33,16 +28,14 @@ std::istream& ScriptFile::lines() {
 }
 
 void ScriptFile::run(Session& session, const std::ostream& output) {
-    const std::string shown = name == kStandardInput ? "<stdin>" : name;
-    std::string line;
-    for (size_t number = 1; output && std::getline(lines(), line); ++number) {
+    LineReader script(lines(), name == kStandardInput ? "<stdin>" : name, "a script");
+    while (output && script.next()) {
         try {
-            session.run(number == 1 ? withoutByteOrderMark(line) : line, number);
+            session.run(script.line(), script.number());
         } catch (const std::runtime_error& error) {
-            throw ScriptError(shown + ":" + std::to_string(number) + ": " + error.what());
+            throw ScriptError(script.place() + error.what());
         }
     }
-    if (lines().bad()) throw std::runtime_error(shown + ": could not be read; expected a script");
 }
 
 }  // namespace simulator

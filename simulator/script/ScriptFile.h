@@ -10,16 +10,14 @@
 
 namespace simulator {
 
-// A line of script without the byte order mark that the first one may begin with.
-std::string_view withoutByteOrderMark(std::string_view line);
-
 class ScriptFile {
 public:
     // Opens the file; "-" is standard input. Throws std::runtime_error when it cannot be read.
     explicit ScriptFile(std::string fileName);
 
     // Carries out the lines one after another, for as long as output takes what they report. Throws ScriptError,
-    // "FILE:LINE: what is wrong; what was expected", and std::runtime_error when the file cannot be read to its end.
+    // "FILE:LINE: what is wrong; what was expected", and std::runtime_error when the file cannot be read to its end
+    // (LineReader).
     void run(Session& session, const std::ostream& output);
 
 private:

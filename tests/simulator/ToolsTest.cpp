@@ -157,6 +157,10 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"verify " + other + " " + fresh, 0, "as expected"},
         {"verify " + other + " /nowhere/x --update", 2, "dcsim: /nowhere/x: could not be written"},
         {"shell < " + broken, 2, "<stdin>:3: unknown command \"shw\""},
+        {"shell < " + file("bom.script", "\xEF\xBB\xBFinit\nquit\n"), 0, "answer    0\n"},
+        {"run " + file("long.script", "\n#" + std::string(65535, 'x') + "\n" + std::string(65537, 'x')), 2,
+         "long.script:3: the line is longer than 65536 bytes; expected a script\n"},
+        {"show \"\x1B[31m\n\xC3\xBC\"", 2, "dcsim: \\x1B[31m\n\xC3\xBC: could not be read"},
         {"bogus", 2, "unknown command \"bogus\"; expected one of check, run, "},
         {"", 2, "a command is missing; expected one of check, run, "},
     };

@@ -1,0 +1,35 @@
+// The lines of a text that people wrote.
+#pragma once
+
+#include <istream>
+#include <string>
+#include <string_view>
+
+namespace simulator {
+
+class LineReader {
+public:
+    static constexpr size_t kLongest = 1 << 16;  // bytes of a line
+
+    // The stream is read as far as lines are asked for. In messages the text is called name, and expected is what it
+    // should be, such as "a script".
+    LineReader(std::istream& stream, std::string name, std::string expected);
+
+    // Goes to the next line; false at the end. Throws std::runtime_error, "NAME:LINE: what is wrong; what was
+    // expected", for a line that is too long and when reading fails.
+    bool next();
+
+    // The line without its end, the first one without the byte order mark that it may begin with.
+    std::string_view line() const { return text; }
+    size_t number() const { return count; }  // of the line, from 1
+    std::string place() const;               // of the line, "NAME:LINE: "
+
+private:
+    std::istream& input;
+    const std::string shownName;
+    const std::string expectedText;
+    std::string text;
+    size_t count = 0;
+};
+
+}  // namespace simulator
