@@ -2,6 +2,7 @@
 
 #include <libxml/parser.h>
 #include <libxml/tree.h>
+#include <libxml/xmlerror.h>
 #include <platform/DeviceFiles.h>
 #include <platform/Log.h>
 #include <platform/OutOfMemory.h>
@@ -47,6 +48,12 @@ std::string bytesOf(const std::string& path) {
 
 bool isReadableFile(const std::string& path) {
     return platform::unlessOutOfMemory(false, [&path] { return ConfigXmlParser::isReadable(bytesOf(path)); });
+}
+
+// Whether libxml2 found no memory since its last error was reset. It may return what it has of a document even so.
+bool ranOutOfMemory() {
+    const xmlError* const error = xmlGetLastError();
+    return error != nullptr && error->code == XML_ERR_NO_MEMORY;
 }
 
 // A calibration document being read into a record.
@@ -202,6 +209,7 @@ void ConfigXmlParser::parser() {
         return;
     }
 
+    xmlResetLastError();
     xmlKeepBlanksDefault(0);
     std::unique_ptr<xmlDoc, XmlRelease> document(isReadableFile(path) ? xmlParseFile(path.c_str()) : nullptr);
     if (document == nullptr) {
@@ -210,6 +218,10 @@ void ConfigXmlParser::parser() {
     }
     if (const xmlNode* const root = xmlDocGetRootElement(document.get()); root != nullptr) {
         readBlocks(*this, *root);
+        if (ranOutOfMemory()) {
+            LOG_ERROR("no memory for the calibration");
+            *this = {};
+        }
     } else {
         LOG_ERROR("Empty document");
     }

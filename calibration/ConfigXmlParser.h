@@ -33,7 +33,7 @@ public:
 
     // Chooses the file by the panel's name and reads it into the members. The file does not change meanwhile. Nothing
     // is reported but log lines and flags: a file that is missing, unreadable or not well-formed leaves the record as
-    // it was.
+    // it was, and one for which libxml2 finds no memory leaves it empty.
     void parser();
 
     float ctmWpc[kMatrix];  // white-point matrix by rows

@@ -1,12 +1,14 @@
 #include "calibration/ConfigXmlParser.h"
 
 #include <platform/DeviceFiles.h>
+#include <platform/OutOfMemory.h>
 #include <sys/stat.h>
 
 #include <array>
 #include <memory>
 
 #include "tests/ServiceTest.h"
+#include "tests/fakes/AllocationLimit.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -279,6 +281,31 @@ TEST_F(CalibrationTest, AMalformedFileLeavesTheRecordEmpty) {
 
     phone.remove(kFileDefault);
     EXPECT_NE(parseText(full), "") << "the reader has recovered";
+}
+
+TEST_F(CalibrationTest, WithoutMemoryForAllOfItThereIsNone) {
+    phone.write(kFileDefault,
+                "<!DOCTYPE p [<!ENTITY one '1'>]><p a='b'><CTM_WPC>" + kOnes + "<v>&one;<!-- c --></v></CTM_WPC></p>");
+    const fakes::LimitedXmlMemory limited;
+    const std::string whole = parse();
+    EXPECT_EQ(whole, "WPC![1 1 1 1 1 1 1 1 1]");
+    for (const bool lasting : {false, true}) {
+        const auto record = std::make_unique<ConfigXmlParser>();
+        size_t lost = 0;
+        for (size_t at = 1, made = at; made + 1 >= at; ++at) {
+            *record = {};
+            fakes::failAllocation(at, lasting);
+            platform::unlessOutOfMemory(0, [&] { return record->parser(), 0; });
+            made = fakes::allocations();
+            fakes::failAllocation(0);
+            const std::string got = summary(*record);
+            lost += got.empty() ? 1 : 0;
+            EXPECT_TRUE(got.empty() || got == whole)
+                << got << ", allocation " << at << (lasting ? " and all after" : "");
+        }
+        EXPECT_GT(lost, 100U);
+        EXPECT_EQ(parse(), whole);
+    }
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

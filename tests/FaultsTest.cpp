@@ -418,7 +418,7 @@ TEST_F(FaultsTest, EveryAllocationFailsOnce) {
     const std::vector<Step> steps = session();
     for (const bool lasting : {false, true}) {
         size_t failed = 0;
-        for (size_t at = 1, made = at; made >= at; ++at) {
+        for (size_t at = 1, made = at; made + 1 >= at; ++at) {
             SCOPED_TRACE("allocation " + number(at) + (lasting ? " and all after it" : ""));
             renewService();
             Lines wrong;

@@ -1,7 +1,10 @@
 #include "tests/fakes/AllocationLimit.h"
 
+#include <libxml/xmlmemory.h>
+
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace fakes {
@@ -20,6 +23,18 @@ bool fails(size_t size) {
     return size > limit || (made >= firstFailing && made <= lastFailing);
 }
 
+void* xmlAllocate(size_t size) {
+    return fails(size) ? nullptr : malloc(size);
+}
+
+void* xmlReallocate(void* memory, size_t size) {
+    return fails(size) ? nullptr : realloc(memory, size);
+}
+
+char* xmlDuplicate(const char* text) {
+    return fails(strlen(text) + 1) ? nullptr : strdup(text);
+}
+
 }  // namespace
 
 void limitAllocations(size_t bytes) {
@@ -34,6 +49,14 @@ void failAllocation(size_t number, bool lasting) {
 
 size_t allocations() {
     return made;
+}
+
+LimitedXmlMemory::LimitedXmlMemory() {
+    xmlMemSetup(free, xmlAllocate, xmlReallocate, xmlDuplicate);
+}
+
+LimitedXmlMemory::~LimitedXmlMemory() {
+    xmlMemSetup(free, malloc, realloc, strdup);
 }
 
 Memory::Memory(Whose now) : previous(whose) {

@@ -12,6 +12,15 @@ void limitAllocations(size_t bytes);
 void failAllocation(size_t number, bool lasting = false);
 size_t allocations();  // of this thread since failAllocation
 
+// While one of these lives, what libxml2 allocates on this thread counts, and fails, too.
+class LimitedXmlMemory {
+public:
+    LimitedXmlMemory();
+    ~LimitedXmlMemory();
+    LimitedXmlMemory(const LimitedXmlMemory&) = delete;
+    LimitedXmlMemory& operator=(const LimitedXmlMemory&) = delete;
+};
+
 // As long as one of these lives, what this thread allocates is not counted and does not fail: fakes have memory of
 // their own. The library called from within is the caller's again: Whose::CALLERS.
 class Memory {
