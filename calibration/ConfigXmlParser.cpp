@@ -19,6 +19,7 @@
 #include <utility>
 
 #include "calibration/Decimal.h"
+#include "calibration/DocumentBounds.h"
 #include "calibration/PanelTable.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
@@ -39,7 +40,7 @@ std::string_view nameOf(const xmlNode& node) {
 std::string bytesOf(const std::string& path) {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
-    constexpr off_t kMost = ConfigXmlParser::kLongestFile + 1;
+    constexpr off_t kMost = kLongestFile + 1;
     std::string bytes(static_cast<size_t>(std::min(status.st_size, kMost)), '\0');
     std::ifstream file(path, std::ios::binary);
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -47,7 +48,7 @@ std::string bytesOf(const std::string& path) {
 }
 
 bool isReadableFile(const std::string& path) {
-    return platform::unlessOutOfMemory(false, [&path] { return ConfigXmlParser::isReadable(bytesOf(path)); });
+    return platform::unlessOutOfMemory(false, [&path] { return refusalOf(bytesOf(path)) == Refusal::NONE; });
 }
 
 // Whether libxml2 found no memory since its last error was reset. It may return what it has of a document even so.
@@ -185,17 +186,6 @@ void readBlocks(ConfigXmlParser& record, const xmlNode& root) {
 }
 
 }  // namespace
-
-bool ConfigXmlParser::isReadable(std::string_view bytes) {
-    if (bytes.empty() || bytes.size() > kLongestFile) return false;
-    if (kFirstBytes.find(bytes.front()) == std::string_view::npos) return false;
-    while (bytes.size() > kLongestStretch) {
-        const size_t last = bytes.substr(0, kLongestStretch).rfind('>');
-        if (last == std::string_view::npos) return false;
-        bytes.remove_prefix(last + 1);
-    }
-    return true;
-}
 
 void ConfigXmlParser::parser() {
     const PanelIdentity panel = identifyPanel();

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -15,21 +14,13 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 //
 // A flag says that its block was complete; a block that was short leaves what it had in place and its flag false.
 // Values are converted as C's atof does: no number gives 0. Entities from outside the document are never loaded, and
-// those inside make at most a mebibyte of text. What isReadable refuses and what is no regular file are as unreadable
-// as a file that is not well-formed.
+// those inside make at most a mebibyte of text. What refusalOf refuses (DocumentBounds.h) and what is no regular file
+// are as unreadable as a file that is not well-formed.
 class ConfigXmlParser {
 public:
     static constexpr size_t kMatrix = 9;
     static constexpr size_t kTable = 4096;
     static constexpr size_t kEyeCareCoeffs = 36;
-    static constexpr size_t kLongestFile = 1 << 20;      // bytes; several times a full calibration
-    static constexpr size_t kLongestStretch = 16 << 10;  // bytes
-    // What a file may begin with: text, or a byte order mark; not one of the compressed forms that libxml2 unpacks.
-    static constexpr std::string_view kFirstBytes = "< \t\r\n\xEF\xFE\xFF";
-
-    // Whether a file's bytes are given to libxml2, which takes time with the square of what stands in one tag or
-    // declaration: at most kLongestFile, beginning with one of kFirstBytes, with a ">" in every kLongestStretch.
-    static bool isReadable(std::string_view bytes);
 
     // Chooses the file by the panel's name and reads it into the members. The file does not change meanwhile. Nothing
     // is reported but log lines and flags: a file that is missing, unreadable or not well-formed leaves the record as

@@ -1,4 +1,5 @@
 #include "calibration/ConfigXmlParser.h"
+#include "calibration/DocumentBounds.h"
 
 #include <platform/DeviceFiles.h>
 #include <platform/OutOfMemory.h>
@@ -281,6 +282,46 @@ TEST_F(CalibrationTest, AMalformedFileLeavesTheRecordEmpty) {
 
     phone.remove(kFileDefault);
     EXPECT_NE(parseText(full), "") << "the reader has recovered";
+}
+
+TEST_F(CalibrationTest, OnlyTextWithShortTagsIsRead) {
+    const std::string block = "<CTM_WPC>" + kOnes + "<v>1</v></CTM_WPC>";
+    const auto declared = [&](const std::string& rest) {
+        return "<?xml version='1.0' " + rest + "?><p>" + block + "</p>";
+    };
+    const auto wide = [](const std::string& text, bool bigEndian) {
+        std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+        for (const char c : text) bytes += bigEndian ? std::string{'\0', c} : std::string{c, '\0'};
+        return bytes;
+    };
+    const std::string stretch(kLongestStretch - 2, ' ');  // behind "</"
+    const struct {
+        std::string document;
+        Refusal refusal;
+    } kCases[] = {
+        {declared(""), Refusal::NONE},
+        {declared("encoding = \"Utf-8\""), Refusal::NONE},
+        {"\xEF\xBB\xBF" + declared("encoding='us-ascii' standalone='yes'"), Refusal::NONE},
+        {declared("encoding='windows-1252'"), Refusal::NONE},
+        {declared("encoding='UTF-7'"), Refusal::ENCODING},
+        {declared("encoding='ISO-2022-JP'"), Refusal::ENCODING},
+        {declared("encoding='utf-7' encoding='utf-8'"), Refusal::ENCODING},
+        {declared("encoding="), Refusal::ENCODING},
+        {"<?xml" + std::string(600, ' ') + "version='1.0' encoding='utf-8'?><p/>", Refusal::ENCODING},
+        {wide(declared("encoding='UTF-16'"), false), Refusal::NONE},
+        {wide(declared(""), true), Refusal::NONE},
+        {wide(declared("encoding='UTF-7'"), true), Refusal::ENCODING},
+        {wide(declared(""), false).substr(2), Refusal::ENCODING},
+        {"<p>" + block + "</p" + stretch.substr(1) + ">", Refusal::NONE},
+        {"<p>" + block + "</p" + stretch + ">", Refusal::LONG_STRETCH},
+        {wide("<p>" + block, true) + std::string(kLongestStretch, '<') + wide("</p>", true).substr(2),
+         Refusal::LONG_STRETCH},
+    };
+    for (const auto& [document, refusal] : kCases) {
+        SCOPED_TRACE(document.substr(0, 60));
+        EXPECT_EQ(refusalOf(document), refusal);
+        EXPECT_EQ(parseText(document), refusal == Refusal::NONE ? "WPC![1 1 1 1 1 1 1 1 1]" : "");
+    }
 }
 
 TEST_F(CalibrationTest, WithoutMemoryForAllOfItThereIsNone) {

@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "calibration/ConfigXmlParser.h"
+#include "calibration/DocumentBounds.h"
 #include "tests/ServiceTest.h"
 #include "tests/fakes/FileCalls.h"
 
@@ -40,7 +41,7 @@ std::string filled(const std::string& front, const std::function<std::string(siz
     std::string document = front;
     for (size_t i = 0;; ++i) {
         const std::string next = piece(i);
-        if (document.size() + next.size() + back.size() > ConfigXmlParser::kLongestFile) return document + back;
+        if (document.size() + next.size() + back.size() > kLongestFile) return document + back;
         document += next;
     }
 }
@@ -99,6 +100,8 @@ TEST_F(HostileDocumentsTest, EachEndsSoonInLittleMemory) {
         {"nested as deep as goes", repeated(250, "<d>") + repeated(250, "</d>")},
         {"an attribute of a megabyte", "<p a='" + std::string(1000000, 'x') + "'/>"},
         {"100000 attributes", "<p " + attributes(100000) + "/>"},
+        {"100000 attributes, some with a >",
+         "<p " + repeated(100000, [](size_t i) { return named(i) + (i % 1000 == 0 ? "='>' " : "='' "); }) + "/>"},
         {"many attributes in many tags", filled(
                                              "<p>", [&](size_t) { return tag; }, "</p>")},
         {"declared attributes",

@@ -23,7 +23,7 @@ std::string bytesOf(const fs::path& file) {
     if (!fs::exists(status)) throw std::runtime_error(file.string() + ": is not there; expected a calibration file");
     if (!fs::is_regular_file(status))
         throw std::runtime_error(file.string() + ": is no regular file; expected a calibration file");
-    constexpr size_t kMost = ConfigXmlParser::kLongestFile + 1;
+    constexpr size_t kMost = bounds::kLongestFile + 1;
     std::string bytes;
     std::array<char, 1 << 16> piece{};
     std::ifstream stream(file, std::ios::binary);
@@ -100,7 +100,7 @@ std::string numberText(double value, int digits) {
 
 CheckedCalibration checkCalibration(const fs::path& file) {
     const std::string bytes = bytesOf(file);
-    const bool tooLong = bytes.size() > ConfigXmlParser::kLongestFile;
+    const bool tooLong = bytes.size() > bounds::kLongestFile;
     CheckedCalibration checked;
     checked.record = tooLong ? std::make_unique<ConfigXmlParser>() : readAsLibrary(file);
     const Document document = readDocument(bytes);

@@ -151,8 +151,8 @@ std::unique_ptr<ConfigXmlParser> readAsLibrary(const std::filesystem::path& file
 }
 
 Document readDocument(std::string_view bytes) {
-    Document result{bytes, ConfigXmlParser::isReadable(bytes), false, {}, {}, {}};
-    if (!result.parsed) return result;
+    Document result{bytes, bounds::refusalOf(bytes), false, {}, {}, {}};
+    if (result.refusal != Refusal::NONE) return result;
     const XmlOwner<xmlParserCtxt> context(xmlNewParserCtxt());
     if (context == nullptr) throw std::bad_alloc();
     const MessageHandler handler(keepMessage, &result);

@@ -7,9 +7,13 @@
 #include <string_view>
 #include <vector>
 
+#include "calibration/DocumentBounds.h"
 #include "simulator/check/Check.h"
 
 namespace simulator {
+
+namespace bounds = ::vendor::kov::hardware::display_control::V1_0::implementation;
+using bounds::Refusal;
 
 // A block that a calibration may have.
 struct BlockForm {
@@ -54,8 +58,8 @@ struct XmlMessage {
 };
 
 struct Document {
-    std::string_view bytes;  // the file
-    bool parsed = false;     // whether it is text that the library would hand to its XML reader
+    std::string_view bytes;           // the file
+    Refusal refusal = Refusal::NONE;  // why the library does not hand it to libxml2
     bool wellFormed = false;
     std::vector<XmlMessage> messages;
     std::vector<Block> blocks;

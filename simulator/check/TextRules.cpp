@@ -20,25 +20,34 @@ constexpr size_t kColorDigits = 6;
 // The whole file.
 
 void unreadable(const Subject& subject, Notes& notes) {
-    const std::string_view bytes = subject.document.bytes;
-    if (subject.document.parsed) return;
-    if (bytes.empty()) {
-        notes.add("", 0, {}, "is empty", "an XML document");
-    } else if (bytes.size() > ConfigXmlParser::kLongestFile) {
-        notes.add("", 0, {}, "is too large and is not read",
-                  "at most " + std::to_string(ConfigXmlParser::kLongestFile) + " bytes");
-    } else if (ConfigXmlParser::kFirstBytes.find(bytes.front()) != std::string_view::npos) {
-        const std::string stretch = std::to_string(ConfigXmlParser::kLongestStretch) + " bytes";
-        notes.add("", 0, {}, "goes on for more than " + stretch + " without a tag and is not read",
-                  R"(a ">" in every )" + stretch);
-    } else {
-        notes.add("", 1, {}, "begins with " + inQuotes(bytes.substr(0, 2)) + " and is not read",
-                  "XML text that begins with <, not compressed");
+    const auto tell = [&](long line, const std::string& what, const std::string& expected) {
+        notes.add("", line, {}, what + " and is not read", expected);
+    };
+    const std::string stretch = std::to_string(bounds::kLongestStretch) + " bytes";
+    switch (subject.document.refusal) {
+        case Refusal::NONE:
+            break;
+        case Refusal::EMPTY:
+            notes.add("", 0, {}, "is empty", "an XML document");
+            break;
+        case Refusal::SIZE:
+            tell(0, "is too large", "at most " + std::to_string(bounds::kLongestFile) + " bytes");
+            break;
+        case Refusal::FIRST_BYTE:
+            tell(1, "begins with " + inQuotes(subject.document.bytes.substr(0, 2)),
+                 "XML text that begins with <, not compressed");
+            break;
+        case Refusal::ENCODING:
+            tell(1, "has an unusual encoding", "UTF-8");
+            break;
+        case Refusal::LONG_STRETCH:
+            tell(0, "goes on for more than " + stretch + " without a tag", R"(a "<" in every )" + stretch);
+            break;
     }
 }
 
 void notWellFormed(const Subject& subject, Notes& notes) {
-    if (!subject.document.parsed || subject.document.wellFormed) return;
+    if (subject.document.refusal != Refusal::NONE || subject.document.wellFormed) return;
     const std::vector<XmlMessage>& messages = subject.document.messages;
     constexpr const char* kExpected = "well-formed XML";
     if (messages.empty()) notes.add("", 0, {}, "is not well-formed and is not used", kExpected);
