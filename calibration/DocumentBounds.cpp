@@ -9,66 +9,95 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace {
 
-using namespace std::string_view_literals;
-
 constexpr std::string_view kFirstBytes = "< \t\r\n\xEF\xFE\xFF";
+constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
+constexpr std::string_view kBigEndianMark = "\xFE\xFF";
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
+// How the names of encodings begin that have every ASCII character as its byte, and no other with that of "<"; UTF-16
+// stands here for documents that begin with its mark. Names are compared by their letters and digits in lower case.
+constexpr std::string_view kEncodings[] = {"utf8",    "utf16",   "ascii", "usascii",   "iso8859", "isolatin", "latin",
+                                           "cp125",   "windows", "koi8",  "macintosh", "gb2312",  "gbk",      "cp936",
+                                           "gb18030", "big5",    "euc",   "shiftjis",  "sjis",    "tis620",   "viscii"};
 
 bool beginsWith(std::string_view text, std::string_view beginning) {
     return text.substr(0, beginning.size()) == beginning;
 }
 
-// The bytes of a "<".
-std::string_view tagIn(std::string_view bytes) {
-    if (beginsWith(bytes, "\xFF\xFE")) return "<\0"sv;
-    if (beginsWith(bytes, "\xFE\xFF")) return "\0<"sv;
-    return "<"sv;
+bool isUtf16(std::string_view bytes) {
+    return beginsWith(bytes, kLittleEndianMark) || beginsWith(bytes, kBigEndianMark);
 }
 
-// The ASCII characters among the first ones, in lower case, whatever the width of a character.
-std::string beginningOf(std::string_view bytes) {
-    constexpr size_t kBytes = 512;  // several times an XML declaration
-    std::string characters;
-    for (const char byte : bytes.substr(0, kBytes)) {
-        const auto value = static_cast<unsigned char>(byte);
-        if (value > 0 && value < 0x80) characters += static_cast<char>(std::tolower(value));
+// The ASCII characters of UTF-16 text, and a blank for each other unit.
+std::string asciiOf(std::string_view utf16) {
+    const size_t low = beginsWith(utf16, kLittleEndianMark) ? 0 : 1;
+    std::string text;
+    text.reserve(utf16.size() / 2);
+    for (size_t i = 2; i + 1 < utf16.size(); i += 2) {
+        const bool isAscii = utf16[i + 1 - low] == 0 && utf16[i + low] > 0;
+        text += isAscii ? utf16[i + low] : ' ';
     }
-    return characters;
+    return text;
+}
+
+std::string plainName(std::string_view name) {
+    std::string plain;
+    for (const char c : name) {
+        const auto value = static_cast<unsigned char>(c);
+        if (std::isalnum(value) != 0) plain += static_cast<char>(std::tolower(value));
+    }
+    return plain;
 }
 
 // Whether the XML declaration names no encoding or one of kEncodings.
-bool declaresKnownEncoding(std::string_view beginning) {
+bool declaresKnownEncoding(std::string_view text) {
+    constexpr std::string_view kBegin = "<?xml";
     constexpr std::string_view kWord = "encoding";
-    if (!beginsWith(beginning, "<?xml")) return true;
-    const size_t end = beginning.find("?>");
+    constexpr size_t kLongest = 512;  // characters; several times a declaration
+    text = text.substr(0, kLongest);
+    if (!beginsWith(text, kBegin) || kBlanks.find(text.substr(0, kBegin.size() + 1).back()) == std::string_view::npos)
+        return true;
+    const size_t end = text.find("?>");
     if (end == std::string_view::npos) return false;
-    const std::string_view declaration = beginning.substr(0, end);
+    const std::string_view declaration = text.substr(0, end);
     const size_t word = declaration.find(kWord);
     if (word == std::string_view::npos) return true;
     if (declaration.rfind(kWord) != word) return false;
     const size_t quote = declaration.find_first_of("'\"", word);
     if (quote == std::string_view::npos) return false;
-    const std::string_view name = declaration.substr(quote + 1);
+    const std::string_view value = declaration.substr(quote + 1);
+    const std::string name = plainName(value.substr(0, value.find_first_of("'\"")));
     return std::any_of(std::begin(kEncodings), std::end(kEncodings),
-                       [name](std::string_view known) { return beginsWith(name, known); });
+                       [&name](std::string_view known) { return beginsWith(name, known); });
 }
 
-// Without a byte order mark a zero byte in the first character means an encoding of wider characters.
-bool isKnownEncoding(std::string_view bytes) {
-    constexpr size_t kWidestCharacter = 4;  // bytes
-    const bool isWide = tagIn(bytes).size() > 1;
-    const bool hasZero = bytes.substr(0, kWidestCharacter).find('\0') != std::string_view::npos;
-    return (isWide || !hasZero) && declaresKnownEncoding(beginningOf(bytes));
-}
-
-bool hasLongStretch(std::string_view bytes) {
-    const std::string_view tag = tagIn(bytes);
-    while (bytes.size() > kLongestStretch) {
-        size_t last = bytes.rfind(tag, kLongestStretch);
-        while (last != std::string_view::npos && last % tag.size() != 0) last = bytes.rfind(tag, last - 1);
+bool hasLongStretch(std::string_view text) {
+    while (text.size() > kLongestStretch) {
+        const size_t last = text.rfind('<', kLongestStretch);
         if (last == std::string_view::npos) return true;
-        bytes.remove_prefix(last + tag.size());
+        text.remove_prefix(last + 1);
     }
     return false;
+}
+
+bool hasCostlyDeclaration(std::string_view text) {
+    constexpr std::string_view kAttributes = "!ATTLIST";
+    constexpr std::string_view kEntity = "!ENTITY";
+    for (size_t at = text.find('!'); at != std::string_view::npos; at = text.find('!', at + 1)) {
+        const std::string_view rest = text.substr(at);
+        if (beginsWith(rest, kAttributes)) return true;
+        if (!beginsWith(rest, kEntity)) continue;
+        const size_t name = rest.find_first_not_of(kBlanks, kEntity.size());
+        if (name != std::string_view::npos && rest[name] == '%') return true;
+    }
+    return false;
+}
+
+Refusal refusalOfText(std::string_view text) {
+    if (!declaresKnownEncoding(text)) return Refusal::ENCODING;
+    if (hasLongStretch(text)) return Refusal::LONG_STRETCH;
+    return hasCostlyDeclaration(text) ? Refusal::DECLARATION : Refusal::NONE;
 }
 
 }  // namespace
@@ -77,8 +106,11 @@ Refusal refusalOf(std::string_view bytes) {
     if (bytes.empty()) return Refusal::EMPTY;
     if (bytes.size() > kLongestFile) return Refusal::SIZE;
     if (kFirstBytes.find(bytes.front()) == std::string_view::npos) return Refusal::FIRST_BYTE;
-    if (!isKnownEncoding(bytes)) return Refusal::ENCODING;
-    return hasLongStretch(bytes) ? Refusal::LONG_STRETCH : Refusal::NONE;
+    if (isUtf16(bytes)) return refusalOfText(asciiOf(bytes));
+    // A zero byte in the first character means an encoding of wider ones.
+    constexpr size_t kWidest = 4;
+    if (bytes.substr(0, kWidest).find('\0') != std::string_view::npos) return Refusal::ENCODING;
+    return refusalOfText(beginsWith(bytes, kUtf8Mark) ? bytes.substr(kUtf8Mark.size()) : bytes);
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

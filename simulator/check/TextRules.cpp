@@ -23,7 +23,7 @@ void unreadable(const Subject& subject, Notes& notes) {
     const auto tell = [&](long line, const std::string& what, const std::string& expected) {
         notes.add("", line, {}, what + " and is not read", expected);
     };
-    const std::string stretch = std::to_string(bounds::kLongestStretch) + " bytes";
+    const std::string stretch = std::to_string(bounds::kLongestStretch) + " characters";
     switch (subject.document.refusal) {
         case Refusal::NONE:
             break;
@@ -42,6 +42,9 @@ void unreadable(const Subject& subject, Notes& notes) {
             break;
         case Refusal::LONG_STRETCH:
             tell(0, "goes on for more than " + stretch + " without a tag", R"(a "<" in every )" + stretch);
+            break;
+        case Refusal::DECLARATION:
+            tell(0, "declares attributes or parameter entities", "no such declaration");
             break;
     }
 }
