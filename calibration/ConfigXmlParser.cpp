@@ -51,11 +51,36 @@ bool isReadableFile(const std::string& path) {
     return platform::unlessOutOfMemory(false, [&path] { return refusalOf(bytesOf(path)) == Refusal::NONE; });
 }
 
-// Whether libxml2 found no memory since its last error was reset. It may return what it has of a document even so.
-bool ranOutOfMemory() {
-    const xmlError* const error = xmlGetLastError();
-    return error != nullptr && error->code == XML_ERR_NO_MEMORY;
-}
+// Sees whether libxml2 finds no memory while this lives: it may return what it has of a document even so. Messages go
+// on to where they went before.
+class MemoryWatch {
+public:
+    MemoryWatch() : handler(xmlStructuredError), context(xmlStructuredErrorContext) {
+        xmlSetStructuredErrorFunc(this, note);
+    }
+    ~MemoryWatch() { xmlSetStructuredErrorFunc(context, handler); }
+    MemoryWatch(const MemoryWatch&) = delete;
+    MemoryWatch& operator=(const MemoryWatch&) = delete;
+
+    bool ranOut() const { return outOfMemory; }
+
+private:
+    static void note(void* watch, xmlError* error) {
+        MemoryWatch& self = *static_cast<MemoryWatch*>(watch);
+        if (error->code == XML_ERR_NO_MEMORY) self.outOfMemory = true;
+        if (self.handler != nullptr) {
+            self.handler(self.context, error);
+        } else {
+            const auto known = [](const char* text) { return text == nullptr ? "" : text; };
+            xmlGenericError(xmlGenericErrorContext, "%s:%d: %s", known(error->file), error->line,
+                            known(error->message));
+        }
+    }
+
+    const xmlStructuredErrorFunc handler;
+    void* const context;
+    bool outOfMemory = false;
+};
 
 // A calibration document being read into a record.
 class Reading {
@@ -185,6 +210,19 @@ void readBlocks(ConfigXmlParser& record, const xmlNode& root) {
     }
 }
 
+enum class Outcome { READ, NOT_PARSED, NO_ROOT, NO_MEMORY };
+
+// Reads what there is of a file; after NO_MEMORY the record is not to be used.
+Outcome readFile(ConfigXmlParser& record, const std::string& path) {
+    const MemoryWatch memory;
+    const std::unique_ptr<xmlDoc, XmlRelease> document(isReadableFile(path) ? xmlParseFile(path.c_str()) : nullptr);
+    if (document == nullptr) return Outcome::NOT_PARSED;
+    const xmlNode* const root = xmlDocGetRootElement(document.get());
+    if (root != nullptr) readBlocks(record, *root);
+    if (memory.ranOut()) return Outcome::NO_MEMORY;
+    return root == nullptr ? Outcome::NO_ROOT : Outcome::READ;
+}
+
 }  // namespace
 
 void ConfigXmlParser::parser() {
@@ -199,23 +237,21 @@ void ConfigXmlParser::parser() {
         return;
     }
 
-    xmlResetLastError();
     xmlKeepBlanksDefault(0);
-    std::unique_ptr<xmlDoc, XmlRelease> document(isReadableFile(path) ? xmlParseFile(path.c_str()) : nullptr);
-    if (document == nullptr) {
-        LOG_ERROR("xmlParseFile error!");
-        return;
-    }
-    if (const xmlNode* const root = xmlDocGetRootElement(document.get()); root != nullptr) {
-        readBlocks(*this, *root);
-        if (ranOutOfMemory()) {
+    switch (readFile(*this, path)) {
+        case Outcome::READ:
+            break;
+        case Outcome::NOT_PARSED:
+            LOG_ERROR("xmlParseFile error!");
+            return;
+        case Outcome::NO_ROOT:
+            LOG_ERROR("Empty document");
+            break;
+        case Outcome::NO_MEMORY:
             LOG_ERROR("no memory for the calibration");
             *this = {};
-        }
-    } else {
-        LOG_ERROR("Empty document");
+            break;
     }
-    document.reset();
     xmlCleanupParser();
 }
 

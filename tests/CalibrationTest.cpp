@@ -330,8 +330,9 @@ TEST_F(CalibrationTest, OnlyTextWithShortTagsIsRead) {
 }
 
 TEST_F(CalibrationTest, WithoutMemoryForAllOfItThereIsNone) {
-    phone.write(kFileDefault,
-                "<!DOCTYPE p [<!ENTITY one '1'>]><p a='b'><CTM_WPC>" + kOnes + "<v>&one;<!-- c --></v></CTM_WPC></p>");
+    phone.write(kFileDefault, "<!DOCTYPE p [<!ENTITY one '1'>]><p a='b'><CTM_WPC>" + kOnes +
+                                  "<v>&one;<!-- c --></v></CTM_WPC>"
+                                  "<warned xmlns='of a relative name'/></p>");
     const fakes::LimitedXmlMemory limited;
     const std::string whole = parse();
     EXPECT_EQ(whole, "WPC![1 1 1 1 1 1 1 1 1]");
