@@ -50,6 +50,20 @@ TEST(ReturnDeathTest, AFailureThatNobodyLookedAtEndsTheProcess) {
         "retrieve value.*no light");
 }
 
+TEST(Services, OneThatEndsMayUseTheRegistry) {
+    struct Leaving : fakes::FakeComposer {
+        explicit Leaving(int& times) : asked(times) {}
+        ~Leaving() override { asked += getService("another") == nullptr ? 1 : 0; }
+        int& asked;
+    };
+    int asked = 0;
+    EXPECT_EQ(sp<Leaving>(new Leaving(asked))->registerAsService(), android::OK);
+    EXPECT_EQ(sp<Leaving>(new Leaving(asked))->registerAsService(), android::OK);
+    EXPECT_EQ(asked, 1) << "the replaced one";
+    platform::clearServices();
+    EXPECT_EQ(asked, 2);
+}
+
 TEST(Return, AFailureThatWasLookedAtIsTheCallersAffair) {
     Return<int32_t> answer(failed());
     EXPECT_EQ(answer.withDefault(7), 7);

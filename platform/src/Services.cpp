@@ -16,10 +16,11 @@ using Services = std::map<std::string, Instances, std::less<>>;  // by interface
 
 class Registry {
 public:
-    void add(const std::string& interfaceName, const std::string& instance, const android::sp<IBase>& service)
-        PLATFORM_EXCLUDES(mutex) {
+    // The service that was there; destroyed by the caller, without the lock, for it may use the registry when it ends.
+    android::sp<IBase> add(const std::string& interfaceName, const std::string& instance,
+                           const android::sp<IBase>& service) PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
-        services[interfaceName][instance] = service;
+        return std::exchange(services[interfaceName][instance], service);
     }
 
     android::sp<IBase> find(std::string_view interfaceName, std::string_view instance) PLATFORM_EXCLUDES(mutex) {
@@ -30,7 +31,7 @@ public:
         return found == instances->second.end() ? nullptr : found->second;
     }
 
-    // What it held; destroyed by the caller, without the lock, for a service may use the registry when it ends.
+    // What it held, likewise.
     Services clear() PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
         return std::exchange(services, {});
@@ -51,7 +52,7 @@ Registry& registry() {
 android::status_t addService(const std::string& interfaceName, const std::string& instance,
                              const android::sp<IBase>& service) {
     if (service == nullptr) return android::UNKNOWN_ERROR;
-    registry().add(interfaceName, instance, service);
+    const auto replaced = registry().add(interfaceName, instance, service);
     return android::OK;
 }
 
