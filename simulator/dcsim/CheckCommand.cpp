@@ -7,6 +7,7 @@
 #include "simulator/check/Summary.h"
 #include "simulator/dcsim/Commands.h"
 #include "simulator/dcsim/Terminal.h"
+#include "simulator/script/Event.h"
 
 namespace dcsim {
 
@@ -47,13 +48,13 @@ void printFindings(const std::string& file, const std::vector<Finding>& findings
     std::cout << colored(isError ? kRed : kYellow, counted(count, isError ? "error" : "warning")) << "\n";
     for (const Finding& finding : findings) {
         if (finding.severity != severity) continue;
-        std::cout << harmless(file) << ":" << (finding.line > 0 ? std::to_string(finding.line) + ":" : "") << " "
-                  << sentenceOf(finding) << "\n";
+        std::cout << simulator::harmless(file) << ":" << (finding.line > 0 ? std::to_string(finding.line) + ":" : "")
+                  << " " << sentenceOf(finding) << "\n";
     }
 }
 
 void printFile(const std::string& file, const CheckedCalibration& checked) {
-    std::cout << colored(kBold, harmless(file)) << "\n" << simulator::textOf(simulator::summaryOf(checked));
+    std::cout << colored(kBold, simulator::harmless(file)) << "\n" << simulator::textOf(simulator::summaryOf(checked));
     printFindings(file, checked.findings, Finding::Severity::ERROR);
     printFindings(file, checked.findings, Finding::Severity::WARNING);
     std::cout << "\n";
@@ -78,7 +79,7 @@ Json checkFile(const std::string& file, bool json, Counts& counts) {
         if (json) return toJson(file, checked);
         printFile(file, checked);
     } catch (const std::exception& error) {
-        std::cerr << "dcsim: " << harmless(error.what()) << "\n";
+        std::cerr << "dcsim: " << simulator::harmless(error.what()) << "\n";
         ++counts.unreadable;
         if (json) return {{"file", file}, {"unreadable", error.what()}};
     }

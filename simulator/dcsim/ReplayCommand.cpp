@@ -7,7 +7,6 @@
 
 #include "simulator/dcsim/Commands.h"
 #include "simulator/dcsim/Progress.h"
-#include "simulator/dcsim/Terminal.h"
 #include "simulator/light/Replay.h"
 #include "simulator/script/Event.h"
 
@@ -137,7 +136,7 @@ void printSummary(const Summary& summary, const TimelineFile& timeline, bool jso
     std::cout << "\n"
               << summary.samples << " samples; on " << summary.activations << " times, off " << summary.deactivations
               << " times; " << summary.messages << " messages, highest level " << summary.highestLevel
-              << "\nEvery sample is in " << harmless(timeline.name.string()) << "\n";
+              << "\nEvery sample is in " << simulator::harmless(timeline.name.string()) << "\n";
 }
 
 int run(const Options& options) {

@@ -5,9 +5,9 @@
 
 #include "simulator/dcsim/Commands.h"
 #include "simulator/dcsim/Progress.h"
-#include "simulator/dcsim/Terminal.h"
 #include "simulator/report/Page.h"
 #include "simulator/report/ReportData.h"
+#include "simulator/script/Event.h"
 
 namespace dcsim {
 
@@ -43,7 +43,7 @@ int run(const Options& options) {
     if (options.json) {
         std::cout << simulator::embeddable(report) << "\n";
     } else {
-        std::cout << "The report is in " << harmless(options.out) << "\n";
+        std::cout << "The report is in " << simulator::harmless(options.out) << "\n";
     }
     return report.at("calibration").at("findings").empty() ? kAllWell : kFindings;
 }

@@ -12,6 +12,7 @@
 #include "simulator/dcsim/SessionArguments.h"
 #include "simulator/dcsim/Terminal.h"
 #include "simulator/script/Completion.h"
+#include "simulator/script/Event.h"
 #include "simulator/script/Help.h"
 #include "simulator/script/LineReader.h"
 
@@ -101,7 +102,8 @@ int runAtTerminal(const SessionArguments& arguments) {
         try {
             shell.step(*line, number);
         } catch (const std::runtime_error& error) {
-            std::cerr << (colored ? "\x1b[31m" : "") << harmless(error.what()) << (colored ? "\x1b[0m" : "") << "\n";
+            std::cerr << (colored ? "\x1b[31m" : "") << simulator::harmless(error.what()) << (colored ? "\x1b[0m" : "")
+                      << "\n";
         }
     }
     return kAllWell;
@@ -115,7 +117,7 @@ int runPlain(const SessionArguments& arguments) {
         try {
             shell.step(script.line(), script.number());
         } catch (const std::runtime_error& error) {
-            std::cerr << harmless(script.place() + error.what()) << "\n";
+            std::cerr << simulator::harmless(script.place() + error.what()) << "\n";
             status = kWrongUse;
         }
     }

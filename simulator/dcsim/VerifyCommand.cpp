@@ -7,7 +7,7 @@
 #include "simulator/dcsim/Commands.h"
 #include "simulator/dcsim/Progress.h"
 #include "simulator/dcsim/SessionArguments.h"
-#include "simulator/dcsim/Terminal.h"
+#include "simulator/script/Event.h"
 #include "simulator/verify/SessionDump.h"
 
 namespace dcsim {
@@ -49,10 +49,10 @@ std::string placeOf(size_t number, const Json& calls) {
 void printDifference(const Options& options, const Difference& difference, const Json& got) {
     const auto number = callOf(difference);
     if (!options.json) {
-        std::cout << harmless(options.script + ": the session is not the one in " + options.expected) << "\n  "
-                  << (number ? placeOf(*number, got["calls"]) : "state at the end") << "\n  " << difference.path
-                  << "\n  expected  " << textOf(difference.expected) << "\n  got       " << textOf(difference.got)
-                  << "\n";
+        std::cout << simulator::harmless(options.script + ": the session is not the one in " + options.expected)
+                  << "\n  " << (number ? placeOf(*number, got["calls"]) : "state at the end") << "\n  "
+                  << difference.path << "\n  expected  " << textOf(difference.expected) << "\n  got       "
+                  << textOf(difference.got) << "\n";
         return;
     }
     Json event = {{"event", "difference"}, {"path", difference.path}};
@@ -68,7 +68,7 @@ void printDone(const Options& options, const char* event, const std::string& tex
     if (options.json) {
         std::cout << Json{{"event", event}, {"calls", calls}}.dump() << "\n";
     } else {
-        std::cout << harmless(text) << ": " << calls << " composer calls and the state at the end\n";
+        std::cout << simulator::harmless(text) << ": " << calls << " composer calls and the state at the end\n";
     }
 }
 

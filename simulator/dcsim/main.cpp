@@ -7,8 +7,8 @@
 #include <string>
 
 #include "simulator/dcsim/Commands.h"
-#include "simulator/dcsim/Terminal.h"
 #include "simulator/script/Command.h"
+#include "simulator/script/Event.h"
 
 namespace {
 
@@ -47,13 +47,13 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         std::ostringstream said;
         const bool isHelp = app.exit(error, std::cout, said) == 0;
-        std::cerr << dcsim::harmless(said.str());
+        std::cerr << simulator::harmless(said.str());
         return isHelp ? dcsim::kAllWell : dcsim::kWrongUse;
     } catch (const simulator::ScriptError& error) {
-        std::cerr << dcsim::harmless(error.what()) << "\n";
+        std::cerr << simulator::harmless(error.what()) << "\n";
         return dcsim::kWrongUse;
     } catch (const std::exception& error) {
-        std::cerr << "dcsim: " << dcsim::harmless(error.what()) << "\n";
+        std::cerr << "dcsim: " << simulator::harmless(error.what()) << "\n";
         return dcsim::kWrongUse;
     }
 }

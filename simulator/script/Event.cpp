@@ -55,6 +55,19 @@ std::string printable(std::string_view bytes) {
     return text;
 }
 
+std::string harmless(std::string_view text) {
+    constexpr char kDelete = '\x7F';
+    constexpr char kSecondSet = '\xC2';  // in UTF-8 the first byte of the control characters from U+0080 to U+009F
+    std::string shown;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const bool isFirst = (byte < ' ' && byte != '\n') || text[i] == kDelete;
+        const bool isSecond = i > 0 && text[i - 1] == kSecondSet && byte >= 0x80 && byte < 0xA0;
+        shown += isFirst || isSecond ? printable(text.substr(i, 1)) : std::string(1, text[i]);
+    }
+    return shown;
+}
+
 std::string inQuotes(std::string_view bytes) {
     constexpr size_t kLongest = 60;
     return "\"" + printable(bytes.substr(0, kLongest)) + (bytes.size() > kLongest ? "...\"" : "\"");

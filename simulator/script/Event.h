@@ -30,6 +30,10 @@ Json resultToJson(int32_t result);
 // Bytes as text for people: what is not printable ASCII as \n or \xF8.
 std::string printable(std::string_view bytes);
 
+// Text with names and remarks that others chose: control characters, which would steer a terminal, as \x1B; all else,
+// line ends and UTF-8 too, as it stands.
+std::string harmless(std::string_view text);
+
 // What somebody wrote, for a message: printable, in double quotes, cut when it is long.
 std::string inQuotes(std::string_view bytes);
 

@@ -208,7 +208,7 @@ public:
         if (isCommand && !look.commands) return;
         if (isCommand && !(isRemark && lastWasRemark)) stream << "\n";
         lastWasRemark = isRemark;
-        stream << colored(event, eventText(event)) << "\n" << std::flush;
+        stream << colored(event, harmless(eventText(event))) << "\n" << std::flush;
     }
 
 private:
