@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -23,6 +24,7 @@ enum class Fault {
     SILENT,             // returns without calling back
     TWICE,              // calls back twice
     LATE,               // calls back only when deliverLate is called
+    ELSEWHERE,          // calls back on another thread
     UNREACHABLE,        // the transport fails before the call
     DIES_AFTER_ANSWER,  // calls back, then the transport fails
 };
@@ -57,6 +59,10 @@ public:
         if (fault == Fault::LATE) late.push_back([=] { callback(result); });
         if (fault == Fault::UNREACHABLE) return deadObject();
         if (fault == Fault::LATE || fault == Fault::SILENT) return {};
+        if (fault == Fault::ELSEWHERE) {
+            std::thread([&] { callback(result); }).join();
+            return {};
+        }
         const Memory callers(Memory::Whose::CALLERS);
         callback(result);
         if (fault == Fault::TWICE) callback(result);

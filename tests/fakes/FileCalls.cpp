@@ -68,6 +68,15 @@ FILE* openStream(const char* name, const char* path, const char* mode) {
     return stream;
 }
 
+template <typename Status>
+int statFile(const char* name, FileCall call, const char* path, Status* status) {
+    if (const int fault = faultOf(call, path); fault > 0) {
+        errno = fault;
+        return -1;
+    }
+    return next<int (*)(const char*, Status*)>(name)(path, status);
+}
+
 mode_t modeOf(int flags, va_list arguments) {
     return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
 }
@@ -161,11 +170,11 @@ int access(const char* path, int mode) noexcept {
 }
 
 int stat(const char* path, struct stat* status) noexcept {
-    if (const int fault = fakes::faultOf(fakes::FileCall::STAT, path); fault > 0) {
-        errno = fault;
-        return -1;
-    }
-    return fakes::next<int (*)(const char*, struct stat*)>("stat")(path, status);
+    return fakes::statFile("stat", fakes::FileCall::STAT, path, status);
+}
+
+int stat64(const char* path, struct stat64* status) noexcept {
+    return fakes::statFile("stat64", fakes::FileCall::STAT64, path, status);
 }
 
 }  // extern "C"

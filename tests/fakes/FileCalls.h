@@ -8,7 +8,7 @@
 
 namespace fakes {
 
-enum class FileCall { OPEN, READ, WRITE, ACCESS, STAT };
+enum class FileCall { OPEN, READ, WRITE, ACCESS, STAT, STAT64 };  // STAT64: of libxml2
 
 // What happens to one call: it fails with that errno, or, when that is 0, a read or write ends after one byte.
 struct FileFault {

@@ -20,7 +20,10 @@ public:
             throw std::system_error(errno, std::generic_category(), "no temporary folder");
         folder = pattern;
     }
-    ~TemporaryFolder() { std::filesystem::remove_all(folder); }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
