@@ -26,10 +26,10 @@ void configureColorLibraries(const ConfigXmlParser& record) {
     const std::array<int32_t, ColorManager::kEndPoints> endPoints{record.unlimitedWarm, record.unlimitedCold};
     std::array<double, ColorManager::kEyeCareRun> eyeCare{record.eyeCareMaxCCT, record.eyeCareMinCCT};
     std::copy(std::begin(record.eyeCareCoeffs), std::end(record.eyeCareCoeffs), eyeCare.begin() + 2);
-    platform::unlessOutOfMemory(0, [&] {
-        return ColorManager::init(record.hasUnlimitedCT ? endPoints.data() : nullptr,
-                                  record.hasEyeCare ? eyeCare.data() : nullptr);
-    });
+    const int32_t* const ends = record.hasUnlimitedCT ? endPoints.data() : nullptr;
+    const bool done = platform::unlessOutOfMemory(
+        false, [&] { return ColorManager::init(ends, record.hasEyeCare ? eyeCare.data() : nullptr) == 0; });
+    if (!done) ColorManager::init(ends, nullptr);  // no memory for the eye care's
 }
 
 }  // namespace

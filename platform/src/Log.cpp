@@ -78,7 +78,7 @@ int __android_log_print(int prio, const char* tag, const char* fmt, ...) {
 }
 
 void __android_log_set_logger(__android_logger_function logger) {
-    currentLogger.store(logger);
+    currentLogger.store(logger == nullptr ? __android_log_stderr_logger : logger);
 }
 
 void __android_log_stderr_logger(const struct __android_log_message* log_message) {
