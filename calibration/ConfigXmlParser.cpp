@@ -220,7 +220,8 @@ Outcome readFile(ConfigXmlParser& record, const std::string& path) {
     const xmlNode* const root = xmlDocGetRootElement(document.get());
     if (root != nullptr) readBlocks(record, *root);
     if (memory.ranOut()) return Outcome::NO_MEMORY;
-    return root == nullptr ? Outcome::NO_ROOT : Outcome::READ;
+    if (root == nullptr) return Outcome::NO_ROOT;
+    return Outcome::READ;
 }
 
 }  // namespace

@@ -149,7 +149,7 @@ protected:
         std::string ones;
         for (int i = 0; i < 4096; ++i) ones += "<v>1</v>";
         calibrate(block("CTM_WPC", {0.5, 0, 0, 0, 1, 0, 0, 0, 1}) + "<Gamma_Calib>" + ones + "</Gamma_Calib>" +
-                  block("WPCParam", std::vector<double>(9, 1)));
+                  block("WPCParam", std::vector<double>(9, 1)) + block("EyeCare", std::vector<double>(38, 1)));
         fakes::closedLibraries().gains = {1, 0.5, 0.25};
         fakes::closedLibraries().whiteGains = {1, 1, 0.5};
         std::fill_n(low.elements.data(), 9, 0.25F);

@@ -71,7 +71,7 @@ JournaledLog::JournaledLog() {
 }
 
 JournaledLog::~JournaledLog() {
-    __android_log_set_logger(__android_log_stderr_logger);
+    __android_log_set_logger(nullptr);
 }
 
 }  // namespace fakes

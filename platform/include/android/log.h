@@ -40,7 +40,8 @@ typedef void (*__android_logger_function)(const struct __android_log_message* lo
 // minimum is not formatted. Returns 1 when the line was handed on, 0 when it was suppressed.
 int __android_log_print(int prio, const char* tag, const char* fmt, ...) __attribute__((format(printf, 3, 4)));
 
-// Replaces the process's logger; it is called on the thread that logs, and has to be safe for several at once.
+// Replaces the process's logger, by the default one for null; it is called on the thread that logs, and has to be safe
+// for several at once.
 void __android_log_set_logger(__android_logger_function logger);
 
 // The default logger: "D/TAG( pid): text" and a line feed, in one write to standard error.
