@@ -1,7 +1,6 @@
 #include "calibration/DocumentBounds.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <string>
 
@@ -41,11 +40,12 @@ std::string asciiOf(std::string_view utf16) {
     return text;
 }
 
+// The same whatever the process's locale.
 std::string plainName(std::string_view name) {
     std::string plain;
     for (const char c : name) {
-        const auto value = static_cast<unsigned char>(c);
-        if (std::isalnum(value) != 0) plain += static_cast<char>(std::tolower(value));
+        const char lower = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        if ((lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9')) plain += lower;
     }
     return plain;
 }
@@ -56,8 +56,7 @@ bool declaresKnownEncoding(std::string_view text) {
     constexpr std::string_view kWord = "encoding";
     constexpr size_t kLongest = 512;  // characters; several times a declaration
     text = text.substr(0, kLongest);
-    if (!beginsWith(text, kBegin) || kBlanks.find(text.substr(0, kBegin.size() + 1).back()) == std::string_view::npos)
-        return true;
+    if (!beginsWith(text, kBegin) || text.find_first_of(kBlanks) != kBegin.size()) return true;
     const size_t end = text.find("?>");
     if (end == std::string_view::npos) return false;
     const std::string_view declaration = text.substr(0, end);
