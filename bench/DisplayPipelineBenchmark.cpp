@@ -77,7 +77,7 @@ public:
     Transform& operator=(const Transform&) = delete;
 
     Picture operator()(const Picture& input) const {
-        Picture output{input.width, input.height, std::vector<uint8_t>(input.pixels.size())};
+        Picture output{input.width, input.height, simulator::Bytes(input.pixels.size())};
         cmsDoTransform(transform, input.pixels.data(), output.pixels.data(), input.width * input.height);
         return output;
     }

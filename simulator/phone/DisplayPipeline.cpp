@@ -165,11 +165,12 @@ public:
         }
     }
 
-    // Shows pixels in their places; clipped[i] says whether one is clipped. Counts those.
-    uint64_t show(uint8_t* pixels, uint8_t* clipped, size_t count) const {
+    // Shows the pixels of input; clipped[i] says whether one is clipped. Counts those.
+    uint64_t show(const uint8_t* input, uint8_t* pixels, uint8_t* clipped, size_t count) const {
         uint64_t clippedPixels = 0;
         for (size_t begin = 0; begin < count; begin += kBlock) {
-            clippedPixels += showBlock(pixels + 3 * begin, clipped + begin, std::min(kBlock, count - begin));
+            clippedPixels +=
+                showBlock(input + 3 * begin, pixels + 3 * begin, clipped + begin, std::min(kBlock, count - begin));
         }
         return clippedPixels;
     }
@@ -179,13 +180,13 @@ private:
     static constexpr size_t kLanes = 4;    // a pixel's red, green and blue, and a 0 that makes them even
 
     // One step a loop, so that it is done to several levels at a time.
-    uint64_t showBlock(uint8_t* pixels, uint8_t* clipped, size_t count) const {
+    uint64_t showBlock(const uint8_t* input, uint8_t* pixels, uint8_t* clipped, size_t count) const {
         const size_t lanes = kLanes * count;
         std::array<float, kLanes * kBlock> levels;
         for (size_t pixel = 0; pixel < count; ++pixel) {
-            const auto& red = terms[0][pixels[3 * pixel]];
-            const auto& green = terms[1][pixels[3 * pixel + 1]];
-            const auto& blue = terms[2][pixels[3 * pixel + 2]];
+            const auto& red = terms[0][input[3 * pixel]];
+            const auto& green = terms[1][input[3 * pixel + 1]];
+            const auto& blue = terms[2][input[3 * pixel + 2]];
             for (size_t lane = 0; lane < kLanes; ++lane) {
                 levels[kLanes * pixel + lane] = (red[lane] + green[lane]) + blue[lane];
             }
@@ -217,9 +218,10 @@ private:
 ShownPicture showPicture(const Picture& input, const DisplayState& state, size_t threads) {
     const Pipeline pipeline(state);
     const size_t pixels = input.pixels.size() / 3;
-    ShownPicture shown{input, 0, std::vector<uint8_t>(pixels)};
+    ShownPicture shown{{input.width, input.height, Bytes(3 * pixels)}, 0, Bytes(pixels)};
     const auto showPart = [&](size_t begin, size_t end) {
-        return pipeline.show(shown.picture.pixels.data() + 3 * begin, shown.clipped.data() + begin, end - begin);
+        return pipeline.show(input.pixels.data() + 3 * begin, shown.picture.pixels.data() + 3 * begin,
+                             shown.clipped.data() + begin, end - begin);
     };
     const size_t count = threads > 0 ? threads : std::max(1U, std::thread::hardware_concurrency());
     std::vector<std::future<uint64_t>> parts;

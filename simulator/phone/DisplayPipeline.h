@@ -10,8 +10,8 @@ namespace simulator {
 
 struct ShownPicture {
     Picture picture;
-    uint64_t clippedPixels = 0;    // pixels with a channel that left the matrices below 0 or above 1
-    std::vector<uint8_t> clipped;  // for each pixel, 1 if it is one of them, otherwise 0
+    uint64_t clippedPixels = 0;  // pixels with a channel that left the matrices below 0 or above 1
+    Bytes clipped;               // for each pixel, 1 if it is one of them, otherwise 0
 };
 
 // Pushes a picture through what the composer holds for a display: each coded value through the de-gamma table, the

@@ -138,7 +138,7 @@ void drawGradient(Picture& picture, uint32_t top, Rgb full) {
 }  // namespace
 
 Picture drawChart() {
-    Picture picture{kWidth, kHeight, std::vector<uint8_t>(size_t{3} * kWidth * kHeight)};
+    Picture picture{kWidth, kHeight, Bytes(size_t{3} * kWidth * kHeight, 0)};
     fill(picture, {0, 0, kWidth, kHeight}, kFrame);
     fill(picture, {kFrameWidth, kFrameWidth, kWidth - 2 * kFrameWidth, kHeight - 2 * kFrameWidth}, kSurround);
 

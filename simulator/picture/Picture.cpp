@@ -55,7 +55,7 @@ Picture loadPng(const std::filesystem::path& file) {
 
     image.record.format = PNG_FORMAT_RGB;
     image.record.flags |= PNG_IMAGE_FLAG_16BIT_sRGB;  // else 16-bit samples without a stated gamma count as linear
-    Picture picture{image.record.width, image.record.height, std::vector<uint8_t>(kChannels * pixelCount)};
+    Picture picture{image.record.width, image.record.height, Bytes(kChannels * pixelCount)};
     const png_color black{};
     const int read = png_image_finish_read(&image.record, &black, picture.pixels.data(), /*row_stride=*/0, nullptr);
     if (read == 0) fail(file, image.reason(), kExpected);

@@ -71,14 +71,14 @@ TEST(DisplayPipeline, TheFirstMatrixWorksBeforeTheLast) {
     state.first.elements = std::array<float, 9>{0, 1, 0, 0, 0, 1, 1, 0, 0}.data();  // red from green, and so on
     state.last.elements = std::array<float, 9>{.5F, 0, 0, 0, 1, 0, 0, 0, 1}.data();
     const ShownPicture shown = showPicture({1, 1, {10, 200, 30}}, state);
-    EXPECT_EQ(shown.picture.pixels, (std::vector<uint8_t>{100, 30, 10}));
+    EXPECT_EQ(shown.picture.pixels, (Bytes{100, 30, 10}));
 }
 
 TEST(DisplayPipeline, WhatLeavesTheRangeIsClampedAndCountedOncePerPixel) {
     DisplayState state = plainDisplay();
     state.last.elements = std::array<float, 9>{2, 0, 0, 0, -1, 0, 0, 0, 1}.data();
     const ShownPicture shown = showPicture({3, 1, {200, 0, 9, 100, 0, 9, 0, 100, 9}}, state);
-    EXPECT_EQ(shown.picture.pixels, (std::vector<uint8_t>{255, 0, 9, 200, 0, 9, 0, 0, 9}));
+    EXPECT_EQ(shown.picture.pixels, (Bytes{255, 0, 9, 200, 0, 9, 0, 0, 9}));
     EXPECT_EQ(shown.clippedPixels, 2U);
 
     state.last.elements[0] = std::numeric_limits<float>::quiet_NaN();
@@ -117,7 +117,7 @@ TEST(DisplayPipeline, EveryCodeIsTheOneThatTheStepsGive) {
     for (DisplayState* const state : {&falling, &wild, &notFinite, &steep, &fallingCurve, &risingCurve}) {
         for (const float gain : {0.1F, 0.37F, 0.999F, 1.0F, 1.7F, -1.0F, 50.0F}) {
             state->last.elements = std::array<float, 9>{gain, 0, 0, 0, gain, 0, 0, 0, gain};
-            std::vector<uint8_t> expected;
+            Bytes expected;
             for (const uint8_t code : greys().pixels) expected.push_back(shownStepByStep(code, *state));
             EXPECT_EQ(showPicture(greys(), *state).picture.pixels, expected) << gain;
         }

@@ -17,12 +17,12 @@
 namespace {
 
 namespace fs = std::filesystem;
+using simulator::Bytes;
 using simulator::loadPng;
 using simulator::Picture;
 using simulator::savePng;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
-using Bytes = std::vector<uint8_t>;
 
 // What the PNG of a case says of itself.
 struct PngHead {
