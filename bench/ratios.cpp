@@ -86,7 +86,7 @@ Line timedLine(const Json& row, const std::string& what, const Json& ourResult, 
     };
     if (row.contains("extraNs")) {
         const double most = row.at("extraNs");
-        return finish(ours - theirs, {format("+%.2f ns", ours - theirs), format("at most +%g ns", most),
+        return finish(ours - theirs, {format("%+.2f ns", ours - theirs), format("at most +%g ns", most),
                                       verdict(ours - theirs <= most)});
     }
     const double ratio = ours / theirs;

@@ -22,7 +22,8 @@ bool LineReader::next() {
     if (found) ++count;
     for (; c != kEnd && c != '\n'; c = input.get()) {
         if (text.size() == kLongest)
-            throw std::runtime_error(place() + "the line is longer than 65536 bytes; expected " + expectedText);
+            throw std::runtime_error(place() + "the line is longer than " + std::to_string(kLongest) +
+                                     " bytes; expected " + expectedText);
         text += static_cast<char>(c);
     }
     if (input.bad()) throw std::runtime_error(shownName + ": could not be read; expected " + expectedText);
