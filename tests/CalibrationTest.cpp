@@ -339,7 +339,7 @@ TEST_F(CalibrationTest, WithoutMemoryForAllOfItThereIsNone) {
     for (const bool lasting : {false, true}) {
         const auto record = std::make_unique<ConfigXmlParser>();
         size_t lost = 0;
-        for (size_t at = 1, made = at; made + 1 >= at; ++at) {
+        for (size_t at = 1, made = 1; at <= made + 1; ++at) {  // the last is one more than there are
             *record = {};
             fakes::failAllocation(at, lasting);
             platform::unlessOutOfMemory(0, [&] { return record->parser(), 0; });

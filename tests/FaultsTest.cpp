@@ -421,7 +421,7 @@ TEST_F(FaultsTest, EveryAllocationFailsOnce) {
     const size_t descriptors = fakes::openDescriptors();
     for (const bool lasting : {false, true}) {
         size_t failed = 0;
-        for (size_t at = 1, made = at; made + 1 >= at; ++at) {
+        for (size_t at = 1, made = 1; at <= made + 1; ++at) {  // the last is one more than there are
             SCOPED_TRACE("allocation " + number(at) + (lasting ? " and all after it" : ""));
             renewService();
             Lines wrong;

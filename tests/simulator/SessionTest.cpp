@@ -26,10 +26,11 @@ protected:
 
     void restart(const SessionOptions& base) {
         session.reset();
+        timeline.emplace(stream, Timeline::Format::JSON);  // a session closes its own at its end
         SessionOptions options = base;
         options.picture = {2, 1, {255, 255, 255, 128, 128, 128}};
         options.out = out;
-        session.emplace(options, timeline);
+        session.emplace(options, *timeline);
     }
 
     void run(const std::string& line) {
@@ -79,7 +80,7 @@ protected:
     const fakes::TemporaryFolder folder;
     const std::filesystem::path out = folder.path() / "pictures";
     std::ostringstream stream;
-    Timeline timeline{stream, Timeline::Format::JSON};
+    std::optional<Timeline> timeline;
     std::optional<Session> session;
     size_t number = 0;
 };
@@ -307,6 +308,7 @@ TEST_F(SessionTest, APhoneThatTheUserNamesIsUsedAsItStands) {
     options.phone = phone;
     restart(options);
     run("panel mine");
+    EXPECT_THAT(order(), ElementsAre("command")) << "a session after another is told as well";
     EXPECT_TRUE(std::filesystem::exists(phone.string() + std::string(kPhoneNodes[0].path)));
     session.reset();
     EXPECT_TRUE(std::filesystem::exists(phone));
