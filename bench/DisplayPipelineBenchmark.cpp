@@ -5,7 +5,7 @@
 #include <array>
 #include <random>
 
-#include "simulator/phone/DisplayPipeline.h"
+#include "tools/picture/DisplayPipeline.h"
 
 namespace bench {
 namespace {

@@ -4,9 +4,9 @@
 
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "simulator/check/Document.h"
-#include "simulator/check/Summary.h"
 #include "tests/fakes/TemporaryFolder.h"
+#include "tools/check/Document.h"
+#include "tools/check/Summary.h"
 
 namespace fuzz {
 

@@ -4,8 +4,8 @@
 
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "simulator/light/Replay.h"
 #include "tests/fakes/TemporaryFolder.h"
+#include "tools/light/Replay.h"
 
 namespace fuzz {
 

@@ -5,9 +5,9 @@
 
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "simulator/script/Completion.h"
-#include "simulator/script/ScriptFile.h"
 #include "tests/fakes/TemporaryFolder.h"
+#include "tools/session/Completion.h"
+#include "tools/session/ScriptFile.h"
 
 namespace fuzz {
 

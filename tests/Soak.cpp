@@ -19,7 +19,7 @@
 #include <vector>
 
 #include "service/DisplayControlImpl.h"
-#include "simulator/phone/SimulatedPhone.h"
+#include "simulator/SimulatedPhone.h"
 
 namespace {
 

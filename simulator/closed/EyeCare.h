@@ -21,7 +21,7 @@
 
 #include <optional>
 
-#include "simulator/colorimetry/Colorimetry.h"
+#include "simulator/Colorimetry.h"
 
 namespace simulator {
 

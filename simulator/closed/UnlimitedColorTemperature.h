@@ -15,7 +15,7 @@
 
 #include <optional>
 
-#include "simulator/colorimetry/Colorimetry.h"
+#include "simulator/Colorimetry.h"
 
 namespace simulator {
 

@@ -1,5 +1,5 @@
 // Calibrations that are sound and calibrations that are not, and what is said of them.
-#include "simulator/check/Check.h"
+#include "tools/check/Check.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,11 +13,11 @@
 #include <set>
 #include <utility>
 
-#include "simulator/check/Rules.h"
-#include "simulator/check/Summary.h"
-#include "simulator/sample_data/CalibrationFile.h"
-#include "simulator/sample_data/SamplePanels.h"
 #include "tests/fakes/TemporaryFolder.h"
+#include "tools/check/Rules.h"
+#include "tools/check/Summary.h"
+#include "tools/sample_data/CalibrationFile.h"
+#include "tools/sample_data/SamplePanels.h"
 
 namespace simulator {
 namespace {

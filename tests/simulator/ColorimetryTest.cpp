@@ -1,4 +1,4 @@
-#include "simulator/colorimetry/Colorimetry.h"
+#include "simulator/Colorimetry.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // What a display shows of a picture.
-#include "simulator/phone/DisplayPipeline.h"
+#include "tools/picture/DisplayPipeline.h"
 
 #include <gtest/gtest.h>
 

@@ -6,12 +6,12 @@
 #include <algorithm>
 #include <limits>
 
+#include "simulator/SimulatedSensors.h"
 #include "simulator/closed/ToneCurve.h"
-#include "simulator/light/LightTrace.h"
-#include "simulator/light/Replay.h"
-#include "simulator/phone/SimulatedSensors.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "tests/fakes/ThreadlessClock.h"
+#include "tools/light/LightTrace.h"
+#include "tools/light/Replay.h"
 
 namespace simulator {
 namespace {

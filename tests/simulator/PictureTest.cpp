@@ -1,4 +1,4 @@
-#include "simulator/picture/Picture.h"
+#include "tools/picture/Picture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "simulator/picture/Chart.h"
 #include "tests/fakes/TemporaryFolder.h"
+#include "tools/picture/Chart.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // What a report shows, as data.
-#include "simulator/report/ReportData.h"
+#include "tools/report/ReportData.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <cmath>
 #include <sstream>
 
-#include "simulator/report/Page.h"
+#include "tools/report/Page.h"
 
 namespace simulator {
 namespace {

@@ -1,4 +1,4 @@
-#include "simulator/sample_data/SampleData.h"
+#include "tools/sample_data/SampleData.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,8 +15,8 @@
 
 #include "calibration/ConfigXmlParser.h"
 #include "service/WhitePointText.h"
-#include "simulator/picture/Picture.h"
 #include "tests/fakes/TemporaryFolder.h"
+#include "tools/picture/Picture.h"
 
 namespace {
 

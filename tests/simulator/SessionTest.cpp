@@ -1,13 +1,13 @@
 // Scripts on the simulated phone: what people see of them, as data.
-#include "simulator/script/Session.h"
+#include "tools/session/Session.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "simulator/script/Command.h"
 #include "tests/fakes/TemporaryFolder.h"
+#include "tools/session/Command.h"
 
 namespace simulator {
 namespace {

@@ -11,10 +11,10 @@
 #include <cstdio>
 #include <functional>
 
-#include "simulator/script/Completion.h"
-#include "simulator/script/Help.h"
-#include "simulator/verify/SessionDump.h"
 #include "tests/fakes/TemporaryFolder.h"
+#include "tools/session/Completion.h"
+#include "tools/session/Help.h"
+#include "tools/session/SessionDump.h"
 
 namespace simulator {
 namespace {

@@ -1,0 +1,123 @@
+#include "simulator/PhoneTree.h"
+
+#include <platform/DeviceFiles.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include "calibration/PanelTable.h"
+
+namespace simulator {
+
+namespace {
+
+namespace fs = std::filesystem;
+using vendor::kov::hardware::display_control::V1_0::implementation::identifyPanel;
+
+[[noreturn]] void fail(const fs::path& file, const std::string& reason) {
+    throw std::runtime_error(file.string() + ": " + reason);
+}
+
+void check(const std::error_code& error, const fs::path& file, const std::string& what, const std::string& expected) {
+    if (error) fail(file, what + " (" + error.message() + "); expected " + expected);
+}
+
+fs::path makeTemporaryFolder() {
+    std::string pattern = (fs::temp_directory_path() / "phone-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr)
+        fail(pattern, std::generic_category().message(errno) + "; expected a place for temporary files");
+    return pattern;
+}
+
+void makeFolderOf(const fs::path& file) {
+    std::error_code error;
+    fs::create_directories(file.parent_path(), error);
+    check(error, file, "its folder could not be made", "a phone's folder that can be written");
+}
+
+void removeFile(const fs::path& file) {
+    std::error_code error;
+    fs::remove(file, error);
+    check(error, file, "could not be removed", "a phone's folder that can be written");
+}
+
+std::string_view nodePath(std::string_view name) {
+    const auto node = std::find_if(kPhoneNodes.begin(), kPhoneNodes.end(),
+                                   [name](const PhoneNode& candidate) { return candidate.name == name; });
+    if (node == kPhoneNodes.end()) throw std::runtime_error(std::string(name) + " is not a node of the phone");
+    return node->path;
+}
+
+}  // namespace
+
+PhoneTree::PhoneTree(fs::path root, bool isTemporary)
+    : folder(std::move(root)), temporary(isTemporary), previousRoot(platform::devicePath("")) {
+    platform::setDeviceRoot(folder.string());
+}
+
+PhoneTree::PhoneTree(PhoneTree&& other) noexcept
+    : folder(std::exchange(other.folder, {})),
+      temporary(std::exchange(other.temporary, false)),
+      previousRoot(std::move(other.previousRoot)) {}
+
+PhoneTree::~PhoneTree() {
+    if (folder.empty()) return;
+    platform::setDeviceRoot(previousRoot);
+    std::error_code ignored;
+    if (temporary) fs::remove_all(folder, ignored);
+}
+
+PhoneTree PhoneTree::copyOf(const fs::path& source) {
+    if (!fs::is_directory(source)) fail(source, "is not a folder; expected a folder of the phone's files");
+    PhoneTree tree(makeTemporaryFolder(), true);
+    std::error_code error;
+    fs::copy(source, tree.folder, fs::copy_options::recursive, error);
+    check(error, source, "could not be copied", "a phone's files that can be read");
+    return tree;
+}
+
+PhoneTree PhoneTree::empty() {
+    return {makeTemporaryFolder(), true};
+}
+
+PhoneTree PhoneTree::at(const fs::path& folder) {
+    if (!fs::is_directory(folder)) fail(folder, "is not a folder; expected a folder of the phone's files");
+    return {fs::absolute(folder), false};
+}
+
+fs::path PhoneTree::pathOf(std::string_view phonePath) const {
+    return folder.string().append(phonePath);
+}
+
+void PhoneTree::writeNode(std::string_view name, std::string_view text) {
+    const fs::path file = pathOf(nodePath(name));
+    makeFolderOf(file);
+    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    stream << text << std::flush;
+    if (!stream) fail(file, "could not be written; expected a phone's folder that can be written");
+}
+
+void PhoneTree::removeNode(std::string_view name) {
+    removeFile(pathOf(nodePath(name)));
+}
+
+void PhoneTree::removeCalibration() {
+    removeFile(pathOf(identifyPanel().calibFile));
+}
+
+std::string PhoneTree::installCalibration(const fs::path& file) {
+    std::string phonePath = identifyPanel().calibFile;
+    const fs::path place = pathOf(phonePath);
+    makeFolderOf(place);
+    std::error_code error;
+    fs::copy_file(file, place, fs::copy_options::overwrite_existing, error);
+    check(error, file, "could not be copied to the phone", "a calibration file");
+    return phonePath;
+}
+
+}  // namespace simulator

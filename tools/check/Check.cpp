@@ -1,0 +1,127 @@
+#include "tools/check/Check.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include "tools/check/Document.h"
+#include "tools/check/Rules.h"
+
+namespace simulator {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// At most one byte more than the library reads.
+std::string bytesOf(const fs::path& file) {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (!fs::exists(status)) throw std::runtime_error(file.string() + ": is not there; expected a calibration file");
+    if (!fs::is_regular_file(status))
+        throw std::runtime_error(file.string() + ": is no regular file; expected a calibration file");
+    constexpr size_t kMost = bounds::kLongestFile + 1;
+    std::string bytes;
+    std::array<char, 1 << 16> piece{};
+    std::ifstream stream(file, std::ios::binary);
+    while (stream && bytes.size() < kMost) {
+        stream.read(piece.data(), piece.size());
+        bytes.append(piece.data(), static_cast<size_t>(stream.gcount()));
+    }
+    if (!stream.is_open() || stream.bad())
+        throw std::runtime_error(file.string() + ": could not be read; expected a calibration file");
+    if (bytes.size() > kMost) bytes.resize(kMost);
+    return bytes;
+}
+
+std::vector<BlockCount> countBlocks(const Document& document) {
+    std::vector<BlockCount> counts;
+    for (const BlockForm& form : kBlockForms) {
+        const Block* const block = document.lastOf(form);
+        counts.push_back(
+            {form.name, block == nullptr ? 0 : block->line, block == nullptr ? 0 : block->count, form.count});
+    }
+    return counts;
+}
+
+std::vector<Finding> look(const Subject& subject) {
+    std::vector<Finding> findings;
+    for (const auto& rules : {textRules(), valueRules()}) {
+        for (const Rule& rule : rules) {
+            Notes notes(rule, findings);
+            rule.look(subject, notes);
+        }
+    }
+    const auto place = [](const Finding& finding) {
+        return std::make_pair(finding.line, finding.more > 0 ? std::string::npos : finding.value.value_or(0));
+    };
+    std::stable_sort(findings.begin(), findings.end(),
+                     [&](const Finding& a, const Finding& b) { return place(a) < place(b); });
+    return findings;
+}
+
+}  // namespace
+
+void Notes::add(std::string_view block, long line, std::optional<size_t> value, std::string what,
+                std::string expected) {
+    Listed& seen = listed[std::string(block)];
+    if (++seen.count <= kMostFindings) {
+        seen.lastLine = line;
+        findings.push_back({rule.severity, line, std::string(block), value, std::string(rule.name), std::move(what),
+                            std::move(expected)});
+        return;
+    }
+    if (seen.closing == 0) {
+        seen.closing = findings.size();
+        findings.push_back({rule.severity, seen.lastLine, std::string(block), {}, std::string(rule.name), {}, {}});
+    }
+    Finding& closing = findings[seen.closing];
+    closing.what = "has " + std::to_string(++closing.more) + " more findings of the rule " + closing.rule;
+}
+
+void Notes::addBlock(const Subject& subject, const BlockForm& form, std::string what, std::string expected) {
+    const Block* const block = subject.document.lastOf(form);
+    add(form.name, block == nullptr ? 0 : block->line, {}, std::move(what), std::move(expected));
+}
+
+void Notes::addValue(const Subject& subject, const BlockForm& form, size_t index, std::string what,
+                     std::string expected) {
+    add(form.name, subject.document.lineOf(form, index), index + 1, std::move(what), std::move(expected));
+}
+
+std::string numberText(double value, int digits) {
+    char text[32];
+    snprintf(text, sizeof text, "%.*g", digits, value);
+    return text;
+}
+
+CheckedCalibration checkCalibration(const fs::path& file) {
+    const std::string bytes = bytesOf(file);
+    const bool tooLong = bytes.size() > bounds::kLongestFile;
+    CheckedCalibration checked;
+    checked.record = tooLong ? std::make_unique<ConfigXmlParser>() : readAsLibrary(file);
+    const Document document = readDocument(bytes);
+    checked.findings = look({document, *checked.record});
+    checked.blocks = countBlocks(document);
+    return checked;
+}
+
+std::string sentenceOf(const Finding& finding) {
+    std::string text = finding.block.empty() ? "" : finding.block + ": ";
+    if (finding.value) text += "value " + std::to_string(*finding.value) + " ";
+    text += finding.what;
+    return finding.expected.empty() ? text : text + "; expected " + finding.expected;
+}
+
+size_t countOf(const std::vector<Finding>& findings, Finding::Severity severity) {
+    size_t count = 0;
+    for (const Finding& finding : findings) {
+        if (finding.severity == severity) count += std::max<size_t>(finding.more, 1);
+    }
+    return count;
+}
+
+}  // namespace simulator

@@ -1,0 +1,82 @@
+// The text of a calibration file, with its lines: what somebody wrote, next to what the library makes of it.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "calibration/DocumentBounds.h"
+#include "tools/check/Check.h"
+
+namespace simulator {
+
+namespace bounds = ::vendor::kov::hardware::display_control::V1_0::implementation;
+using bounds::Refusal;
+
+// A block that a calibration may have.
+struct BlockForm {
+    std::string_view name;
+    size_t count;                           // values that it needs and that are read
+    std::array<std::string_view, 2> named;  // names that two of the values must have; empty when names do not matter
+    bool ConfigXmlParser::*complete;        // whether the library found the block complete
+    // The values as the library keeps them; null where they are not floats by position.
+    const float* (*values)(const ConfigXmlParser& record);
+};
+extern const std::array<BlockForm, 7> kBlockForms;
+
+// The form of that name, which has to be one of them.
+const BlockForm& formOf(std::string_view name);
+
+// A value as it is written. Lines, here and below, are exact up to 65535, and near the place beyond it.
+struct Value {
+    long line;
+    std::string name;
+    std::optional<std::string> text;  // nothing when it is made of entities or of further elements
+};
+
+// An element of the document that has the name of a block.
+struct Block {
+    const BlockForm* form;
+    long line;
+    size_t count;               // values in the file
+    std::vector<Value> values;  // the first of them, at most one more than the form needs
+    long strayText;             // line of text that stands between the values; 0 when there is none
+};
+
+// An element in the place of a block.
+struct UnknownElement {
+    std::string name;
+    long line;
+};
+
+// What the XML reader says of a document that is not well-formed.
+struct XmlMessage {
+    long line;
+    std::string text;
+};
+
+struct Document {
+    std::string_view bytes;           // the file
+    Refusal refusal = Refusal::NONE;  // why the library does not hand it to libxml2
+    bool wellFormed = false;
+    std::vector<XmlMessage> messages;
+    std::vector<Block> blocks;
+    std::vector<UnknownElement> unknown;
+
+    // The last of the blocks of that form; null when there is none.
+    const Block* lastOf(const BlockForm& form) const;
+    // Where the value of that index stands that the library has in the end: in the last of the blocks that has it.
+    long lineOf(const BlockForm& form, size_t index) const;
+};
+
+// What the library makes of a file of at most kLongestFile bytes, on a phone that has nothing else; without a word in
+// the log.
+std::unique_ptr<ConfigXmlParser> readAsLibrary(const std::filesystem::path& file);
+
+// Reads the text as the library does: nothing from outside the document is loaded. The bytes have to outlive the
+// result.
+Document readDocument(std::string_view bytes);
+
+}  // namespace simulator

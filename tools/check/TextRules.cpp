@@ -1,0 +1,328 @@
+// What is wrong with the text of a calibration file.
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <numeric>
+#include <utility>
+
+#include "tools/check/Rules.h"
+#include "tools/session/Event.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr long kWhite = 0xFFFFFF;
+constexpr size_t kColorDigits = 6;
+
+// The whole file.
+
+void unreadable(const Subject& subject, Notes& notes) {
+    const auto tell = [&](long line, const std::string& what, const std::string& expected) {
+        notes.add("", line, {}, what + " and is not read", expected);
+    };
+    const std::string stretch = std::to_string(bounds::kLongestStretch) + " characters";
+    switch (subject.document.refusal) {
+        case Refusal::NONE:
+            break;
+        case Refusal::EMPTY:
+            notes.add("", 0, {}, "is empty", "an XML document");
+            break;
+        case Refusal::SIZE:
+            tell(0, "is too large", "at most " + std::to_string(bounds::kLongestFile) + " bytes");
+            break;
+        case Refusal::FIRST_BYTE:
+            tell(1, "begins with " + inQuotes(subject.document.bytes.substr(0, 2)),
+                 "XML text that begins with <, not compressed");
+            break;
+        case Refusal::ENCODING:
+            tell(1, "has an unusual encoding", "UTF-8");
+            break;
+        case Refusal::LONG_STRETCH:
+            tell(0, "goes on for more than " + stretch + " without a tag", R"(a "<" in every )" + stretch);
+            break;
+        case Refusal::DECLARATION:
+            tell(0, "declares attributes or parameter entities", "no such declaration");
+            break;
+    }
+}
+
+void notWellFormed(const Subject& subject, Notes& notes) {
+    if (subject.document.refusal != Refusal::NONE || subject.document.wellFormed) return;
+    const std::vector<XmlMessage>& messages = subject.document.messages;
+    constexpr const char* kExpected = "well-formed XML";
+    if (messages.empty()) notes.add("", 0, {}, "is not well-formed and is not used", kExpected);
+    for (const XmlMessage& message : messages) {
+        notes.add("", message.line, {}, "is not well-formed and is not used: " + printable(message.text.substr(0, 120)),
+                  kExpected);
+    }
+}
+
+// Blocks.
+
+// Levenshtein's distance, letter case aside: single characters put in, left out or replaced.
+size_t editDistance(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+    std::vector<size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), size_t{0});
+    for (size_t i = 0; i < a.size(); ++i) {
+        size_t diagonal = std::exchange(row[0], i + 1);
+        for (size_t j = 0; j < b.size(); ++j) {
+            const size_t replaced = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+        }
+    }
+    return row.back();
+}
+
+// Whether name was probably meant to be known: a third of the known one's characters may differ.
+bool isNear(std::string_view name, std::string_view known) {
+    const size_t allowed = known.size() / 3;
+    return name.size() <= known.size() + allowed && editDistance(name, known) <= allowed;
+}
+
+std::string expectedBlock(std::string_view name) {
+    std::string all;
+    size_t best = std::numeric_limits<size_t>::max();
+    std::string_view nearest;
+    for (const BlockForm& form : kBlockForms) {
+        all.append(all.empty() ? "" : ", ").append(form.name);
+        if (!isNear(name, form.name) || editDistance(name, form.name) >= best) continue;
+        best = editDistance(name, form.name);
+        nearest = form.name;
+    }
+    return nearest.empty() ? "one of " + all : std::string(nearest);
+}
+
+void unknownBlock(const Subject& subject, Notes& notes) {
+    for (const UnknownElement& element : subject.document.unknown) {
+        notes.add("", element.line, {}, inQuotes(element.name) + " is no block of a calibration and is ignored",
+                  expectedBlock(element.name));
+    }
+}
+
+void noBlock(const Subject& subject, Notes& notes) {
+    if (!subject.document.wellFormed || !subject.document.blocks.empty()) return;
+    notes.add("", 0, {}, "has no block of a calibration", "blocks as the children of the document's first element");
+}
+
+std::string countText(const Block& block) {
+    return std::to_string(block.count) + " of " + std::to_string(block.form->count) + " values";
+}
+
+void shortBlock(const Subject& subject, Notes& notes) {
+    for (const Block& block : subject.document.blocks) {
+        if (block.count >= block.form->count) continue;
+        notes.add(block.form->name, block.line, {}, "has " + countText(block) + " and is not complete",
+                  std::to_string(block.form->count) + " values, an element each");
+    }
+}
+
+void overlongBlock(const Subject& subject, Notes& notes) {
+    for (const Block& block : subject.document.blocks) {
+        const size_t needed = block.form->count;
+        if (block.count <= needed) continue;
+        notes.add(block.form->name, block.values[needed].line, needed + 1,
+                  "is ignored with all that follow it (" + std::to_string(block.count) + " values in all)",
+                  std::to_string(needed) + " values");
+    }
+}
+
+void repeatedBlock(const Subject& subject, Notes& notes) {
+    std::map<const BlockForm*, long> first;
+    for (const Block& block : subject.document.blocks) {
+        const auto [place, isFirst] = first.emplace(block.form, block.line);
+        if (isFirst) continue;
+        notes.add(block.form->name, block.line, {},
+                  "occurs again and takes the place of the one in line " + std::to_string(place->second), "one block");
+    }
+}
+
+void strayText(const Subject& subject, Notes& notes) {
+    for (const Block& block : subject.document.blocks) {
+        if (block.strayText == 0) continue;
+        notes.add(block.form->name, block.strayText, {}, "has text between its values, which is ignored",
+                  "each value in an element of its own");
+    }
+}
+
+// The name of a value where the reader looks for another one: UnlimitedCT without Warm, EyeCare without MaxCCT.
+void missingName(const Block& block, std::string_view name, Notes& notes) {
+    const auto end = block.values.begin() + static_cast<std::ptrdiff_t>(block.form->count);
+    const std::string text(name);
+    const auto others = block.form->named;
+    const auto near = std::find_if(block.values.begin(), end, [&](const Value& value) {
+        return isNear(value.name, name) && std::find(others.begin(), others.end(), value.name) == others.end();
+    });
+    if (near == end) {
+        notes.add(block.form->name, block.line, {}, "has no " + text + ", which stays 0",
+                  text + " among the first " + std::to_string(block.form->count) + " values");
+        return;
+    }
+    const bool isCoefficient = block.form->count > 2;
+    notes.add(block.form->name, near->line, static_cast<size_t>(near - block.values.begin()) + 1,
+              "is named " + inQuotes(near->name) +
+                  (isCoefficient ? " and is taken as a coefficient; " : " and is ignored; ") + text + " stays 0",
+              text);
+}
+
+void valueName(const Subject& subject, Notes& notes) {
+    for (const Block& block : subject.document.blocks) {
+        if (block.count < block.form->count) continue;
+        for (const std::string_view name : block.form->named) {
+            if (name.empty()) continue;
+            size_t seen = 0;
+            for (size_t i = 0; i < block.form->count; ++i) {
+                if (block.values[i].name != name || ++seen == 1) continue;
+                notes.add(block.form->name, block.values[i].line, i + 1,
+                          "is " + std::string(name) + " once more and takes the place of the one before",
+                          std::string(name) + " once");
+            }
+            if (seen == 0) missingName(block, name, notes);
+        }
+    }
+}
+
+// Values.
+
+// A value's text as the library converts it.
+struct Written {
+    std::string_view text;
+    bool isColor;           // hexadecimal, otherwise a decimal number
+    double number;          // the library's, before it becomes a float
+    std::string_view body;  // the text that makes the number, without white space; empty when there is none
+    std::string_view rest;  // what follows and is ignored
+};
+
+std::string_view trimmed(std::string_view text) {
+    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
+    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+Written convert(const std::string& text, bool isColor) {
+    char* end = nullptr;
+    const double number =
+        isColor ? static_cast<double>(strtol(text.c_str(), &end, /*base=*/16)) : strtod(text.c_str(), &end);
+    const auto used = static_cast<size_t>(end - text.c_str());
+    const std::string_view all(text);
+    return {trimmed(all), isColor, number, trimmed(all.substr(0, used)), trimmed(all.substr(used))};
+}
+
+bool hasLetter(std::string_view text, std::string_view letters) {
+    return text.find_first_of(letters) != std::string_view::npos;
+}
+
+bool isHexadecimal(const Written& value) {
+    return hasLetter(value.body, "xX");
+}
+
+// Digits alone and not as many as a colour has: meant as a decimal number.
+bool looksDecimal(const Written& value) {
+    return !value.body.empty() && value.body.size() != kColorDigits &&
+           value.body.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// The low 32 bits of the number, which are what the library takes.
+std::string colorText(std::string_view number) {
+    char text[32];
+    snprintf(text, sizeof text, "0x%06X",
+             static_cast<uint32_t>(strtol(std::string(number).c_str(), nullptr, /*base=*/16)));
+    return text;
+}
+
+std::string readAs(const Written& value) {
+    return inQuotes(value.text) + " is read as " + (value.isColor ? colorText(value.body) : numberText(value.number));
+}
+
+// Each of these says what is wrong with a value, or nothing.
+using Fault = std::string (*)(const Written& value, const BlockForm& form);
+
+std::string noNumber(const Written& value, const BlockForm& /*form*/) {
+    if (!value.body.empty()) return "";
+    return (value.text.empty() ? "is empty" : inQuotes(value.text) + " is no number") + " and is read as 0";
+}
+
+std::string trailingText(const Written& value, const BlockForm& /*form*/) {
+    return value.body.empty() || value.rest.empty() ? "" : readAs(value) + ", without its end " + inQuotes(value.rest);
+}
+
+std::string otherBase(const Written& value, const BlockForm& /*form*/) {
+    if (value.isColor) return looksDecimal(value) ? readAs(value) + ", as hexadecimal" : "";
+    return isHexadecimal(value) ? readAs(value) + ", as hexadecimal" : "";
+}
+
+std::string notFinite(const Written& value, const BlockForm& /*form*/) {
+    const bool isWord = !value.isColor && !isHexadecimal(value) && hasLetter(value.body, "nN");
+    return isWord ? inQuotes(value.text) + " is not finite" : "";
+}
+
+std::string outOfRange(const Written& value, const BlockForm& form) {
+    if (value.isColor) {
+        const bool fits = value.number >= 0 && value.number <= static_cast<double>(kWhite);
+        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is no colour";
+    }
+    if (value.body.empty() || hasLetter(value.body, "nN")) return "";
+    const double kept = form.values == nullptr ? value.number : static_cast<double>(static_cast<float>(value.number));
+    const bool hasDigit = hasLetter(value.body.substr(0, value.body.find_first_of("eEpP")), "123456789");
+    if (std::isinf(kept)) return inQuotes(value.text) + " is beyond the range of a number here";
+    return kept == 0.0 && hasDigit ? inQuotes(value.text) + " is so small that it becomes 0" : "";
+}
+
+// Looks at every value that the library reads as a number.
+template <Fault fault>
+void inValues(const Subject& subject, Notes& notes) {
+    for (const Block& block : subject.document.blocks) {
+        const BlockForm& form = *block.form;
+        const bool areColors = form.name == "UnlimitedCT";
+        for (size_t i = 0; i < std::min(form.count, block.values.size()); ++i) {
+            const Value& value = block.values[i];
+            const bool isRead =
+                !areColors || std::find(form.named.begin(), form.named.end(), value.name) != form.named.end();
+            if (!value.text || !isRead) continue;
+            std::string what = fault(convert(*value.text, areColors), form);
+            if (what.empty()) continue;
+            notes.add(form.name, value.line, i + 1, std::move(what),
+                      areColors ? "a colour 0xRRGGBB in hexadecimal" : "a decimal number");
+        }
+    }
+}
+
+void notPlain(const Subject& subject, Notes& notes) {
+    for (const Block& block : subject.document.blocks) {
+        for (size_t i = 0; i < block.values.size(); ++i) {
+            if (block.values[i].text) continue;
+            notes.add(block.form->name, block.values[i].line, i + 1, "is made of entities or of further elements",
+                      "the number itself");
+        }
+    }
+}
+
+}  // namespace
+
+std::vector<Rule> textRules() {
+    constexpr auto kError = Finding::Severity::ERROR;
+    return {
+        {"unreadable", kError, unreadable},
+        {"not-well-formed", kError, notWellFormed},
+        {"unknown-block", kError, unknownBlock},
+        {"no-block", kError, noBlock},
+        {"short-block", kError, shortBlock},
+        {"overlong-block", kError, overlongBlock},
+        {"repeated-block", kError, repeatedBlock},
+        {"stray-text", kError, strayText},
+        {"value-name", kError, valueName},
+        {"value-no-number", kError, inValues<noNumber>},
+        {"value-trailing-text", kError, inValues<trailingText>},
+        {"value-base", kError, inValues<otherBase>},
+        {"value-not-finite", kError, inValues<notFinite>},
+        {"value-range", kError, inValues<outOfRange>},
+        {"value-not-plain", Finding::Severity::WARNING, notPlain},
+    };
+}
+
+}  // namespace simulator

@@ -1,0 +1,179 @@
+// dcsim replay: recorded light on the simulated phone.
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+#include "tools/dcsim/Commands.h"
+#include "tools/dcsim/Progress.h"
+#include "tools/light/Replay.h"
+#include "tools/session/Event.h"
+
+namespace dcsim {
+
+namespace {
+
+using simulator::Decision;
+using simulator::Json;
+using simulator::alad::CurveAction;
+
+struct Options {
+    std::string trace;
+    std::string out = "out";
+    bool json = false;
+};
+
+double secondsOf(std::chrono::milliseconds time) {
+    return std::chrono::duration<double>(time).count();
+}
+
+// What has been seen of a whole trace.
+struct Summary {
+    size_t samples = 0;
+    size_t activations = 0;
+    size_t deactivations = 0;
+    size_t messages = 0;
+    int32_t highestLevel = 0;
+
+    void add(const Decision& decision) {
+        ++samples;
+        if (decision.action == CurveAction::ACTIVATE) ++activations;
+        if (decision.action == CurveAction::DEACTIVATE) ++deactivations;
+        messages += decision.messages.size();
+        for (const auto& message : decision.messages) highestLevel = std::max(highestLevel, message.level.value_or(0));
+    }
+};
+
+// One row a sample.
+class TimelineFile {
+public:
+    TimelineFile(const std::filesystem::path& folder, const std::filesystem::path& trace)
+        : name(folder / trace.stem().concat("-timeline.csv")) {
+        std::error_code error;
+        std::filesystem::create_directories(folder, error);
+        stream.open(name);
+        if (!stream)
+            throw std::runtime_error(name.string() + ": could not be written; expected a folder for the timeline");
+        stream << "seconds,lux,mean,state,target_level,composer_level\n";
+    }
+
+    void add(const Decision& decision) {
+        const auto level = [](const std::optional<int32_t>& value) { return value ? std::to_string(*value) : ""; };
+        char seconds[32];
+        snprintf(seconds, sizeof seconds, "%.3f", secondsOf(decision.time));
+        stream << seconds << "," << decision.lux << "," << decision.mean << "," << (decision.curveActive ? "on" : "off")
+               << "," << level(decision.targetLevel) << "," << level(decision.composerLevel) << "\n";
+    }
+
+    void finish() {
+        stream.close();
+        if (!stream)
+            throw std::runtime_error(name.string() + ": could not be written to its end; expected room on the disk");
+    }
+
+    const std::filesystem::path name;
+
+private:
+    std::ofstream stream;
+};
+
+Json messagesToJson(const Decision& decision) {
+    Json messages = Json::array();
+    for (const auto& message : decision.messages) {
+        messages.push_back({{"ms", message.time.count()}, {"level", message.level ? Json(*message.level) : Json()}});
+    }
+    return messages;
+}
+
+Json toJson(const Decision& decision) {
+    const auto level = [](const std::optional<int32_t>& value) { return value ? Json(*value) : Json(); };
+    return {{"event", "decision"},
+            {"ms", decision.time.count()},
+            {"lux", decision.lux},
+            {"ring", decision.ring},
+            {"mean", decision.mean},
+            {"reason", decision.reason()},
+            {"on", decision.curveActive},
+            {"targetLevel", level(decision.targetLevel)},
+            {"composerLevel", level(decision.composerLevel)},
+            {"messages", messagesToJson(decision)}};
+}
+
+// "levels 10 to 41, 32 messages in 0.640 s".
+std::string messagesText(const Decision& decision) {
+    const auto& messages = decision.messages;
+    const auto levelOf = [](const simulator::CurveMessage& message) {
+        return message.level ? std::to_string(*message.level) : "off";
+    };
+    std::string text = "level " + levelOf(messages.front());
+    const bool turnsOff = messages.size() > 2 && !messages.back().level;
+    if (turnsOff) text += " to " + levelOf(messages[messages.size() - 2]);
+    if (messages.size() > 1) text += (turnsOff ? ", then " : " to ") + levelOf(messages.back());
+    return text + ": " + std::to_string(messages.size()) + (messages.size() == 1 ? " message" : " messages");
+}
+
+void printText(const Decision& decision) {
+    char line[128];
+    snprintf(line, sizeof line, "%10.3f  lux %-7d mean %-7d  ", secondsOf(decision.time), decision.lux, decision.mean);
+    std::cout << line << decision.reason() << "\n" << std::string(12, ' ') << "ring";
+    for (const int32_t sample : decision.ring) std::cout << " " << sample;
+    std::cout << "\n" << std::string(12, ' ') << messagesText(decision) << "\n";
+}
+
+void printSummary(const Summary& summary, const TimelineFile& timeline, bool json) {
+    if (json) {
+        const Json event = {{"event", "summary"},
+                            {"samples", summary.samples},
+                            {"activations", summary.activations},
+                            {"deactivations", summary.deactivations},
+                            {"messages", summary.messages},
+                            {"highestLevel", summary.highestLevel},
+                            {"timeline", timeline.name.string()}};
+        std::cout << event.dump() << "\n";
+        return;
+    }
+    std::cout << "\n"
+              << summary.samples << " samples; on " << summary.activations << " times, off " << summary.deactivations
+              << " times; " << summary.messages << " messages, highest level " << summary.highestLevel
+              << "\nEvery sample is in " << simulator::harmless(timeline.name.string()) << "\n";
+}
+
+int run(const Options& options) {
+    const simulator::LightTrace trace = simulator::readLightTrace(options.trace);
+    TimelineFile timeline(options.out, options.trace);
+    Summary summary;
+    Progress progress("replaying");
+    simulator::replay(trace, [&](const Decision& decision) {
+        summary.add(decision);
+        timeline.add(decision);
+        progress.show(shareDone(decision, trace));
+        if (options.json || !decision.messages.empty()) progress.wipe();
+        if (options.json) {
+            std::cout << toJson(decision).dump() << "\n";
+        } else if (!decision.messages.empty()) {
+            printText(decision);
+        }
+    });
+    timeline.finish();
+    printSummary(summary, timeline, options.json);
+    return kAllWell;
+}
+
+}  // namespace
+
+void addReplay(CLI::App& app, int& status) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        app.add_subcommand("replay", "Lets recorded light fall on a simulated phone and shows what follows");
+    command->add_option("trace", options->trace, "Light trace, CSV lines of SECONDS,LUX")->required();
+    command->add_option("--out", options->out, "Where the timeline goes, TRACE-timeline.csv; ./out if not given")
+        ->type_name("DIR");
+    command->add_flag("--json", options->json, "One JSON object a line, every sample, instead of text");
+    command->footer(
+        "The text shows the samples from which messages follow. Times count from the trace's first "
+        "sample.\n\nExample:\n  dcsim replay data/traces/tunnel.csv");
+    command->callback([options, &status] { status = run(*options); });
+}
+
+}  // namespace dcsim

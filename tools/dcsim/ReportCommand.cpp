@@ -1,0 +1,70 @@
+// dcsim report: everything about a calibration on one page.
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+#include "tools/dcsim/Commands.h"
+#include "tools/dcsim/Progress.h"
+#include "tools/report/Page.h"
+#include "tools/report/ReportData.h"
+#include "tools/session/Event.h"
+
+namespace dcsim {
+
+namespace {
+
+struct Options {
+    std::string script;
+    std::string calibration;
+    std::string trace;
+    std::string out;
+    bool json = false;
+};
+
+std::optional<std::filesystem::path> given(const std::string& file) {
+    return file.empty() ? std::nullopt : std::optional<std::filesystem::path>(file);
+}
+
+void write(const std::string& file, const std::string& page) {
+    std::ofstream stream(file, std::ios::binary);
+    stream << page << std::flush;
+    if (!stream) throw std::runtime_error(file + ": could not be written; expected a place for the page");
+}
+
+int run(const Options& options) {
+    if (options.out.empty() && !options.json)
+        throw std::runtime_error("report: nowhere to put the report; expected -o FILE, --json or both");
+    Progress progress("replaying");
+    const simulator::Json report =
+        simulator::gatherReport({given(options.script), given(options.calibration), given(options.trace),
+                                 [&progress](double share) { progress.show(share); }});
+    progress.wipe();
+    if (!options.out.empty()) write(options.out, simulator::renderPage(report));
+    if (options.json) {
+        std::cout << simulator::embeddable(report) << "\n";
+    } else {
+        std::cout << "The report is in " << simulator::harmless(options.out) << "\n";
+    }
+    return report.at("calibration").at("findings").empty() ? kAllWell : kFindings;
+}
+
+}  // namespace
+
+void addReport(CLI::App& app, int& status) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command = app.add_subcommand("report", "Shows all about a calibration on one page");
+    command->add_option("script", options->script, "Session to show, one command a line; a short one if not given");
+    command->add_option("--calibration", options->calibration, "Calibration file; the sample phone's if not given")
+        ->type_name("FILE");
+    command->add_option("--trace", options->trace, "Light trace, CSV lines of SECONDS,LUX, for a timeline")
+        ->type_name("TRACE.csv");
+    command->add_option("-o", options->out, "Where the page goes: one HTML file that needs nothing else")
+        ->type_name("FILE.html");
+    command->add_flag("--json", options->json, "What the page shows, as one JSON document");
+    command->footer(
+        "The status is 1 when the calibration has findings; the page shows them.\n\nExample:\n"
+        "  dcsim report --calibration panel.xml --trace data/traces/tunnel.csv -o report.html");
+    command->callback([options, &status] { status = run(*options); });
+}
+
+}  // namespace dcsim

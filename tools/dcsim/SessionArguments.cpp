@@ -1,0 +1,63 @@
+#include "tools/dcsim/SessionArguments.h"
+
+#include <chrono>
+#include <map>
+
+#include "tools/dcsim/Progress.h"
+
+namespace dcsim {
+
+namespace {
+
+const std::map<std::string, int32_t> kLogLevels = {{"debug", ANDROID_LOG_DEBUG},
+                                                   {"info", ANDROID_LOG_INFO},
+                                                   {"error", ANDROID_LOG_ERROR},
+                                                   {"none", ANDROID_LOG_SILENT}};
+
+// What is wrong with a word, or nothing.
+std::string isLogLevel(const std::string& word) {
+    return kLogLevels.count(word) != 0 ? "" : "\"" + word + "\" is no log level; expected debug, info, error or none";
+}
+
+}  // namespace
+
+void addPhoneOption(CLI::App& command, SessionArguments& arguments) {
+    command.add_option("--phone", arguments.phone, "The phone's files; used and changed where they are, not copied")
+        ->type_name("DIR");
+}
+
+void addJsonFlag(CLI::App& command, SessionArguments& arguments) {
+    command.add_flag("--json", arguments.json, "One JSON object a line instead of text");
+}
+
+void addPictureOptions(CLI::App& command, SessionArguments& arguments) {
+    command.add_option("--picture", arguments.picture, "Picture on the screen, instead of the test chart")
+        ->type_name("IN.png");
+    command.add_option("--out", arguments.out, "Where the pictures go; ./out if not given")->type_name("DIR");
+    command.add_option("--log", arguments.log, "Log lines shown: debug, info, error or none")
+        ->check(isLogLevel)
+        ->type_name("LEVEL");
+}
+
+simulator::SessionOptions unseenSession(const SessionArguments& arguments) {
+    simulator::SessionOptions session;
+    if (!arguments.phone.empty()) session.phone = arguments.phone;
+    return session;
+}
+
+simulator::SessionOptions seenSession(const SessionArguments& arguments) {
+    simulator::SessionOptions session = unseenSession(arguments);
+    session.picture = simulator::loadPng(arguments.picture);
+    session.out = arguments.out.empty() ? "." : arguments.out;
+    session.logPriority = kLogLevels.at(arguments.log);
+    return session;
+}
+
+void showWaits(simulator::SessionOptions& session, Progress& progress) {
+    session.goOnWaiting = [&progress](std::chrono::milliseconds passed, std::chrono::milliseconds whole) {
+        progress.show(passed < whole ? static_cast<double>(passed.count()) / static_cast<double>(whole.count()) : 1);
+        return true;
+    };
+}
+
+}  // namespace dcsim

@@ -1,0 +1,35 @@
+// What the commands that run a session have in common on the command line.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+#include "tools/session/Session.h"
+
+namespace dcsim {
+
+class Progress;
+
+struct SessionArguments {
+    std::string phone;
+    std::string picture = std::string(DISPLAY_CONTROL_DATA_DIR) + "/chart.png";
+    std::string out = "out";
+    bool json = false;
+    std::string log = "debug";
+};
+
+void addPhoneOption(CLI::App& command, SessionArguments& arguments);
+void addJsonFlag(CLI::App& command, SessionArguments& arguments);
+// --picture, --out and --log: for commands that show the session while it runs.
+void addPictureOptions(CLI::App& command, SessionArguments& arguments);
+
+// A session that is not seen: its phone, without a picture.
+simulator::SessionOptions unseenSession(const SessionArguments& arguments);
+// Throws std::runtime_error when the picture cannot be read.
+simulator::SessionOptions seenSession(const SessionArguments& arguments);
+
+// What the session does while it waits: it draws the bar, which outlives it.
+void showWaits(simulator::SessionOptions& session, Progress& progress);
+
+}  // namespace dcsim

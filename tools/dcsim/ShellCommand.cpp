@@ -1,0 +1,147 @@
+// dcsim shell: the script language at a prompt.
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "tools/dcsim/Commands.h"
+#include "tools/dcsim/LineEditor.h"
+#include "tools/dcsim/SessionArguments.h"
+#include "tools/dcsim/Terminal.h"
+#include "tools/session/Completion.h"
+#include "tools/session/Event.h"
+#include "tools/session/Help.h"
+#include "tools/text/LineReader.h"
+
+namespace dcsim {
+
+namespace {
+
+using simulator::Argument;
+using simulator::Command;
+using simulator::Timeline;
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void catchInterrupts() {
+    struct sigaction action {};
+    action.sa_handler = [](int) { interrupted = 1; };
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGINT, &action, nullptr);
+}
+
+// The commands of the script language, and below them the shell's own, which no session runs.
+std::vector<Command> shellTable() {
+    std::vector<Command> table = simulator::commands();
+    Argument command = {"command", Argument::Kind::NAME, 1, /*optional=*/true};
+    for (const Command& row : table) command.words.push_back(row.name);
+    table.push_back({"help", {command}, "list the commands, or show a command's arguments", nullptr, "this shell"});
+    table.push_back({"quit", {}, "leave", nullptr});
+    table.push_back({"exit", {}, "leave", nullptr});
+    return table;
+}
+
+class Shell {
+public:
+    Shell(const SessionArguments& arguments, bool atTerminal)
+        : timeline(std::cout, arguments.json ? Timeline::Format::JSON : Timeline::Format::TEXT,
+                   {useColor(STDOUT_FILENO), !atTerminal}),
+          session(optionsOf(arguments), timeline) {}
+
+    // Carries out a line. Throws std::runtime_error when it is wrong.
+    void step(std::string_view line, size_t number) {
+        interrupted = 0;
+        const simulator::ParsedLine parsed = simulator::parseLine(line, table);
+        if (parsed.command == nullptr || parsed.command->run != nullptr) return session.run(line, number);
+        if (parsed.command->name != "help") {
+            left = true;
+        } else if (parsed.values.size() == 0) {
+            std::cout << simulator::helpOf(table) << std::flush;
+        } else {
+            help(parsed.values.text(0));
+        }
+    }
+
+    bool hasLeft() const { return left; }
+
+    std::vector<std::string> completionsOf(std::string_view lineUpToCursor) {
+        return simulator::completionsOf(lineUpToCursor, {table, session.phone().displays()});
+    }
+
+private:
+    static simulator::SessionOptions optionsOf(const SessionArguments& arguments) {
+        simulator::SessionOptions options = seenSession(arguments);
+        options.goOnWaiting = [](auto, auto) { return interrupted == 0; };
+        return options;
+    }
+
+    void help(const std::string& name) const {
+        const auto row = std::find_if(table.begin(), table.end(), [&](const Command& c) { return c.name == name; });
+        if (row == table.end())
+            throw simulator::ScriptError("help: there is no command \"" + name + "\"; expected one that help lists");
+        std::cout << simulator::helpOf(*row) << std::flush;
+    }
+
+    const std::vector<Command> table = shellTable();
+    bool left = false;
+    Timeline timeline;
+    simulator::Session session;
+};
+
+int runAtTerminal(const SessionArguments& arguments) {
+    Shell shell(arguments, /*atTerminal=*/true);
+    LineEditor editor([&shell](std::string_view line) { return shell.completionsOf(line); });
+    const bool colored = useColor(STDERR_FILENO);
+    std::cout << "A simulated phone; help lists the commands, quit leaves.\n" << std::flush;
+    for (size_t number = 1; std::cout && !shell.hasLeft(); ++number) {
+        const auto line = editor.next();
+        if (!line) break;
+        try {
+            shell.step(*line, number);
+        } catch (const std::runtime_error& error) {
+            std::cerr << (colored ? "\x1b[31m" : "") << simulator::harmless(error.what()) << (colored ? "\x1b[0m" : "")
+                      << "\n";
+        }
+    }
+    return kAllWell;
+}
+
+int runPlain(const SessionArguments& arguments) {
+    Shell shell(arguments, /*atTerminal=*/false);
+    int status = kAllWell;
+    simulator::LineReader script(std::cin, "<stdin>", "a script");
+    while (std::cout && !shell.hasLeft() && script.next()) {
+        try {
+            shell.step(script.line(), script.number());
+        } catch (const std::runtime_error& error) {
+            std::cerr << simulator::harmless(script.place() + error.what()) << "\n";
+            status = kWrongUse;
+        }
+    }
+    return status;
+}
+
+int shell(const SessionArguments& arguments) {
+    catchInterrupts();
+    const bool atTerminal = isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
+    return atTerminal ? runAtTerminal(arguments) : runPlain(arguments);
+}
+
+}  // namespace
+
+void addShell(CLI::App& app, int& status) {
+    const auto options = std::make_shared<SessionArguments>();
+    CLI::App* const command = app.add_subcommand("shell", "Takes the commands of scripts at a prompt");
+    addPhoneOption(*command, *options);
+    addPictureOptions(*command, *options);
+    addJsonFlag(*command, *options);
+    command->footer(
+        "Ctrl-C ends a wait, and otherwise clears the line. When the input is no terminal there is no prompt, and the\n"
+        "exit status is 2 if a line was wrong.\n\nExample:\n  dcsim shell\n  dcsim> help setUnlimitedCT");
+    command->callback([options, &status] { status = shell(*options); });
+}
+
+}  // namespace dcsim

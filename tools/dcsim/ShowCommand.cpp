@@ -1,0 +1,55 @@
+// dcsim show: the state that a script leaves.
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "tools/dcsim/Commands.h"
+#include "tools/dcsim/Progress.h"
+#include "tools/dcsim/SessionArguments.h"
+#include "tools/session/ScriptFile.h"
+
+namespace dcsim {
+
+namespace {
+
+using simulator::Json;
+using simulator::Timeline;
+
+struct Options : SessionArguments {
+    std::string script;
+};
+
+int show(const Options& options) {
+    std::optional<simulator::ScriptFile> script;
+    if (!options.script.empty()) script.emplace(options.script);
+    Progress progress("waiting");
+    simulator::SessionOptions unseen = unseenSession(options);
+    showWaits(unseen, progress);
+    Timeline silence([](const Json&) {});
+    simulator::Session session(std::move(unseen), silence);
+    if (script) {
+        script->run(session, std::cout);
+    } else {
+        session.run("init", 1);
+    }
+    Timeline output(std::cout, options.json ? Timeline::Format::JSON : Timeline::Format::TEXT);
+    output.report({{"event", "state"}, {"state", session.state()}});
+    return kAllWell;
+}
+
+}  // namespace
+
+void addShow(CLI::App& app, int& status) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command = app.add_subcommand("show", "Shows what the service and the composer hold after a script");
+    command->add_option("script", options->script,
+                        "Script, - for standard input; without one the service is just started");
+    addPhoneOption(*command, *options);
+    addJsonFlag(*command, *options);
+    command->footer(
+        "The pictures of the script are not written; its commands: dcsim run --help\n\n"
+        "Example:\n  printf 'init\\nsetEyeCareCT 0 50\\n' | dcsim show -");
+    command->callback([options, &status] { status = show(*options); });
+}
+
+}  // namespace dcsim

@@ -1,0 +1,112 @@
+// dcsim verify: a session compared with a stored one.
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "tools/dcsim/Commands.h"
+#include "tools/dcsim/Progress.h"
+#include "tools/dcsim/SessionArguments.h"
+#include "tools/session/Event.h"
+#include "tools/session/SessionDump.h"
+
+namespace dcsim {
+
+namespace {
+
+using simulator::Difference;
+using simulator::Json;
+
+struct Options : SessionArguments {
+    std::string script;
+    std::string expected;
+    bool update = false;
+};
+
+// The composer call, counted from 1, in which a difference lies; nothing for one in the state.
+std::optional<size_t> callOf(const Difference& difference) {
+    size_t index = 0;
+    if (sscanf(difference.path.c_str(), "/calls/%zu", &index) != 1) return std::nullopt;
+    return index + 1;
+}
+
+std::string textOf(const std::optional<Json>& value) {
+    constexpr size_t kLongest = 300;
+    const std::string text = value ? value->dump() : "nothing";
+    return text.size() > kLongest ? text.substr(0, kLongest) + " ..." : text;
+}
+
+// "composer call 12 of 30, setColorTransformMatrix, at 0.020 s".
+std::string placeOf(size_t number, const Json& calls) {
+    const std::string place = "composer call " + std::to_string(number) + " of " + std::to_string(calls.size());
+    if (number > calls.size()) return place + ": it did not come";
+    const Json& call = calls[number - 1];
+    char time[32];
+    snprintf(time, sizeof time, "%.3f", call.at("ms").get<double>() / 1000);
+    return place + ", " + call.at("call").get<std::string>() + ", at " + time + " s";
+}
+
+void printDifference(const Options& options, const Difference& difference, const Json& got) {
+    const auto number = callOf(difference);
+    if (!options.json) {
+        std::cout << simulator::harmless(options.script + ": the session is not the one in " + options.expected)
+                  << "\n  " << (number ? placeOf(*number, got["calls"]) : "state at the end") << "\n  "
+                  << difference.path << "\n  expected  " << textOf(difference.expected) << "\n  got       "
+                  << textOf(difference.got) << "\n";
+        return;
+    }
+    Json event = {{"event", "difference"}, {"path", difference.path}};
+    if (number) event["call"] = *number;
+    if (number && *number <= got["calls"].size()) event["operation"] = got["calls"][*number - 1].at("call");
+    if (difference.expected) event["expected"] = *difference.expected;
+    if (difference.got) event["got"] = *difference.got;
+    std::cout << event.dump() << "\n";
+}
+
+void printDone(const Options& options, const char* event, const std::string& text, const Json& dump) {
+    const size_t calls = dump["calls"].size();
+    if (options.json) {
+        std::cout << Json{{"event", event}, {"calls", calls}}.dump() << "\n";
+    } else {
+        std::cout << simulator::harmless(text) << ": " << calls << " composer calls and the state at the end\n";
+    }
+}
+
+int verify(const Options& options) {
+    simulator::ScriptFile script(options.script);
+    const Json expected = options.update ? Json() : simulator::readDump(options.expected);
+    Progress progress("waiting");
+    simulator::SessionOptions session = unseenSession(options);
+    showWaits(session, progress);
+    const Json got = simulator::dumpOf(script, std::move(session));
+    if (options.update) {
+        simulator::writeDump(got, options.expected);
+        printDone(options, "written", options.expected + ": written", got);
+        return kAllWell;
+    }
+    if (const auto difference = simulator::firstDifference(expected, got)) {
+        printDifference(options, *difference, got);
+        return kFindings;
+    }
+    printDone(options, "same", options.script + ": as expected", got);
+    return kAllWell;
+}
+
+}  // namespace
+
+void addVerify(CLI::App& app, int& status) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        app.add_subcommand("verify", "Compares what a script tells the composer and leaves with a stored session");
+    command->add_option("script", options->script, "Script, - for standard input")->required();
+    command->add_option("expected", options->expected, "The stored session, a JSON file")->required();
+    command->add_flag("--update", options->update, "Stores the session instead of comparing it");
+    addPhoneOption(*command, *options);
+    addJsonFlag(*command, *options);
+    command->footer(
+        "Exit status 1 when they differ; the first difference is shown. The script's pictures are not written.\n\n"
+        "Example:\n  dcsim verify data/demo.script data/demo.expected.json");
+    command->callback([options, &status] { status = verify(*options); });
+}
+
+}  // namespace dcsim

@@ -1,0 +1,82 @@
+#include "tools/light/LightTrace.h"
+
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "tools/session/Event.h"
+#include "tools/text/LineReader.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr double kLongestTrace = 1e8;  // seconds
+
+[[noreturn]] void fail(const LineReader& lines, const std::string& what) {
+    throw std::runtime_error(lines.place() + what);
+}
+
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t\r";
+    const size_t begin = text.find_first_not_of(kBlanks);
+    if (begin == std::string_view::npos) return {};
+    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+}
+
+template <typename T>
+std::optional<T> toNumber(std::string_view text) {
+    T value{};
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc() || rest != end) return std::nullopt;
+    return value;
+}
+
+struct Row {
+    std::string_view seconds;
+    std::string_view lux;
+};
+
+std::optional<Row> splitRow(std::string_view line) {
+    const size_t comma = line.find(',');
+    if (comma == std::string_view::npos || line.find(',', comma + 1) != std::string_view::npos) return std::nullopt;
+    return Row{trimmed(line.substr(0, comma)), trimmed(line.substr(comma + 1))};
+}
+
+}  // namespace
+
+LightTrace readLightTrace(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    if (!stream || std::filesystem::is_directory(file))
+        throw std::runtime_error(file.string() + ": could not be read; expected a light trace, lines of SECONDS,LUX");
+    LightTrace trace;
+    LineReader lines(stream, file.string(), "lines of SECONDS,LUX");
+    bool isFirst = true;  // of the lines that hold something; the headings may stand there
+    while (lines.next()) {
+        const std::string_view content = trimmed(lines.line());
+        if (content.empty()) continue;
+        const auto row = splitRow(content);
+        if (!row) fail(lines, inQuotes(lines.line()) + " is not two columns; expected SECONDS,LUX");
+        const auto seconds = toNumber<double>(row->seconds);
+        const auto lux = toNumber<float>(row->lux);
+        const bool isHeader = std::exchange(isFirst, false) && !seconds && !lux;
+        if (isHeader) continue;
+        if (!seconds || !(*seconds >= 0 && *seconds <= kLongestTrace))
+            fail(lines, inQuotes(row->seconds) + " is no time; expected seconds from 0 to 1e8");
+        if (!lux) fail(lines, inQuotes(row->lux) + " is no light level; expected a number of lux");
+        const std::chrono::milliseconds time(std::llround(*seconds * 1000));
+        if (!trace.empty() && time < trace.back().time)
+            fail(lines, "the time is before that of the line above; expected times that do not fall");
+        trace.push_back({time, *lux});
+    }
+    if (trace.empty()) throw std::runtime_error(file.string() + ": has no sample; expected lines of SECONDS,LUX");
+    return trace;
+}
+
+}  // namespace simulator

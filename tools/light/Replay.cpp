@@ -1,0 +1,168 @@
+#include "tools/light/Replay.h"
+
+#include <android/log.h>
+#include <platform/Answer.h>
+
+#include <cstdio>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include "service/DisplayControlImpl.h"
+#include "simulator/SimulatedPhone.h"
+#include "simulator/closed/ToneCurve.h"
+
+namespace simulator {
+
+namespace {
+
+using alad::CurveAction;
+using std::chrono::milliseconds;
+
+constexpr milliseconds kAfterTrace{10'000};
+
+// Puts the decisions together from what the worker logs and the composer is told.
+class Recorder {
+public:
+    explicit Recorder(const std::function<void(const Decision&)>& sink) : report(sink) {}
+
+    // The worker has taken a sample.
+    void sampled(int32_t mean, int32_t lux) {
+        finish();
+        decision = Decision{};
+        decision->time = now();
+        decision->lux = lux;
+        decision->fastReset = previousLux && alad::isFastReset(lux, *previousLux, curveActive);
+        decision->mean = filter.add(lux, curveActive);
+        decision->ring = filter.luxSamples;
+        decision->action = alad::actionFor(curveActive, decision->mean);
+        if (decision->mean != mean) failure = "the worker's mean differs from its own arithmetic";
+
+        curveActive = decision->action == CurveAction::ACTIVATE || decision->action == CurveAction::TRACK ||
+                      (curveActive && decision->action == CurveAction::NONE);
+        decision->curveActive = curveActive;
+        if (curveActive && mean >= 0) decision->targetLevel = toneCurveLevel(mean);
+        previousLux = lux;
+    }
+
+    // The composer has been told something about the tone curve.
+    void told(const ComposerCall& call) {
+        if (*call.enable == 0) composerLevel.reset();
+        for (const auto& [key, values] : *call.params) {
+            const auto level = levelOfToneCurve({values.begin(), values.end()});
+            if (level) composerLevel = *level;
+        }
+        if (decision) decision->messages.push_back({now(), composerLevel});
+    }
+
+    // Reports the decision that is complete now that nothing more follows from its sample.
+    void finish() {
+        if (!decision) return;
+        decision->composerLevel = composerLevel;
+        report(*decision);
+        decision.reset();
+    }
+
+    void check() const {
+        if (!failure.empty()) throw std::runtime_error(failure);
+    }
+
+private:
+    static milliseconds now() { return std::chrono::duration_cast<milliseconds>(platform::clock().now()); }
+
+    const std::function<void(const Decision&)>& report;
+    alad::LightFilter filter;
+    std::optional<int32_t> previousLux;
+    bool curveActive = false;
+    std::optional<int32_t> composerLevel;
+    std::optional<Decision> decision;
+    std::string failure;
+};
+
+Recorder* logTarget = nullptr;  // of the replay that runs; the log has no place to keep it
+
+void readWorkerLine(const __android_log_message* line) {
+    const std::string_view message = line->message;
+    int mean = 0;
+    int lux = 0;
+    const size_t numbers = message.find("avg:");
+    if (message.rfind("workThread:", 0) != 0 || numbers == std::string_view::npos) return;
+    if (sscanf(line->message + numbers, "avg:%d curr:%d", &mean, &lux) == 2) logTarget->sampled(mean, lux);
+}
+
+// Sends the process's log to a recorder while it lives.
+class LogReader {
+public:
+    explicit LogReader(Recorder& recorder) {
+        logTarget = &recorder;
+        __android_log_set_logger(readWorkerLine);
+    }
+    ~LogReader() {
+        __android_log_set_logger(__android_log_stderr_logger);
+        logTarget = nullptr;
+    }
+    LogReader(const LogReader&) = delete;
+    LogReader& operator=(const LogReader&) = delete;
+};
+
+}  // namespace
+
+std::string Decision::reason() const {
+    const std::string light = "mean " + std::to_string(mean);
+    const std::string dim = std::to_string(alad::kDimLux);
+    const std::string bright = std::to_string(alad::kBrightLux);
+    std::string text;
+    switch (action) {
+        case CurveAction::ACTIVATE:
+            text = light + " is above " + bright + ": on";
+            break;
+        case CurveAction::DEACTIVATE:
+            text = light + " is below " + dim + ": off";
+            break;
+        case CurveAction::TRACK:
+            text = light + " is not below " + dim + ": stays on, level " + std::to_string(*targetLevel);
+            break;
+        case CurveAction::NONE:
+            text = mean < 0 ? light + " is no light level" : light + " is not above " + bright + ": stays off";
+            break;
+    }
+    if (fastReset)
+        text +=
+            lux > alad::kBrightLux ? "; two samples in a row above " + bright : "; two samples in a row below " + dim;
+    return text;
+}
+
+void replay(const LightTrace& trace, const std::function<void(const Decision&)>& sink) {
+    using Service = alad::DisplayControlImpl;
+    Recorder recorder(sink);
+    SimulatedPhone phone(std::nullopt, [&recorder](const ComposerCall& call) {
+        if (call.params != nullptr) recorder.told(call);
+    });
+    const LogReader log(recorder);
+    Service service;
+    phone.sensors().setLight(trace.front().lux);
+    constexpr uint64_t kHandle = 1;
+    if (service.init() != 0) throw std::runtime_error("the service could not be started");
+    using vendor::kov::hardware::display_control::V1_0::Result;
+    if (service.setAlad(kHandle, 0, 1).withDefault(Result::FAILED) != Result::OK)
+        throw std::runtime_error("the ambient-light display could not be switched on");
+
+    const milliseconds start = trace.front().time;
+    milliseconds passed{0};
+    for (const LightSample& sample : trace) {
+        phone.clock().advance(sample.time - start - passed);
+        passed = sample.time - start;
+        phone.sensors().setLight(sample.lux);
+    }
+    phone.clock().advance(kAfterTrace);
+    recorder.finish();
+    platform::dropAnswer(service.setAlad(kHandle, 0, 0));
+    recorder.check();
+}
+
+double shareDone(const Decision& decision, const LightTrace& trace) {
+    const std::chrono::duration<double> whole = trace.back().time - trace.front().time;
+    return decision.time < whole ? decision.time / whole : 1;
+}
+
+}  // namespace simulator

@@ -1,0 +1,43 @@
+#include "tools/report/Page.h"
+
+#include <string_view>
+
+namespace simulator {
+
+// The page without its data; EmbedPage.cmake makes it of the files here.
+extern const unsigned char kPage[];
+extern const size_t kPageSize;
+
+std::string embeddable(const Json& data) {
+    const std::string text = data.dump(-1, ' ', false, Json::error_handler_t::replace);
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char c : text) {
+        if (c == '<') {
+            escaped += "\\u003c";  // a '<' stands in strings only
+        } else {
+            escaped += c;
+        }
+    }
+    return escaped;
+}
+
+std::string renderPage(const Json& data) {
+    constexpr std::string_view kPlace = "@REPORT_DATA@";
+    std::string page(reinterpret_cast<const char*>(kPage), kPageSize);
+    return page.replace(page.find(kPlace), kPlace.size(), embeddable(data));
+}
+
+std::string base64(const std::vector<uint8_t>& bytes) {
+    constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    for (size_t i = 0; i < bytes.size(); i += 3) {
+        const size_t count = std::min<size_t>(3, bytes.size() - i);
+        uint32_t group = 0;
+        for (size_t k = 0; k < 3; ++k) group = group << 8 | (k < count ? bytes[i + k] : 0U);
+        for (size_t k = 0; k < 4; ++k) text += k <= count ? kDigits[group >> (18 - 6 * k) & 63] : '=';
+    }
+    return text;
+}
+
+}  // namespace simulator

@@ -1,0 +1,224 @@
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <utility>
+
+#include "tools/session/Command.h"
+#include "tools/session/Event.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\v\f";
+
+std::string_view trimmed(std::string_view text) {
+    const size_t begin = text.find_first_not_of(kBlanks);
+    if (begin == std::string_view::npos) return {};
+    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+}
+
+// Takes the next word off the front of text; empty when there is none.
+std::string_view takeWord(std::string_view& text) {
+    text = trimmed(text);
+    const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+    text.remove_prefix(word.size());
+    return word;
+}
+
+}  // namespace
+
+std::string rangeOf(const Argument& argument) {
+    switch (argument.kind) {
+        case Argument::Kind::UNSIGNED:
+        case Argument::Kind::DISPLAY:
+            return "a whole number from 0 to " + std::to_string(argument.max);
+        case Argument::Kind::INTEGER:
+            return "a whole number from -2147483648 to 2147483647";
+        case Argument::Kind::FLOAT:
+            return "a number within single precision";
+        case Argument::Kind::DOUBLE:
+            return "a number within double precision";
+        case Argument::Kind::DURATION:
+            return "a duration up to 1000h such as 90s, 20ms, 2.5min or 1h";
+        case Argument::Kind::FILE:
+            return "the name of a file";
+        case Argument::Kind::NAME:
+            return "a name of letters, digits, '.', '_' and '-'";
+        case Argument::Kind::TEXT:
+            return "text";
+        case Argument::Kind::WORD:
+            break;
+    }
+    std::string words;
+    for (const std::string_view word : argument.words) words += (words.empty() ? "" : ", ") + std::string(word);
+    return "one of " + words;
+}
+
+std::string nameOf(const Argument& argument) {
+    std::string result(argument.name);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return result;
+}
+
+namespace {
+
+// "LEVEL", or "ELEMENT 3 of 9".
+std::string placeOf(const Argument& argument, size_t index) {
+    const std::string name = nameOf(argument);
+    return argument.count == 1 ? name
+                               : name + " " + std::to_string(index + 1) + " of " + std::to_string(argument.count);
+}
+
+[[noreturn]] void failUsage(const Command& command, const std::string& what) {
+    throw ScriptError(std::string(command.name) + ": " + what + "; expected " + usageOf(command));
+}
+
+[[noreturn]] void failValue(const Command& command, const Argument& argument, std::string_view word, const char* what) {
+    throw ScriptError(std::string(command.name) + ": " + inQuotes(word) + " " + what + "; expected " +
+                      nameOf(argument) + ", " + rangeOf(argument));
+}
+
+template <typename T>
+T parseNumber(const Command& command, const Argument& argument, std::string_view word) {
+    T value{};
+    const char* const end = word.data() + word.size();
+    const auto [rest, error] = std::from_chars(word.data(), end, value);
+    if (error == std::errc::result_out_of_range) failValue(command, argument, word, "is out of range");
+    if (error != std::errc() || rest != end) failValue(command, argument, word, "is no number of the kind");
+    return value;
+}
+
+std::chrono::milliseconds parseDuration(const Command& command, const Argument& argument, std::string_view word) {
+    constexpr double kLongest = 1000 * 3600'000.0;  // milliseconds
+    struct Unit {
+        std::string_view name;
+        double milliseconds;
+    };
+    constexpr std::array<Unit, 4> kUnits = {{{"ms", 1}, {"s", 1000}, {"min", 60'000}, {"h", 3600'000}}};
+    const size_t digits = std::min(word.find_first_not_of("0123456789."), word.size());
+    const auto unit = std::find_if(kUnits.begin(), kUnits.end(),
+                                   [&](const Unit& candidate) { return candidate.name == word.substr(digits); });
+    if (unit == kUnits.end()) failValue(command, argument, word, "is no duration");
+    const double length = parseNumber<double>(command, argument, word.substr(0, digits)) * unit->milliseconds;
+    if (!(length <= kLongest)) failValue(command, argument, word, "is out of range");
+    return std::chrono::milliseconds(std::llround(length));
+}
+
+bool isName(std::string_view word) {
+    const auto isNameCharacter = [](unsigned char c) {
+        return std::isalnum(c) != 0 || c == '.' || c == '_' || c == '-';
+    };
+    return std::isalnum(static_cast<unsigned char>(word.front())) != 0 &&
+           std::all_of(word.begin(), word.end(), isNameCharacter);
+}
+
+Values::Value parseValue(const Command& command, const Argument& argument, std::string_view word) {
+    switch (argument.kind) {
+        case Argument::Kind::UNSIGNED:
+        case Argument::Kind::DISPLAY: {
+            const auto value = parseNumber<uint64_t>(command, argument, word);
+            if (value > argument.max) failValue(command, argument, word, "is out of range");
+            return value;
+        }
+        case Argument::Kind::INTEGER:
+            return parseNumber<int32_t>(command, argument, word);
+        case Argument::Kind::FLOAT:
+            return parseNumber<float>(command, argument, word);
+        case Argument::Kind::DOUBLE:
+            return parseNumber<double>(command, argument, word);
+        case Argument::Kind::DURATION:
+            return parseDuration(command, argument, word);
+        case Argument::Kind::NAME:
+            if (!isName(word)) failValue(command, argument, word, "is no name");
+            break;
+        case Argument::Kind::WORD:
+            if (std::find(argument.words.begin(), argument.words.end(), word) == argument.words.end())
+                failValue(command, argument, word, "is another word");
+            break;
+        case Argument::Kind::FILE:
+            if (word.find('\0') != std::string_view::npos) failValue(command, argument, word, "is no file's name");
+            break;
+        case Argument::Kind::TEXT:
+            break;
+    }
+    return std::string(word);
+}
+
+Values parseArguments(const Command& command, std::string_view rest) {
+    Values values;
+    for (const Argument& argument : command.arguments) {
+        for (size_t i = 0; i < argument.count; ++i) {
+            const bool takesAll = argument.kind == Argument::Kind::TEXT;
+            const std::string_view word = takesAll ? std::exchange(rest, {}) : takeWord(rest);
+            const std::string_view value = trimmed(word);
+            if (value.empty() && argument.optional) return values;
+            if (value.empty()) failUsage(command, placeOf(argument, i) + " is missing");
+            values.add(parseValue(command, argument, value));
+        }
+    }
+    if (!trimmed(rest).empty()) failUsage(command, "too many arguments, from " + inQuotes(trimmed(rest)) + " on");
+    return values;
+}
+
+// Edits (a character added, removed or changed) that lead from a to b, letter case aside.
+size_t distance(std::string_view a, std::string_view b) {
+    std::vector<size_t> row(b.size() + 1);
+    for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
+    for (size_t i = 1; i <= a.size(); ++i) {
+        size_t diagonal = std::exchange(row[0], i);
+        for (size_t j = 1; j <= b.size(); ++j) {
+            const bool same = std::tolower(static_cast<unsigned char>(a[i - 1])) ==
+                              std::tolower(static_cast<unsigned char>(b[j - 1]));
+            const size_t changed = diagonal + (same ? 0 : 1);
+            diagonal = std::exchange(row[j], std::min({row[j] + 1, row[j - 1] + 1, changed}));
+        }
+    }
+    return row.back();
+}
+
+[[noreturn]] void failUnknown(std::string_view word, const std::vector<Command>& table) {
+    const size_t near = std::max<size_t>(1, word.size() / 3);
+    const auto nearest = std::min_element(table.begin(), table.end(), [word](const Command& a, const Command& b) {
+        return distance(word, a.name) < distance(word, b.name);
+    });
+    const std::string hint = distance(word, nearest->name) <= near
+                                 ? std::string(nearest->name)
+                                 : "a command such as " + std::string(table.front().name);
+    throw ScriptError("unknown command " + inQuotes(word) + "; expected " + hint);
+}
+
+}  // namespace
+
+std::string usageOf(const Command& command) {
+    std::string usage(command.name);
+    for (const Argument& argument : command.arguments) {
+        std::string word = nameOf(argument);
+        if (argument.kind == Argument::Kind::WORD) {
+            word.clear();
+            for (const std::string_view choice : argument.words)
+                word += (word.empty() ? "" : "|") + std::string(choice);
+        }
+        if (argument.count > 1) word += argument.optional ? "..." : " x" + std::to_string(argument.count);
+        usage += argument.optional ? " [" + word + "]" : " " + word;
+    }
+    return usage;
+}
+
+ParsedLine parseLine(std::string_view line, const std::vector<Command>& table) {
+    const size_t commentBegin = std::min(line.find('#'), line.size());
+    const std::string_view text = trimmed(line.substr(0, commentBegin));
+    const std::string_view comment = trimmed(line.substr(commentBegin));
+    std::string_view rest = text;
+    const std::string_view word = takeWord(rest);
+    if (word.empty()) return {nullptr, text, comment, {}};
+    const auto command =
+        std::find_if(table.begin(), table.end(), [word](const Command& candidate) { return candidate.name == word; });
+    if (command == table.end()) failUnknown(word, table);
+    return {&*command, text, comment, parseArguments(*command, rest)};
+}
+
+}  // namespace simulator
