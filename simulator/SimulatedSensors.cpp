@@ -4,8 +4,6 @@
 #include <platform/Clock.h>
 
 #include <chrono>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 namespace simulator {
@@ -32,7 +30,7 @@ public:
     Return<Result> enableSensor(int32_t sensorHandle, int32_t samplingPeriodUs, int64_t /*latency*/) override {
         if (sensorHandle != kLightSensor || samplingPeriodUs <= 0) return Result::BAD_VALUE;
         const Result result = shared->resultOf(SensorStep::ENABLE);
-        if (result != Result::OK || delivery.joinable()) return result;
+        if (result != Result::OK || delivery != nullptr) return result;
         return startDelivery(std::chrono::microseconds(samplingPeriodUs)) ? Result::OK : Result::NO_MEMORY;
     }
 
@@ -47,12 +45,8 @@ private:
     // False when there is no thread for it.
     bool startDelivery(platform::Clock::Duration period) {
         setStopping(false);
-        try {
-            delivery = platform::clock().startThread([this, period] { deliver(period); });
-            return true;
-        } catch (const std::system_error&) {
-            return false;
-        }
+        delivery = platform::clock().startThread([this, period] { deliver(period); });
+        return delivery != nullptr;
     }
 
     void deliver(platform::Clock::Duration period) {
@@ -78,9 +72,10 @@ private:
     }
 
     void stopDelivery() PLATFORM_EXCLUDES(mutex) {
-        if (!delivery.joinable()) return;
+        if (delivery == nullptr) return;
         setStopping(true);
-        platform::clock().join(delivery);
+        platform::clock().join(*delivery);
+        delivery.reset();
     }
 
     void setStopping(bool stop) PLATFORM_EXCLUDES(mutex) {
@@ -91,7 +86,7 @@ private:
 
     const std::shared_ptr<const State> shared;
     const sp<sensorservice::IEventQueueCallback> callback;
-    std::thread delivery;
+    std::unique_ptr<platform::Thread> delivery;
     platform::Mutex mutex;
     platform::Condition changed;
     bool stopping PLATFORM_GUARDED_BY(mutex) = false;

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <platform/Answer.h>
+#include <platform/VirtualClock.h>
 
 #include <algorithm>
 #include <limits>
@@ -9,7 +10,6 @@
 #include "simulator/SimulatedSensors.h"
 #include "simulator/closed/ToneCurve.h"
 #include "tests/fakes/TemporaryFolder.h"
-#include "tests/fakes/ThreadlessClock.h"
 #include "tools/light/LightTrace.h"
 #include "tools/light/Replay.h"
 
@@ -50,8 +50,9 @@ TEST(SimulatedSensors, WithoutAThreadForItTheSensorStaysOff) {
     const ::android::sp<SimulatedSensors> sensors = new SimulatedSensors;
     ::android::sp<sensorservice::IEventQueue> queue;
     platform::dropAnswer(sensors->createEventQueue(nullptr, [&](const auto& made, auto) { queue = made; }));
-    fakes::ThreadlessClock threadless;
-    platform::setClock(&threadless);
+    platform::VirtualClock clock;
+    clock.refuseThreads(true);
+    platform::setClock(&clock);
     EXPECT_EQ(queue->enableSensor(1, 1000000, 0).withDefault(sensorservice::Result::OK),
               sensorservice::Result::NO_MEMORY);
     EXPECT_EQ(queue->disableSensor(1).withDefault(sensorservice::Result::UNKNOWN_ERROR), sensorservice::Result::OK);
