@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <new>
 
-#include "simulator/PhoneTree.h"
+#include "simulator/PhoneFiles.h"
 
 namespace simulator {
 
@@ -141,7 +141,7 @@ long Document::lineOf(const BlockForm& form, size_t index) const {
 }
 
 std::unique_ptr<ConfigXmlParser> readAsLibrary(const std::filesystem::path& file) {
-    PhoneTree phone = PhoneTree::empty();
+    PhoneFiles phone = PhoneFiles::empty();
     phone.installCalibration(file);
     const SilentLog silence;
     const MessageHandler handler([](void*, xmlErrorPtr) {}, nullptr);
