@@ -52,7 +52,4 @@ double eyeCareTemperature(const EyeCareParams& params, int level);
 // Nothing if the level is outside its range or checkEyeCareParams rejects the parameters.
 std::optional<Mat3> eyeCareMatrix(const EyeCareParams& params, int level);
 
-// Forgets the parameters, as if the library had just been loaded.
-void resetEyeCare();
-
 }  // namespace simulator

@@ -49,13 +49,3 @@ std::optional<int> levelOfToneCurve(const std::vector<int64_t>& values) {
 }
 
 }  // namespace simulator
-
-int getAGTMLevel(int lux) {
-    return simulator::toneCurveLevel(lux);
-}
-
-int getAGTMCurveParams(int level, int32_t* curve) {
-    const simulator::ToneCurve& params = simulator::toneCurve(level);
-    std::copy(params.begin(), params.end(), curve);
-    return 0;
-}

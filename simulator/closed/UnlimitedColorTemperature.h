@@ -32,13 +32,13 @@ struct EndPoints {
     int warm, cold;  // colours 0xRRGGBB
 };
 
+// Whether both are within 0x000000 to 0xFFFFFF.
+bool areColors(const EndPoints& endPoints);
+
 // The red, green and blue gain of a level, each in [0, 1], the largest 1; all 1 at level 0. A gain of 0 occurs only at
 // the far end of a range whose end point has a channel without light. A grey end point gives 1, 1, 1 at every level,
 // and so does black, the darkest grey (at its very end, where the formula reads 0 / 0, this is the limit).
 // Nothing if the level is outside its range or an end point is no colour.
 std::optional<Vec3> unlimitedGains(const EndPoints& endPoints, int level);
-
-// Forgets the end points, as if the library had just been loaded.
-void resetUnlimitedColorTemperature();
 
 }  // namespace simulator

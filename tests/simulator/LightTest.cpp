@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "simulator/SimulatedSensors.h"
+#include "simulator/Sensors.h"
 #include "simulator/closed/ToneCurve.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "tools/light/LightTrace.h"
@@ -44,19 +44,6 @@ TEST(ToneCurve, CurvesKeepTheirEndsAndLiftTheMiddleWithTheLevel) {
     EXPECT_EQ(toneCurve(-5), toneCurve(0));
     EXPECT_EQ(toneCurve(65), toneCurve(64));
     EXPECT_FALSE(levelOfToneCurve({4}));
-}
-
-TEST(SimulatedSensors, WithoutAThreadForItTheSensorStaysOff) {
-    const ::android::sp<SimulatedSensors> sensors = new SimulatedSensors;
-    ::android::sp<sensorservice::IEventQueue> queue;
-    platform::dropAnswer(sensors->createEventQueue(nullptr, [&](const auto& made, auto) { queue = made; }));
-    platform::VirtualClock clock;
-    clock.refuseThreads(true);
-    platform::setClock(&clock);
-    EXPECT_EQ(queue->enableSensor(1, 1000000, 0).withDefault(sensorservice::Result::OK),
-              sensorservice::Result::NO_MEMORY);
-    EXPECT_EQ(queue->disableSensor(1).withDefault(sensorservice::Result::UNKNOWN_ERROR), sensorservice::Result::OK);
-    platform::setClock(nullptr);
 }
 
 class LightTraceTest : public ::testing::Test {

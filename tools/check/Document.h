@@ -33,7 +33,7 @@ extern const std::array<BlockForm, 7> kBlockForms;
 const BlockForm& formOf(std::string_view name);
 
 // A value as it is written. Lines, here and below, are exact up to 65535, and near the place beyond it.
-struct Value {
+struct ValueText {
     long line;
     std::string name;
     std::optional<std::string> text;  // nothing when it is made of entities or of further elements
@@ -43,9 +43,9 @@ struct Value {
 struct Block {
     const BlockForm* form;
     long line;
-    size_t count;               // values in the file
-    std::vector<Value> values;  // the first of them, at most one more than the form needs
-    long strayText;             // line of text that stands between the values; 0 when there is none
+    size_t count;                   // values in the file
+    std::vector<ValueText> values;  // the first of them, at most one more than the form needs
+    long strayText;                 // line of text that stands between the values; 0 when there is none
 };
 
 // An element in the place of a block.
@@ -55,7 +55,7 @@ struct UnknownElement {
 };
 
 // What the XML reader says of a document that is not well-formed.
-struct XmlMessage {
+struct ReadError {
     long line;
     std::string text;
 };
@@ -65,7 +65,7 @@ struct Document {
     std::string encoding;           // as declared; "" without a declaration
     bool hasCommonEncoding = true;  // UTF-8, UTF-16, ISO-8859-1 or ASCII: every libxml2 reads it
     bool isCompressed = false;      // this libxml2 has unpacked the file
-    std::vector<XmlMessage> messages;
+    std::vector<ReadError> messages;
     std::vector<Block> blocks;
     std::vector<UnknownElement> unknown;
 

@@ -42,10 +42,10 @@ void encoding(const Subject& subject, Notes& notes) {
 
 void notWellFormed(const Subject& subject, Notes& notes) {
     if (subject.document.refusal != Refusal::NOT_WELL_FORMED) return;
-    const std::vector<XmlMessage>& messages = subject.document.messages;
+    const std::vector<ReadError>& messages = subject.document.messages;
     constexpr const char* kExpected = "well-formed XML";
     if (messages.empty()) notes.add("", 0, {}, "is not well-formed and is not used", kExpected);
-    for (const XmlMessage& message : messages) {
+    for (const ReadError& message : messages) {
         notes.add("", message.line, {}, "is not well-formed and is not used: " + printable(message.text.substr(0, 120)),
                   kExpected);
     }
@@ -145,7 +145,7 @@ void missingName(const Block& block, std::string_view name, Notes& notes) {
     const auto end = block.values.begin() + static_cast<std::ptrdiff_t>(block.form->count);
     const std::string text(name);
     const auto others = block.form->named;
-    const auto near = std::find_if(block.values.begin(), end, [&](const Value& value) {
+    const auto near = std::find_if(block.values.begin(), end, [&](const ValueText& value) {
         return isNear(value.name, name) && std::find(others.begin(), others.end(), value.name) == others.end();
     });
     if (near == end) {
@@ -271,7 +271,7 @@ void inValues(const Subject& subject, Notes& notes) {
         const BlockForm& form = *block.form;
         const bool areColors = form.name == "UnlimitedCT";
         for (size_t i = 0; i < std::min(form.count, block.values.size()); ++i) {
-            const Value& value = block.values[i];
+            const ValueText& value = block.values[i];
             const bool isRead =
                 !areColors || std::find(form.named.begin(), form.named.end(), value.name) != form.named.end();
             if (!value.text || !isRead) continue;

@@ -68,7 +68,9 @@ public:
     bool hasLeft() const { return left; }
 
     std::vector<std::string> completionsOf(std::string_view lineUpToCursor) {
-        return simulator::completionsOf(lineUpToCursor, {table, session.phone().displays()});
+        return simulator::completionsOf(
+            lineUpToCursor,
+            {table, session.phone().composer().hasStopped() ? 0 : session.phone().composer().displayCount()});
     }
 
 private:

@@ -7,11 +7,11 @@
 
 namespace simulator {
 
-struct LightSample {
+struct TracePoint {
     std::chrono::milliseconds time;  // since the start of the recording
     float lux;                       // what the sensor said, from then on; not always a sensible number
 };
-using LightTrace = std::deque<LightSample>;  // of a month and more: it grows without a copy
+using LightTrace = std::deque<TracePoint>;  // of a month and more: it grows without a copy
 
 // Reads a CSV file of two columns, seconds and lux; the first line that holds something may be a header, blank lines
 // are skipped, and a byte order mark may stand in front. Times do not fall and are at most 10^8 s; lux is any number a

@@ -43,7 +43,7 @@ struct Decision {
 
 // Starts the service on a fresh copy of the sample phone, switches the ambient-light display on with the first sample's
 // light and lets the trace pass, and ten seconds more; every decision goes to sink in its order. Times count from the
-// first sample. It takes of the process what a SimulatedPhone takes, and the log. Throws std::runtime_error when the
+// first sample. It takes of the process what a Phone takes, and the log. Throws std::runtime_error when the
 // service cannot be started or when the worker decides otherwise than its own arithmetic says.
 void replay(const LightTrace& trace, const std::function<void(const Decision&)>& sink);
 

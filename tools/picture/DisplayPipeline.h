@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "simulator/SimulatedComposer.h"
+#include "simulator/Composer.h"
 #include "tools/picture/Picture.h"
 
 namespace simulator {

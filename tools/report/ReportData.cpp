@@ -9,7 +9,7 @@
 
 #include "calibration/PanelTable.h"
 #include "service/DefaultPanel.h"
-#include "simulator/PhoneTree.h"
+#include "simulator/PhoneFiles.h"
 #include "simulator/closed/EyeCare.h"
 #include "simulator/closed/UnlimitedColorTemperature.h"
 #include "tools/light/Replay.h"
@@ -210,7 +210,7 @@ Json matrixRow(const char* stage, const TMat33<float>& matrix) {
 
 // The calibration file that the sample phone's panel has.
 fs::path sampleCalibration() {
-    const PhoneTree sample = PhoneTree::at(fs::path(DISPLAY_CONTROL_DATA_DIR) / "phone");
+    const PhoneFiles sample = PhoneFiles::at(PhoneFiles::samplePhone());
     return sample.pathOf(implementation::identifyPanel().calibFile);
 }
 

@@ -104,9 +104,7 @@ private:
     static std::optional<Chromaticity> askDriver() {
         constexpr size_t kLimit = 64;  // bytes
         constexpr double kThousandth = 0.001;
-        const auto row = std::find_if(kPhoneNodes.begin(), kPhoneNodes.end(),
-                                      [](const PhoneNode& node) { return node.name == "whitepoint"; });
-        const platform::NodeText node = platform::readNode(row->path, kLimit);
+        const platform::NodeText node = platform::readNode(kWhitePointNode, kLimit);
         if (node.status != platform::NodeStatus::OK) return std::nullopt;
         const auto white = display_control::implementation::parseWhitePoint(node.text);
         if (!white) return std::nullopt;
@@ -115,7 +113,7 @@ private:
 
     // The number of the picture on display 0; null without a composer.
     Json look() {
-        const auto state = session.phone().shown(0);
+        const auto state = session.phone().composer().stateOf(0);
         return state ? album.add(showPicture(picture, *state)) : Json();
     }
 

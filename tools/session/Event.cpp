@@ -39,22 +39,6 @@ Json resultToJson(int32_t result) {
     return result;
 }
 
-std::string printable(std::string_view bytes) {
-    std::string text;
-    for (const char c : bytes) {
-        if (c >= ' ' && c <= '~') {
-            text += c;
-        } else if (c == '\n') {
-            text += "\\n";
-        } else {
-            std::array<char, 8> escaped{};
-            snprintf(escaped.data(), escaped.size(), "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
-            text += escaped.data();
-        }
-    }
-    return text;
-}
-
 std::string harmless(std::string_view text) {
     constexpr char kDelete = '\x7F';
     constexpr char kSecondSet = '\xC2';  // in UTF-8 the first byte of the control characters from U+0080 to U+009F
@@ -74,21 +58,29 @@ std::string inQuotes(std::string_view bytes) {
 }
 
 Json toEvent(const ComposerCall& call) {
-    Json event = {{"event", "composer"}, {"call", call.operation}};
+    Json event = {{"event", "composer"}, {"call", kComposerOperations[static_cast<size_t>(call.operation)]}};
     if (call.display) event["display"] = *call.display;
     if (call.enable) event["enable"] = *call.enable;
-    if (call.first != nullptr) event["first"] = matrixToJson(call.first->elements.data());
-    if (call.last != nullptr) event["last"] = matrixToJson(call.last->elements.data());
-    if (call.table != nullptr) event["table"] = tableToJson(call.table->entries.data());
-    if (call.params != nullptr) {
+    if (call.first) event["first"] = matrixToJson(call.first->data());
+    if (call.last) event["last"] = matrixToJson(call.last->data());
+    if (call.table) event["table"] = tableToJson(call.table->data());
+    if (call.operation == ComposerOperation::SET_ALAD_PARAMS) {
         event["params"] = Json::array();
-        for (const auto& [key, values] : *call.params) {
-            const std::vector<int64_t> numbers(values.begin(), values.end());
-            event["params"].push_back({{"key", key}, {"values", numbers}});
-            if (const auto level = levelOfToneCurve(numbers)) event["toneCurveLevel"] = *level;
-        }
+        for (const auto& [key, values] : call.params)
+            event["params"].push_back({{"key", key}, {"values", std::vector<int64_t>(values.begin(), values.end())}});
+        if (const auto level = toneCurveLevelOf(call)) event["toneCurveLevel"] = *level;
     }
-    event["result"] = call.result ? resultToJson(static_cast<int32_t>(*call.result)) : Json("DEAD_OBJECT");
+    switch (call.outcome.kind) {
+        case Outcome::Kind::ANSWERED:
+            event["result"] = resultToJson(call.outcome.result);
+            break;
+        case Outcome::Kind::NO_CALLBACK:
+            event["result"] = "no callback";
+            break;
+        case Outcome::Kind::DEAD_OBJECT:
+            event["result"] = "DEAD_OBJECT";
+            break;
+    }
     return event;
 }
 

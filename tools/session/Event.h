@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "simulator/SimulatedComposer.h"
+#include "simulator/Event.h"
 
 namespace simulator {
 
@@ -26,9 +26,6 @@ Json tableToJson(const float* entries);
 
 // The name of a Result, or its number when it has none.
 Json resultToJson(int32_t result);
-
-// Bytes as text for people: what is not printable ASCII as \n or \xF8.
-std::string printable(std::string_view bytes);
 
 // Text with names and remarks that others chose: control characters, which would steer a terminal, as \x1B; all else,
 // line ends and UTF-8 too, as it stands.

@@ -194,10 +194,11 @@ size_t distance(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string usageOf(const Command& command) {
+    constexpr size_t kMostChoices = 5;  // of words that replace their name
     std::string usage(command.name);
     for (const Argument& argument : command.arguments) {
         std::string word = nameOf(argument);
-        if (argument.kind == Argument::Kind::WORD) {
+        if (argument.kind == Argument::Kind::WORD && argument.words.size() <= kMostChoices) {
             word.clear();
             for (const std::string_view choice : argument.words)
                 word += (word.empty() ? "" : "|") + std::string(choice);

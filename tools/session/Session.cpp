@@ -24,17 +24,6 @@ using implementation::ConfigXmlParser;
 
 Timeline* logTarget = nullptr;  // of the session that lives; the log has no place to keep it
 
-std::string letterOf(int32_t priority) {
-    constexpr std::string_view kLetters = "??VDIWEFS";
-    const auto index = static_cast<size_t>(std::clamp<int32_t>(priority, 0, ANDROID_LOG_SILENT));
-    return std::string(1, kLetters[index]);
-}
-
-void reportLogLine(const __android_log_message* line) {
-    logTarget->report(
-        {{"event", "log"}, {"priority", letterOf(line->priority)}, {"tag", line->tag}, {"message", line->message}});
-}
-
 void reportXmlMessage(void* /*context*/, xmlErrorPtr error) {
     std::string message = error->message == nullptr ? "" : error->message;
     message.erase(message.find_last_not_of(" \n\r\t") + 1);
@@ -124,17 +113,30 @@ Session::Session(SessionOptions options, Timeline& events)
       picture(std::move(options.picture)),
       out(std::move(options.out)),
       goOnWaiting(std::move(options.goOnWaiting)),
-      simulated(options.phone, [this](const ComposerCall& call) { timeline.report(toEvent(call)); }) {
+      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE)) {
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     displayControl.allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
     __android_log_set_minimum_priority(options.logPriority);
 
     logTarget = &timeline;
-    __android_log_set_logger(reportLogLine);
     xmlSetStructuredErrorFunc(nullptr, reportXmlMessage);
-    platform::setNodeWriteObserver([this](std::string_view path, std::string_view bytes) {
-        timeline.report({{"event", "node"}, {"path", path}, {"bytes", printable(bytes)}});
-    });
+    simulated.observe([this](const Event& event) { see(event); });
+}
+
+void Session::see(const Event& event) {
+    if (const auto* const call = std::get_if<ComposerCall>(&event.what)) {
+        timeline.report(toEvent(*call));
+    } else if (const auto* const write = std::get_if<NodeWrite>(&event.what)) {
+        timeline.report({{"event", "node"}, {"path", write->path}, {"bytes", printable(write->bytes)}});
+    } else if (const auto* const line = std::get_if<LogLine>(&event.what)) {
+        const std::string place = line->line > 0 ? line->function + ":" + std::to_string(line->line) + ": " : "";
+        timeline.report({{"event", "log"},
+                         {"priority", std::string(1, letterOf(line->priority))},
+                         {"tag", line->tag},
+                         {"message", place + line->message}});
+    } else if (const auto* const sample = std::get_if<LightSample>(&event.what)) {
+        timeline.report({{"event", "sample"}, {"mean", sample->mean}, {"lux", sample->lux}});
+    }
 }
 
 // The phone goes on as it is, unseen, until nothing of it runs any more.
@@ -143,9 +145,7 @@ Session::~Session() {
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     platform::dropAnswer(displayControl.setAlad(userHandle, 0, 0));
     displayControl.deInit();
-    platform::setNodeWriteObserver({});
     xmlSetStructuredErrorFunc(nullptr, nullptr);
-    __android_log_set_logger(__android_log_stderr_logger);
     __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
     logTarget = nullptr;
 }
@@ -183,7 +183,7 @@ void Session::wait(std::chrono::milliseconds whole) {
 }
 
 void Session::writePicture(const std::string& name, uint64_t display) {
-    const auto state = simulated.shown(display);
+    const auto state = simulated.composer().stateOf(display);
     if (!state)
         throw ScriptError("the composer has no display " + std::to_string(display) + " now; expected one it has");
     if (out.empty()) return;
@@ -202,7 +202,7 @@ void Session::writePicture(const std::string& name, uint64_t display) {
 
 Json Session::displayState(uint64_t display) const {
     Json state = {{"service", colorState(displayControl.displayColors()[display])}};
-    const auto held = simulated.shown(display);
+    const auto held = simulated.composer().stateOf(display);
     state["composer"] = held ? composerState(*held) : Json("not there, or has no such display");
     return state;
 }

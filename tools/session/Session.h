@@ -10,7 +10,7 @@
 #include <string>
 
 #include "service/DisplayControlImpl.h"
-#include "simulator/SimulatedPhone.h"
+#include "simulator/Phone.h"
 #include "tools/picture/Picture.h"
 #include "tools/session/Timeline.h"
 
@@ -45,7 +45,7 @@ public:
     display_control::implementation::DisplayControlImpl& service() { return displayControl; }
     uint64_t handle() const { return userHandle; }
     void setHandle(uint64_t handle) { userHandle = handle; }
-    SimulatedPhone& phone() { return simulated; }
+    Phone& phone() { return simulated; }
 
     void report(const Json& event) { timeline.report(event); }
     // Reports what a served operation answered.
@@ -63,12 +63,13 @@ public:
 
 private:
     Json displayState(uint64_t display) const;
+    void see(const Event& event);
 
     Timeline& timeline;
     const Picture picture;
     const std::filesystem::path out;
     const std::function<bool(std::chrono::milliseconds, std::chrono::milliseconds)> goOnWaiting;
-    SimulatedPhone simulated;
+    Phone simulated;
     display_control::implementation::DisplayControlImpl displayControl;
     uint64_t userHandle = 0;
     Json calibration = "not read yet";

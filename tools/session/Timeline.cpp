@@ -133,6 +133,10 @@ std::string logText(const Json& event) {
     return textOf(event, "priority") + "  " + textOf(event, "message");
 }
 
+std::string sampleText(const Json& event) {
+    return event.at("lux").dump() + " lux, mean " + event.at("mean").dump();
+}
+
 std::string nodeText(const Json& event) {
     const std::string path = textOf(event, "path");
     return path.substr(path.rfind('/') + 1) + " <- \"" + textOf(event, "bytes") + "\"";
@@ -156,12 +160,13 @@ struct Kind {
     std::string_view name;
     std::string (*text)(const Json& event);
 };
-constexpr std::array<Kind, 8> kKinds = {{
+constexpr std::array<Kind, 9> kKinds = {{
     {"answer", answerText},
     {"composer", composerText},
     {"node", nodeText},
     {"file", fileText},
     {"log", logText},
+    {"sample", sampleText},
     {"xml", xmlText},
     {"picture", pictureText},
     {"state", [](const Json& event) { return blockText(event.at("state"), kTextColumn); }},
