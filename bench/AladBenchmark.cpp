@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the worker of the ambient-light display does while the light stays as it is: a second of its clock.
 #include <benchmark/benchmark.h>
 #include <platform/VirtualClock.h>
@@ -28,7 +29,9 @@ public:
         ++wakeUps;
         cycle.emplace();
     }
-    std::unique_ptr<platform::Thread> startThread(std::function<void()> body) override { return clock.startThread(std::move(body)); }
+    std::unique_ptr<platform::Thread> startThread(std::function<void()> body) override {
+        return clock.startThread(std::move(body));
+    }
     void join(platform::Thread& thread) override { clock.join(thread); }
 
     platform::VirtualClock clock;

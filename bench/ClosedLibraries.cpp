@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The closed libraries, doing nothing: what the library itself costs is measured.
 #include <closed/alad_algo_publish.h>
 #include <closed/displayppalgorithm.h>

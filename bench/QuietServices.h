@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The services around the library, as quiet as can be: they take what they are given and keep nothing.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The sample phone's files.
 #pragma once
 

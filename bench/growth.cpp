@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How time and memory grow. Each run measures one case in a process of its own and prints one line:
 //
 //     growth displays COUNT     microseconds of init, nanoseconds of a setUnlimitedCT, peak KiB

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Makes the table of ratios: ratios ROWS.json RESULTS.json
 //
 // ROWS.json says what is compared, and what has to hold; RESULTS.json is what the benchmarks reported. A row compares

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/check/Summary.h"
 
 #include <algorithm>
@@ -22,8 +23,8 @@ std::string colorText(int32_t color) {
 }
 
 const char* sentTable(const ConfigXmlParser& record) {
-    if (record.hasGammaTuning) return "Gamma_Tuning";
-    return record.hasGammaCalib ? "Gamma_Calib" : nullptr;
+    if (record.hasGammaTuning) return blockOf(&ConfigXmlParser::hasGammaTuning).name;
+    return record.hasGammaCalib ? blockOf(&ConfigXmlParser::hasGammaCalib).name : nullptr;
 }
 
 Json matrixContent(const float* elements) {
@@ -46,28 +47,29 @@ Json eyeCareContent(const ConfigXmlParser& record) {
             {"coefficients", fitted ? "given" : "all 0"}};
 }
 
-Json contentOf(const ConfigXmlParser& record, const BlockForm& form) {
-    if (form.name == "UnlimitedCT")
+Json contentOf(const ConfigXmlParser& record, const CalibrationBlock& form) {
+    if (form.isComplete == &ConfigXmlParser::hasUnlimitedCT)
         return {{"warm", colorText(record.unlimitedWarm)}, {"cold", colorText(record.unlimitedCold)}};
-    if (form.name == "EyeCare") return eyeCareContent(record);
-    const float* const values = form.values(record);
-    if (form.count == ConfigXmlParser::kTable) return tableContent(values);
-    return form.name == "WPCParam" ? Json{{"parameters", matrixToJson(values)}} : matrixContent(values);
+    if (form.isComplete == &ConfigXmlParser::hasEyeCare) return eyeCareContent(record);
+    const float* const values = floatsOf(form, record);
+    if (form.elements == ConfigXmlParser::kTable) return tableContent(values);
+    if (form.isComplete == &ConfigXmlParser::hasWpcParam) return {{"parameters", matrixToJson(values)}};
+    return matrixContent(values);
 }
 
 // What the service does with a block, or does without it.
-std::string useOf(const ConfigXmlParser& record, const BlockForm& form) {
-    const bool complete = record.*form.complete;
-    if (form.count == ConfigXmlParser::kTable) {
+std::string useOf(const ConfigXmlParser& record, const CalibrationBlock& form) {
+    const bool complete = record.*form.isComplete;
+    if (form.elements == ConfigXmlParser::kTable) {
         const char* const sent = sentTable(record);
         if (sent == nullptr) return "no table is sent";
-        return form.name == sent ? "sent to the composer" : std::string(sent) + " is sent instead";
+        return form.name == std::string_view(sent) ? "sent to the composer" : std::string(sent) + " is sent instead";
     }
     if (complete) return "used";
-    if (form.name == "UnlimitedCT")
+    if (form.isComplete == &ConfigXmlParser::hasUnlimitedCT)
         return "default " + colorText(ColorManager::kDefaultWarm) + " to " + colorText(ColorManager::kDefaultCold);
-    if (form.name == "EyeCare") return "eye care is not configured";
-    return form.name == "WPCParam" ? "default parameters" : "identity";
+    if (form.isComplete == &ConfigXmlParser::hasEyeCare) return "eye care is not configured";
+    return form.isComplete == &ConfigXmlParser::hasWpcParam ? "default parameters" : "identity";
 }
 
 // A part of a block's content: "matrix 1 0 0 0 1 0 0 0 1".
@@ -87,12 +89,12 @@ Json summaryOf(const CheckedCalibration& checked) {
     const ConfigXmlParser& record = *checked.record;
     Json blocks = Json::array();
     for (const BlockCount& count : checked.blocks) {
-        const BlockForm& form = formOf(count.block);
-        const bool complete = record.*form.complete;
+        const CalibrationBlock& form = *count.block;
+        const bool complete = record.*form.isComplete;
         blocks.push_back({{"name", std::string(form.name)},
                           {"line", count.line},
                           {"values", count.values},
-                          {"needed", count.needed},
+                          {"needed", form.elements},
                           {"complete", complete},
                           {"use", useOf(record, form)},
                           {"content", complete ? contentOf(record, form) : Json()}});

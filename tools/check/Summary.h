@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the library makes of a calibration, for people and for programs.
 #pragma once
 
