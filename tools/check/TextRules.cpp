@@ -22,7 +22,7 @@ constexpr size_t kColorDigits = 6;
 
 void refused(const Subject& subject, Notes& notes) {
     const Refusal refusal = subject.document.refusal;
-    if (refusal == Refusal::NOT_A_FILE)
+    if (refusal == Refusal::NOT_ACCEPTED)
         notes.add("", 0, {}, "is too large and is not used",
                   "at most " + std::to_string(kLongestCalibrationFile) + " bytes");
     if (refusal == Refusal::DECLARES_ENTITIES)
