@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "alad/DisplayAlad.h"
 
 #include <closed/alad_algo_publish.h>
@@ -5,13 +6,11 @@
 #include <platform/Clock.h>
 #include <platform/Log.h>
 #include <platform/Numbers.h>
-#include <platform/OutOfMemory.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cinttypes>
 #include <cmath>
-#include <exception>
-#include <utility>
 
 #include "alad/SensorFeed.h"
 
@@ -25,11 +24,11 @@ using composer_ext::V1_0::AladParamPair;
 using composer_ext::V1_0::IComposerExt;
 using namespace std::chrono_literals;
 
-constexpr int32_t kIndoorLux = 300;  // in force until the sensor says something else
+constexpr int32_t kIndoorLux = 300;  // light level until the first sensor event
 constexpr auto kSamplingPeriod = 1s;
 constexpr auto kMessagePause = 20ms;
 
-// Parameters of the composer's tone curve.
+// Keys of the composer's tone-curve parameters.
 constexpr int32_t kModeKey = 0;
 constexpr int64_t kModeAmbient = 4;
 constexpr int32_t kCurveKey = 14;
@@ -39,19 +38,18 @@ constexpr uint32_t kOff = 0;
 
 }  // namespace
 
-// Stands between the controller and the sensor side, which may hold it for longer than the controller lives. mutex
-// guards owner: detaching and an event in delivery exclude each other.
+// Receives sensor events for a controller. The sensor service may keep it after the controller is gone, so events are
+// dropped once it is detached. mutex guards owner: detaching and the delivery of an event exclude each other.
 class DisplayAlad::SensorCallback final : public sensorservice::IEventQueueCallback {
 public:
     explicit SensorCallback(DisplayAlad* controller) : owner(controller) {}
 
-    // Events that come from now on are dropped.
     void detach() PLATFORM_EXCLUDES(mutex) {
         const platform::Lock lock(mutex);
         owner = nullptr;
     }
 
-    // Takes the payload's first float as the light level in lux, whatever the sensor.
+    // The payload's first float is the light level in lux. Sensor type and handle are not examined.
     Return<void> onEvent(const ::android::hardware::sensors::V1_0::Event& event) override PLATFORM_EXCLUDES(mutex) {
         const platform::Lock lock(mutex);
         if (owner != nullptr) owner->notifyData(platform::toInt32(event.u.scalar));
@@ -63,23 +61,6 @@ private:
     DisplayAlad* owner PLATFORM_GUARDED_BY(mutex);
 };
 
-// An attempt to enable: detaches the callback at its end, unless it succeeded.
-class DisplayAlad::Attachment {
-public:
-    explicit Attachment(DisplayAlad* controller) : feed(new SensorCallback(controller)) {}
-    ~Attachment() {
-        if (feed != nullptr) feed->detach();
-    }
-    Attachment(const Attachment&) = delete;
-    Attachment& operator=(const Attachment&) = delete;
-
-    const sp<SensorCallback>& get() const { return feed; }
-    sp<SensorCallback> keep() { return std::exchange(feed, nullptr); }
-
-private:
-    sp<SensorCallback> feed;
-};
-
 DisplayAlad::DisplayAlad(const sp<IComposerExt>& composer) : composerExt(composer) {}
 
 DisplayAlad::~DisplayAlad() = default;
@@ -89,57 +70,40 @@ int DisplayAlad::enable() {
 
     const auto manager = sensorservice::ISensorManager::getService("default", /*getStub=*/false);
     if (manager == nullptr) {
-        LOG_ERROR("ISensorManager getService error");
+        PLATFORM_LOG_ERROR("ISensorManager getService error");
         return -1;
     }
     int32_t handle = 0;
     if (!findLightSensor(*manager, handle)) {
-        LOG_ERROR("get light Sensor error");
+        PLATFORM_LOG_ERROR("get light Sensor error");
         return -2;
     }
+    const sp<SensorCallback> feed(new SensorCallback(this));
     sp<sensorservice::IEventQueue> queue;
-    Attachment feed(this);  // goes before the queue
-    if (!createQueue(*manager, feed.get(), queue)) {
-        LOG_ERROR("createEventQueue error");
+    if (!createQueue(*manager, feed, queue)) {
+        PLATFORM_LOG_ERROR("createEventQueue error");
+        feed->detach();
         return -3;
     }
     notifyData(kIndoorLux);
     if (!switchSensorOn(*queue, handle)) {
-        LOG_ERROR("enableSensor error");
+        PLATFORM_LOG_ERROR("enableSensor error");
+        feed->detach();
         return -4;
     }
     if (!startWorker()) {
-        LOG_ERROR("start worker error");
+        PLATFORM_LOG_ERROR("start worker error");
         switchSensorOff(*queue, handle);
+        feed->detach();
         return -5;
     }
 
     sensorManager = manager;
     eventQueue = queue;
-    callback = feed.keep();
+    callback = feed;
     sensorHandle = handle;
     enabled = true;
     return 0;
-}
-
-// Also resets what the worker starts from. False when there is no thread for it.
-bool DisplayAlad::startWorker() {
-    curveActive = false;
-    filter = {};
-    setRunning(true);
-    try {
-        worker = platform::clock().startThread([this] { workThread(); });
-        return true;
-    } catch (const std::exception&) {
-        setRunning(false);
-        return false;
-    }
-}
-
-void DisplayAlad::setRunning(bool on) {
-    const platform::Lock lock(mutex);
-    running = on;
-    cond.notifyOne();
 }
 
 void DisplayAlad::disable() {
@@ -149,10 +113,31 @@ void DisplayAlad::disable() {
     callback.clear();
     eventQueue.clear();
     sensorManager.clear();
-    setRunning(false);
-    platform::clock().join(worker);
+    stopWorker();
     enabled = false;
     platform::dropAnswer(composerExt->setAladParams(0, kOff, {}));
+}
+
+// Resets the state that the worker starts from. False if the thread cannot be started.
+bool DisplayAlad::startWorker() {
+    curveActive = false;
+    filter = {};
+    {
+        const platform::Lock lock(mutex);
+        running = true;
+    }
+    worker = platform::clock().startThread([this] { workThread(); });
+    return worker != nullptr;
+}
+
+void DisplayAlad::stopWorker() {
+    {
+        const platform::Lock lock(mutex);
+        running = false;
+        cond.notifyOne();
+    }
+    platform::clock().join(*worker);
+    worker.reset();
 }
 
 void DisplayAlad::notifyData(int32_t newLux) {
@@ -170,11 +155,11 @@ void DisplayAlad::workThread() {
     while (true) {
         const Wake wake = awaitSample();
         if (wake.stopped) {
-            if (wake.waited) LOG_DEBUG("exit");
+            if (wake.waited) PLATFORM_LOG_DEBUG("exit");
             return;
         }
         const int32_t mean = filter.add(wake.lux, curveActive);
-        LOG_DEBUG("avg:%d curr:%d", mean, wake.lux);
+        PLATFORM_LOG_DEBUG("avg:%" PRId32 " curr:%" PRId32, mean, wake.lux);
         if (!follow(mean)) return;
     }
 }
@@ -187,7 +172,7 @@ DisplayAlad::Wake DisplayAlad::awaitSample() {
 }
 
 bool DisplayAlad::follow(int32_t meanLux) {
-    curve.fill(0);  // once a cycle: what the closed library does not write stays from step to step
+    curve.fill(0);  // once a sample: values that the closed library does not write stay from step to step
     switch (actionFor(curveActive, meanLux)) {
         case CurveAction::ACTIVATE:
             return activate(meanLux);
@@ -202,11 +187,7 @@ bool DisplayAlad::follow(int32_t meanLux) {
 }
 
 bool DisplayAlad::activate(int32_t meanLux) {
-    const auto start = platform::unlessOutOfMemory(Params{}, [this] {
-        return Params{AladParamPair{kModeKey, {kModeAmbient}}, curveOf(baseLevel)};
-    });
-    if (start.size() == 0) return true;  // the next sample is another attempt
-    if (!send(kOn, [&start]() -> const Params& { return start; })) return false;
+    if (!send(kOn, {AladParamPair{kModeKey, {kModeAmbient}}, curveOf(baseLevel)})) return false;
     const int32_t target = getAGTMLevel(meanLux);
     if (!runRamp(rampUp(baseLevel, target))) return false;
     curveActive = true;
@@ -223,7 +204,7 @@ bool DisplayAlad::track(int32_t meanLux) {
 
 bool DisplayAlad::deactivate() {
     if (!runRamp(rampDown(curveLevel, baseLevel))) return false;
-    send(kOff, [] { return Params{}; });
+    send(kOff, {});
     curveActive = false;
     curveLevel = 0;
     return true;
@@ -231,15 +212,13 @@ bool DisplayAlad::deactivate() {
 
 bool DisplayAlad::runRamp(const Ramp& ramp) {
     for (int64_t level = ramp.first; ramp.reaches(level); level += ramp.step) {
-        const auto step = [&] { return Params{curveOf(static_cast<int32_t>(level))}; };
-        if (!send(kOn, step)) return false;
+        if (!send(kOn, {curveOf(static_cast<int32_t>(level))})) return false;
     }
     return true;
 }
 
-template <typename Message>
-bool DisplayAlad::send(uint32_t enable, Message message) {
-    platform::unlessOutOfMemory(false, [&] { return composerExt->setAladParams(0, enable, message()).isOk(); });
+bool DisplayAlad::send(uint32_t enable, const Params& params) {
+    platform::dropAnswer(composerExt->setAladParams(0, enable, params));
     platform::clock().sleepFor(kMessagePause);
     return running;
 }

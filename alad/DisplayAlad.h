@@ -1,14 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
 // The ambient-light adaptive display (ALAD).
 #pragma once
 
 #include <android/frameworks/sensorservice/1.0/ISensorManager.h>
 #include <platform/Mutex.h>
+#include <platform/Thread.h>
 #include <vendor/kov/hardware/composer_ext/1.0/IComposerExt.h>
 
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <thread>
+#include <memory>
 
 #include "alad/LightFilter.h"
 #include "alad/ToneCurveRamp.h"
@@ -17,10 +19,11 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 // Follows the ambient light on display 0 and ramps the composer's tone curve with it.
 //
-// Owned by the service, which calls enable() and disable() one at a time, never on the worker, and deletes an enabled
-// controller only after disable(). The sensor side calls in on a thread of its own through a SensorCallback; the only
-// thread started here is the worker, from enable() to the end of disable(). mutex guards what these threads share: the
-// latest light level and whether the worker may go on. The composer and the sensor service are called without it.
+// Owned by the service, which calls enable() and disable() one at a time, never on the worker thread, and deletes an
+// enabled controller only after disable(). The sensor service calls in on its own thread, through a SensorCallback. The
+// controller starts one thread, the worker, which runs from enable() to the end of disable(). mutex guards what these
+// threads share: the latest light level and the worker's running flag. It is not held during calls of the composer and
+// the sensor service.
 class DisplayAlad {
 public:
     explicit DisplayAlad(const ::android::sp<composer_ext::V1_0::IComposerExt>& composer);
@@ -28,17 +31,16 @@ public:
     DisplayAlad(const DisplayAlad&) = delete;
     DisplayAlad& operator=(const DisplayAlad&) = delete;
 
-    // Switches the light sensor on and starts the worker. 0 on success and when enabled already; otherwise nothing is
-    // kept and the answer says which step failed: -1 no sensor service, -2 no light sensor, -3 no event queue, -4 the
-    // sensor cannot be switched on, -5 no thread for the worker.
+    // Switches the light sensor on and starts the worker. Returns 0 on success and if already enabled. Otherwise the
+    // controller stays disabled, and the result is the step that failed: -1 no sensor service, -2 no light sensor, -3
+    // no event queue, -4 the sensor cannot be switched on, -5 the worker thread cannot be started.
     int enable();
 
-    // Switches the sensor off, ends the worker and tells the composer to drop the tone curve. Returns at once while the
-    // worker waits for its next sample, and after the message in flight and its pause while it ramps. Nothing happens
-    // on a controller that is not enabled.
+    // Switches the sensor off, joins the worker and has the composer drop the tone curve. Returns at once while the
+    // worker waits for a sample, and after the current message and its pause during a ramp. Does nothing if disabled.
     void disable();
 
-    // Takes a light level in lux as a sensor event does: the worker picks it up at its next sample. Any thread.
+    // Sets the latest light level in lux, as a sensor event does. The worker reads it with its next sample. Any thread.
     void notifyData(int32_t newLux) PLATFORM_EXCLUDES(mutex);
 
     // x to the power of 1 / 2.2.
@@ -46,54 +48,51 @@ public:
 
 private:
     class SensorCallback;
-    class Attachment;
     using Params = ::android::hardware::hidl_vec<composer_ext::V1_0::AladParamPair>;
 
-    bool startWorker();
-    void setRunning(bool on) PLATFORM_EXCLUDES(mutex);
+    bool startWorker() PLATFORM_EXCLUDES(mutex);
+    void stopWorker() PLATFORM_EXCLUDES(mutex);
 
-    // The body of the worker's thread: a sample a second until it is told to stop.
+    // Body of the worker thread: one sample a second until the worker is stopped.
     void workThread();
-    // Why the worker's wait for a sample ended.
+    // Result of waiting for a sample.
     struct Wake {
         bool stopped;
-        bool waited;  // false when it was told to stop before it waited
-        int32_t lux;  // the sample, unless stopped
+        bool waited;  // false if the worker was stopped before it began to wait
+        int32_t lux;  // the sample; not valid if stopped
     };
     Wake awaitSample() PLATFORM_EXCLUDES(mutex);
 
-    // Does what a mean light level asks for. Like all below, it reports whether the worker may go on.
+    // Ramps the tone curve as the mean light level requires. Each of these returns false if the worker was stopped.
     bool follow(int32_t meanLux);
     bool activate(int32_t meanLux);
     bool track(int32_t meanLux);
     bool deactivate();
     bool runRamp(const Ramp& ramp);
-    // The message() to the composer and the pause after it. Without memory for it the pause is all there is, as for a
-    // message that the composer did not get.
-    template <typename Message>
-    bool send(uint32_t enable, Message message);
+    // Sends one message to the composer and pauses.
+    bool send(uint32_t enable, const Params& params);
     composer_ext::V1_0::AladParamPair curveOf(int32_t level);
 
     const ::android::sp<composer_ext::V1_0::IComposerExt> composerExt;
 
-    // Of the thread that calls enable() and disable(); null and not joinable while not enabled.
+    // Used by the thread that calls enable() and disable(); null while disabled.
     ::android::sp<::android::frameworks::sensorservice::V1_0::ISensorManager> sensorManager;
     ::android::sp<::android::frameworks::sensorservice::V1_0::IEventQueue> eventQueue;
     ::android::sp<SensorCallback> callback;
     int32_t sensorHandle = 0;
     bool enabled = false;
-    std::thread worker;
+    std::unique_ptr<platform::Thread> worker;
 
-    // Of the worker while it runs, of enable() before.
+    // Used by the worker while it runs, by enable() before that.
     bool curveActive = false;  // the tone curve is on at the composer
-    int32_t curveLevel = 0;    // the level it has settled at, 0 while it is off
-    int32_t baseLevel = 0;     // the level of indoor light, at which the curve goes on and off
+    int32_t curveLevel = 0;    // level of the curve after the last completed ramp; 0 while the curve is off
+    int32_t baseLevel = 0;     // level of indoor light, at which the curve turns on and off
     LightFilter filter;
-    std::array<int32_t, 256> curve{};  // the parameters of a level, as the closed library writes them
+    std::array<int32_t, 256> curve{};  // curve parameters of a level, in the closed library's order
 
     platform::Mutex mutex;
-    platform::Condition cond;          // ends the worker's wait for a sample early; used under mutex
-    std::atomic<bool> running{false};  // the worker may go on; written under mutex, read without it during a ramp
+    platform::Condition cond;          // disable() notifies it to end the worker's wait
+    std::atomic<bool> running{false};  // written under mutex; the worker reads it without mutex during a ramp
     int32_t lux PLATFORM_GUARDED_BY(mutex) = -1;  // latest light level
 };
 

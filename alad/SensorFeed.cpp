@@ -1,8 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "alad/SensorFeed.h"
-
-#include <platform/Answer.h>
-
-#include <memory>
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -12,14 +9,6 @@ namespace sensors = ::android::hardware::sensors::V1_0;
 using ::android::sp;
 using sensorservice::Result;
 
-constexpr int32_t kSamplingPeriodUs = 1'000'000;
-
-template <typename T>
-struct Delivery {
-    Result result = Result::UNKNOWN_ERROR;
-    T value{};
-};
-
 bool isOk(::android::hardware::Return<Result> answer) {
     return answer.withDefault(Result::UNKNOWN_ERROR) == Result::OK;
 }
@@ -27,30 +16,28 @@ bool isOk(::android::hardware::Return<Result> answer) {
 }  // namespace
 
 bool findLightSensor(sensorservice::ISensorManager& manager, int32_t& sensorHandle) {
-    const auto answer = std::make_shared<platform::Answer<Delivery<int32_t>>>();
+    Result result = Result::UNKNOWN_ERROR;
     const auto status =
-        manager.getDefaultSensor(sensors::SensorType::LIGHT, [answer](const sensors::SensorInfo& info, Result result) {
-            answer->deliver({result, info.sensorHandle});
+        manager.getDefaultSensor(sensors::SensorType::LIGHT, [&](const sensors::SensorInfo& info, Result delivered) {
+            result = delivered;
+            sensorHandle = info.sensorHandle;
         });
-    const Delivery<int32_t> delivery = answer->take();
-    if (!status.isOk() || delivery.result != Result::OK) return false;
-    sensorHandle = delivery.value;
-    return true;
+    return status.isOk() && result == Result::OK;
 }
 
 bool createQueue(sensorservice::ISensorManager& manager, const sp<sensorservice::IEventQueueCallback>& callback,
                  sp<sensorservice::IEventQueue>& queue) {
-    using Queue = sp<sensorservice::IEventQueue>;
-    const auto answer = std::make_shared<platform::Answer<Delivery<Queue>>>();
-    const auto status = manager.createEventQueue(callback, [answer](const Queue& made, Result result) {
-        answer->deliver({result, made});
-    });
-    const Delivery<Queue> delivery = answer->take();
-    queue = delivery.value;
-    return status.isOk() && delivery.result == Result::OK && queue != nullptr;
+    Result result = Result::UNKNOWN_ERROR;
+    const auto status =
+        manager.createEventQueue(callback, [&](const sp<sensorservice::IEventQueue>& made, Result delivered) {
+            result = delivered;
+            queue = made;
+        });
+    return status.isOk() && result == Result::OK && queue != nullptr;
 }
 
 bool switchSensorOn(sensorservice::IEventQueue& queue, int32_t sensorHandle) {
+    constexpr int32_t kSamplingPeriodUs = 1'000'000;
     return isOk(queue.enableSensor(sensorHandle, kSamplingPeriodUs, /*maxBatchReportLatencyUs=*/0));
 }
 

@@ -1,8 +1,8 @@
-// The light sensor's way to whoever follows the light.
+// SPDX-License-Identifier: Apache-2.0
+// Calls of the sensor service, with their answers as values.
 #pragma once
 
 #include <android/frameworks/sensorservice/1.0/ISensorManager.h>
-#include <platform/Mutex.h>
 
 #include <cstdint>
 
@@ -10,18 +10,17 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace sensorservice = ::android::frameworks::sensorservice::V1_0;
 
-// The sensor service's answers as values: a failed transport, a result other than OK and an answer that is not
-// delivered are all the same failure.
+// Each returns false if the transport fails, if the result is not OK, and if no result is delivered.
 
-// False without a light sensor; then sensorHandle is as it was.
+// Gets the handle of the default light sensor.
 bool findLightSensor(sensorservice::ISensorManager& manager, int32_t& sensorHandle);
 
-// False without a queue that can be used; then queue is what was delivered all the same.
+// Creates a queue that delivers events to callback. False also if the service delivers no queue.
 bool createQueue(sensorservice::ISensorManager& manager,
                  const ::android::sp<sensorservice::IEventQueueCallback>& callback,
                  ::android::sp<sensorservice::IEventQueue>& queue);
 
-// Events once a second, each as soon as it is there.
+// Switches the sensor on: one event a second, delivered without batching.
 bool switchSensorOn(sensorservice::IEventQueue& queue, int32_t sensorHandle);
 bool switchSensorOff(sensorservice::IEventQueue& queue, int32_t sensorHandle);
 

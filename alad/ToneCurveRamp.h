@@ -1,4 +1,5 @@
-// What the tone curve is to do for a light level, and the levels it passes through.
+// SPDX-License-Identifier: Apache-2.0
+// What the tone curve does at a light level, and the levels that it passes through.
 #pragma once
 
 #include <cstdint>
@@ -7,29 +8,29 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 enum class CurveAction {
     NONE,
-    ACTIVATE,    // switch the curve on and bring it up to the light's level
-    TRACK,       // bring the level in step with the light
-    DEACTIVATE,  // bring the level down and switch the curve off
+    ACTIVATE,    // switch the curve on and ramp it up to the light's level
+    TRACK,       // ramp to the light's level
+    DEACTIVATE,  // ramp down and switch the curve off
 };
 
-// For a mean light level in lux; a negative one is no light level.
+// Action for a mean light level in lux. A negative level is not valid: NONE.
 CurveAction actionFor(bool curveActive, int32_t meanLux);
 
-// Levels one after another, from first on, by one up or down, to last. Wider than a level, so that a ramp at an end of
-// the int range ends.
+// The levels from first to last, one step at a time. Wider than a level, so that a ramp to the end of the int range
+// terminates.
 struct Ramp {
     int64_t first;
     int64_t last;
-    int64_t step;  // 1 or -1; a ramp whose last lies against it has no level
+    int64_t step;  // 1 or -1; a ramp whose last is in the other direction is empty
 
     bool reaches(int64_t level) const { return step > 0 ? level <= last : level >= last; }
 };
 
-// From the level after from to target, up only.
+// From the level above from up to target; empty if target is not above.
 Ramp rampUp(int32_t from, int32_t target);
-// From the level after from to target, up or down; none when they are the same.
+// From the level next to from to target, up or down; empty if they are equal.
 Ramp rampTo(int32_t from, int32_t target);
-// From from down to target, both included.
+// From from down to target, both included; empty if target is above.
 Ramp rampDown(int32_t from, int32_t target);
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

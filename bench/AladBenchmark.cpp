@@ -28,8 +28,8 @@ public:
         ++wakeUps;
         cycle.emplace();
     }
-    std::thread startThread(std::function<void()> body) override { return clock.startThread(std::move(body)); }
-    void join(std::thread& thread) override { clock.join(thread); }
+    std::unique_ptr<platform::Thread> startThread(std::function<void()> body) override { return clock.startThread(std::move(body)); }
+    void join(platform::Thread& thread) override { clock.join(thread); }
 
     platform::VirtualClock clock;
     uint64_t wakeUps = 0;  // to be read while the threads wait

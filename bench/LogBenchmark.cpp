@@ -32,7 +32,7 @@ private:
 };
 
 [[gnu::noinline]] void logLine(int level, float r, float g, float b) {
-    LOG_DEBUG("%d  %f %f %f", level, r, g, b);
+    PLATFORM_LOG_DEBUG("%d  %f %f %f", level, r, g, b);
 }
 
 [[gnu::noinline]] void doNothing(int level, float r, float g, float b) {

@@ -1,30 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
 // The panel's calibration as its XML file gives it.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 // Reads the calibration file of the panel that the phone reports. The data members are the record that it fills.
 //
-// Made by whoever needs the calibration, value-initialised (all zero, all flags false) and on the heap, for it holds
-// two 4096-entry tables; destroyed as soon as the values have been copied out. One thread at a time: reading ends with
-// a clean-up of libxml2's global state.
+// Create it value-initialised (all values zero, all flags false) and on the heap, because it holds two 4096-entry
+// tables; readCalibration() does. Use it on one thread at a time: reading ends with a clean-up of libxml2's global
+// state.
 //
-// A flag says that its block was complete; a block that was short leaves what it had in place and its flag false.
-// Values are converted as C's atof does: no number gives 0. Entities from outside the document are never loaded, and
-// those inside make at most a mebibyte of text. What refusalOf refuses (DocumentBounds.h) and what is no regular file
-// are as unreadable as a file that is not well-formed.
+// A flag is set if its block was complete. A short block leaves the values that it has, and its flag false. Values are
+// converted as C's atof does: a text that is not a number gives 0.
 class ConfigXmlParser {
 public:
     static constexpr size_t kMatrix = 9;
     static constexpr size_t kTable = 4096;
     static constexpr size_t kEyeCareCoeffs = 36;
+    static constexpr size_t kWpcParams = 9;
 
-    // Chooses the file by the panel's name and reads it into the members. The file does not change meanwhile. Nothing
-    // is reported but log lines and flags: a file that is missing, unreadable or not well-formed leaves the record as
-    // it was, and one for which libxml2 finds no memory leaves it empty.
+    // Chooses the file by the panel's name and reads it into the members. Failures are logged, not returned: a file
+    // that is missing, cannot be parsed or is refused leaves the record unchanged. Refused are files that are not
+    // regular files of at most 16 MiB, and documents that declare entities: a few of them can expand to any amount of
+    // text.
     void parser();
 
     float ctmWpc[kMatrix];  // white-point matrix by rows
@@ -33,7 +36,7 @@ public:
     bool hasCtmCcm;
     float gammaCalib[kTable];  // entry i is the output for the input level i / 4096
     bool hasGammaCalib;
-    float gammaTuning[kTable];  // the same, tuned; wins over gammaCalib
+    float gammaTuning[kTable];  // a tuned gamma table; used instead of gammaCalib
     bool hasGammaTuning;
     int32_t unlimitedWarm;  // end points of the unlimited colour temperature, colours 0xRRGGBB
     int32_t unlimitedCold;
@@ -42,8 +45,21 @@ public:
     double eyeCareMinCCT;  // kelvin
     double eyeCareCoeffs[kEyeCareCoeffs];
     bool hasEyeCare;
-    float wpcParam[9];  // parameters of the white-point calibration, in the order of the file
+    float wpcParam[kWpcParams];  // parameters of the white-point calibration, in the order of the file
     bool hasWpcParam;
 };
+
+// A new record, filled by parser().
+std::unique_ptr<ConfigXmlParser> readCalibration();
+
+// One block of a calibration file.
+struct CalibrationBlock {
+    const char* name;
+    size_t elements;                    // element children that complete the block; more are ignored
+    bool ConfigXmlParser::*isComplete;  // the flag that they set
+    // Stores one element's text. place counts the values that go by position, from 0.
+    void (*store)(ConfigXmlParser& record, const char* elementName, const char* text, size_t& place);
+};
+extern const std::array<CalibrationBlock, 7> kCalibrationBlocks;
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

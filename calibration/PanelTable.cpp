@@ -1,15 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "calibration/PanelTable.h"
 
 #include <utility>
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
-
-namespace {
-
-constexpr const char* kPanelNameNode = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_panel_name";
-constexpr size_t kPanelNameLimit = 128;  // bytes
-
-}  // namespace
 
 const std::string kDefaultCalibFile = "/vendor/etc/disp_calib_data_default.xml";
 
@@ -19,7 +13,8 @@ const std::string& calibFileOf(const std::string& panelName) {
 }
 
 PanelIdentity identifyPanel() {
-    platform::NodeText name = platform::readNode(kPanelNameNode, kPanelNameLimit);
+    constexpr size_t kLimit = 128;  // bytes
+    platform::NodeText name = platform::readNode(kPanelNameNode, kLimit);
     std::string calibFile = name.status == platform::NodeStatus::OK ? calibFileOf(name.text) : kDefaultCalibFile;
     return {std::move(name), std::move(calibFile)};
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "color/ColorManager.h"
 
 #include <closed/vo_display.h>
@@ -5,14 +6,16 @@
 #include <platform/Log.h>
 #include <platform/Numbers.h>
 
+#include <cinttypes>
+
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace {
 
 constexpr double kSmallestDivisor = 1e-6;
 
-// a x b. Each element is the sum (p0 + p1) + p2 of its three products, every step rounded to float, so that it has the
-// same bits everywhere (a NaN its own sign and payload).
+// a x b. Each element is (p0 + p1) + p2 of its three products, each step rounded to float: the same bits on every
+// processor, except for the sign and payload of a NaN.
 TMat33<float> product(const TMat33<float>& a, const TMat33<float>& b) {
     TMat33<float> result;
     for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {
@@ -23,7 +26,7 @@ TMat33<float> product(const TMat33<float>& a, const TMat33<float>& b) {
     return result;
 }
 
-// The largest output over the seven non-black corners, corner by corner: what maxRgb is.
+// maxRgb by its definition, corner by corner.
 float largestOfCorners(const TMat33<float>& m) {
     constexpr float kCorners[7][3] = {{1, 1, 1}, {1, 1, 0}, {1, 0, 1}, {0, 1, 1}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
     float best = 0.0F;
@@ -40,8 +43,8 @@ float positive(float value) {
     return value > 0.0F ? value : 0.0F;
 }
 
-// The same bits for finite elements. A corner adds up some of each row's elements, in their order, and a rounded sum
-// never falls when what is added grows: the largest takes each element that is positive and, in place of another, 0.
+// The same value for finite elements. A corner sums a subset of each row's elements, in order, and a rounded sum never
+// falls when a term grows: so the largest sum takes each positive element, and 0 instead of a negative one.
 float largestOfRows(const TMat33<float>& m) {
     float best = 0.0F;
     for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {
@@ -52,7 +55,7 @@ float largestOfRows(const TMat33<float>& m) {
 }
 
 bool isFinite(const TMat33<float>& m) {
-    float zero = 0.0F;  // what is not finite makes it NaN
+    float zero = 0.0F;  // becomes NaN if an element is not finite
     for (size_t i = 0; i < TMat33<float>::kSize; ++i) zero += m[i] * 0.0F;
     return zero == 0.0F;
 }
@@ -64,17 +67,18 @@ int ColorManager::init(const int32_t* endPoints, const double* eyeCare) {
         EyeCareParams params{std::vector<double>(eyeCare + 2, eyeCare + kEyeCareRun), platform::toInt32(eyeCare[0]),
                              platform::toInt32(eyeCare[1])};
         setEyeCareParamsOled(params);
-        LOG_DEBUG("m:%d m:%d", params.maxCCT, params.minCCT);
+        PLATFORM_LOG_DEBUG("m:%" PRId32 " m:%" PRId32, params.maxCCT, params.minCCT);
     } else {
-        LOG_ERROR("eye care init error");
+        PLATFORM_LOG_ERROR("eye care init error");
     }
 
     if (endPoints != nullptr) {
         setParams(endPoints[0], endPoints[1]);
-        LOG_DEBUG("w:%.8X c:%.8X", static_cast<uint32_t>(endPoints[0]), static_cast<uint32_t>(endPoints[1]));
+        PLATFORM_LOG_DEBUG("w:%.8" PRIX32 " c:%.8" PRIX32, static_cast<uint32_t>(endPoints[0]),
+                           static_cast<uint32_t>(endPoints[1]));
     } else {
         setParams(kDefaultWarm, kDefaultCold);
-        LOG_ERROR("Unlimited init error");
+        PLATFORM_LOG_ERROR("Unlimited init error");
     }
     return 0;
 }
@@ -83,9 +87,9 @@ int ColorManager::setUnlimitedCT(int32_t level) {
     std::array<float, 3> gains{1.0F, 1.0F, 1.0F};
     unlimitedCT = level;
     const int error = getUnlimitedCTParams(level, gains.data());
-    if (error != 0) LOG_ERROR("error %d", error);
+    if (error != 0) PLATFORM_LOG_ERROR("error %d", error);
     for (size_t channel = 0; channel < gains.size(); ++channel) unlimitedCtm[4 * channel] = gains[channel];
-    LOG_DEBUG("%d  %f %f %f", level, gains[0], gains[1], gains[2]);
+    PLATFORM_LOG_DEBUG("%" PRId32 "  %f %f %f", level, gains[0], gains[1], gains[2]);
     return 0;
 }
 
@@ -93,17 +97,17 @@ int ColorManager::setEyeCareCT(int32_t level) {
     TMat33<float> coefficients;
     eyeCareCT = level;
     const int error = getEyeCareCoeffOled(level, coefficients.data());
-    if (error != 0) LOG_ERROR("error %d", error);
+    if (error != 0) PLATFORM_LOG_ERROR("error %d", error);
     eyeCareCtm = coefficients;
-    LOG_DEBUG("v:%d", level);
-    LOG_DEBUG("%f %f %f", coefficients[0], coefficients[1], coefficients[2]);
-    LOG_DEBUG("%f %f %f", coefficients[3], coefficients[4], coefficients[5]);
-    LOG_DEBUG("%f %f %f", coefficients[6], coefficients[7], coefficients[8]);
+    PLATFORM_LOG_DEBUG("v:%" PRId32, level);
+    PLATFORM_LOG_DEBUG("%f %f %f", coefficients[0], coefficients[1], coefficients[2]);
+    PLATFORM_LOG_DEBUG("%f %f %f", coefficients[3], coefficients[4], coefficients[5]);
+    PLATFORM_LOG_DEBUG("%f %f %f", coefficients[6], coefficients[7], coefficients[8]);
     return 0;
 }
 
-// The running sums are ((0 + p0) + p1) + p2. The 0 is added once, at the end of the chain: all it ever does is to make
-// -0 a 0, and a zero's sign passes through a product into signs of zeros only.
+// The running sums are ((0 + p0) + p1) + p2. Adding 0 only turns -0 into 0, and the sign of a zero only affects signs
+// of zeros in a product: so it is added once, at the end of the chain.
 TMat33<float> ColorManager::composedCtm() const {
     TMat33<float> result = product(eyeCareCtm, product(unlimitedCtm, product(wpcCtm, ccmCtm)));
     for (size_t i = 0; i < TMat33<float>::kSize; ++i) result[i] += 0.0F;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "color/PowerTable.h"
 
 #include <array>
@@ -9,10 +10,10 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 namespace {
 
 constexpr double kStep = 1.0 / kPowerTable;
-constexpr size_t kFactors = 64;  // a smallest prime factor is below the square root of the table's size
+constexpr size_t kFactors = 64;  // above every smallest prime factor: it is below the square root of kPowerTable
 
-// An index as factor * rest, factor being its smallest prime factor below 64; 1 where there is none: for 0, 1 and the
-// larger primes.
+// An index as factor * rest, where factor is its smallest prime factor below 64; 1 for 0, 1 and the larger primes,
+// which have none.
 struct Split {
     uint16_t factor;
     uint16_t rest;
@@ -51,12 +52,12 @@ void fillOneByOne(float* entries, double exponent) {
     for (size_t i = 0; i < kPowerTable; ++i) entries[i] = static_cast<float>(powerOfLevel(i, exponent));
 }
 
-// Asks pow for the primes only, since (a * b) ^ e is a ^ e * b ^ e: a seventh of the calls.
+// Calls pow for the primes only, because (a * b) ^ e is a ^ e * b ^ e: a seventh of the calls.
 //
-// A product has at most twelve powers, those of eleven factors and of one step. Each of them and pow's own answer wrong
-// by less than 4 units in the last place, it differs from that answer by less than kError of it:
-// (13 * 4 + 11 / 2) * 2^-52 < 2^-46. (The C libraries that this runs on state an error below 1 unit.) Where both ends
-// of that range round to the same float, so does pow's answer; elsewhere pow is asked.
+// A product has at most twelve powers, those of eleven factors and of one step. If each of them and pow's own result
+// are wrong by less than 4 units in the last place, the product differs from that result by less than kError of it: (13
+// * 4 + 11 / 2) * 2^-52 < 2^-46. (The C libraries state an error below 1 unit.) If both ends of that range round to the
+// same float, pow's result does too; otherwise pow is called.
 void fillByFactors(float* entries, double exponent) {
     constexpr double kError = 0x1p-46;
     std::array<double, kPowerTable> powers;
@@ -80,7 +81,7 @@ void fillByFactors(float* entries, double exponent) {
 }  // namespace
 
 void fillPowerTable(float* entries, float exponent) {
-    constexpr float kLargest = 16;  // no factor's power comes near the ends of double's range
+    constexpr float kLargest = 16;  // keeps every factor's power within double's range
     if (std::fabs(exponent) <= kLargest) {
         fillByFactors(entries, static_cast<double>(exponent));
     } else {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Tables of powers.
 #pragma once
 
@@ -7,7 +8,7 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 constexpr size_t kPowerTable = 4096;  // entries
 
-// Entry i becomes (i / 4096) ^ exponent for any exponent: the value of pow in double precision, rounded once.
+// Sets entries[i] to (i / 4096) ^ exponent, for any exponent: pow in double precision, rounded to float.
 void fillPowerTable(float* entries, float exponent);
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

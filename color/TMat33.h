@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // 3x3 matrix of the colour state.
 #pragma once
 

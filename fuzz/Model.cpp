@@ -176,7 +176,7 @@ Model::Outcome Model::call(const std::string& service, const Faults& faults, con
     const auto exact = faults.find(name);
     const Fault fault = exact == faults.end() ? Fault::NONE : exact->second;
     return {fault != Fault::UNREACHABLE && fault != Fault::DIES_AFTER_ANSWER,
-            fault != Fault::SILENT && fault != Fault::LATE, fault == Fault::REFUSES ? fakes::kRefusal : 0};
+            fault != Fault::SILENT, fault == Fault::REFUSES ? fakes::kRefusal : 0};
 }
 
 Model::Outcome Model::callComposer(const std::string& name, const std::string& arguments) {

@@ -14,7 +14,6 @@
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
 #include "service/DisplayControlImpl.h"
-#include "tests/fakes/AllocationLimit.h"
 #include "tests/fakes/ClosedLibraries.h"
 #include "tests/fakes/FakeComposer.h"
 #include "tests/fakes/FakeSensors.h"
@@ -43,8 +42,8 @@ constexpr float kLights[] = {300,  0,     -5,    4999,  5000,  5001,   7999,  80
 constexpr int64_t kDurations[] = {0, 1, 19, 20, 21, 500, 979, 980, 1000, 1020, 2000, 5000};  // milliseconds
 constexpr std::array<size_t, 64> kTableSizes = {0, 0, 0, 0, 0, 0, 3, 4096, 4097};  // mostly none: they take long
 constexpr fakes::Fault kFaults[] = {
-    fakes::Fault::NONE, fakes::Fault::REFUSES, fakes::Fault::SILENT,      fakes::Fault::TWICE,
-    fakes::Fault::LATE, fakes::Fault::NONE,    fakes::Fault::UNREACHABLE, fakes::Fault::DIES_AFTER_ANSWER};
+    fakes::Fault::NONE, fakes::Fault::REFUSES, fakes::Fault::SILENT,
+    fakes::Fault::NONE, fakes::Fault::UNREACHABLE, fakes::Fault::DIES_AFTER_ANSWER};
 constexpr const char* kComposerCalls[] = {"getNumOfDisplay",         "getDisplayInfo",      "setColorTransformMatrix",
                                           "getColorTransformMatrix", "setGlobalGammaLut",   "getGlobalGammaLut",
                                           "setGlobalDeGammaLut",     "getGlobalDeGammaLut", "setAladParams",
@@ -219,7 +218,6 @@ private:
     void setDisplays() { composer->count = around.displays = input.oneOf(kCounts); }
     void faultComposer();
     void faultSensors();
-    void deliverLate();
     void publish();
     void withoutQueue() { sensors->withoutQueue = !(around.queue = input.yes()); }
     void setPanel();
@@ -277,7 +275,6 @@ const std::vector<Story::Step> Story::kSteps = {
     {"displays", &Story::setDisplays},
     {"fault of the composer", &Story::faultComposer},
     {"fault of the sensors", &Story::faultSensors},
-    {"late callbacks", &Story::deliverLate},
     {"services", &Story::publish},
     {"event queue", &Story::withoutQueue},
     {"panel", &Story::setPanel},
@@ -303,11 +300,9 @@ Story::Story(Input bytes, const fakes::PhoneFolder& folder, uint64_t lastHandle)
     platform::setClock(&clock);
     composer->registerAsService();
     sensors->registerAsService();
-    fakes::limitAllocations(kMostMemory);
 }
 
 Story::~Story() {
-    fakes::limitAllocations(SIZE_MAX);
     platform::clearServices();
     platform::setClock(nullptr);
 }
@@ -319,7 +314,6 @@ void Story::run() {
         (this->*step.run)();
         compareAround();
     }
-    deliverLate();
     switchAlad(0, 0);
     compareAround();
 }
@@ -636,11 +630,6 @@ void Story::faultSensors() {
     const std::string call = input.oneOf(kSensorCalls);
     around.sensorFaults[call] = input.oneOf(kFaults);
     sensors->fault(call + "(", around.sensorFaults[call]);
-}
-
-void Story::deliverLate() {
-    composer->deliverLate();
-    sensors->deliverLate();
 }
 
 // Which services can be found from now on.

@@ -1,6 +1,8 @@
-// The ambient-light adaptive display's switch.
+// SPDX-License-Identifier: Apache-2.0
+// Switches the ambient-light adaptive display.
 #include <platform/Log.h>
-#include <platform/OutOfMemory.h>
+
+#include <cinttypes>
 
 #include "alad/DisplayAlad.h"
 #include "service/DisplayControlImpl.h"
@@ -8,7 +10,7 @@
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 Return<Result> DisplayControlImpl::setAlad(uint64_t handle, uint64_t display, uint32_t enable) {
-    LOG_INFO("%lu %d", handle, static_cast<int32_t>(enable));
+    PLATFORM_LOG_INFO("%" PRIu64 " %" PRId32, handle, static_cast<int32_t>(enable));
     if (display != 0) return Result::FAILED;
     if (enable == 0) {
         stopAlad();
@@ -17,11 +19,11 @@ Return<Result> DisplayControlImpl::setAlad(uint64_t handle, uint64_t display, ui
     if (displayAlad != nullptr) return Result::OK;
     if (composerExt == nullptr) return Result::FAILED;
 
-    displayAlad = platform::unlessOutOfMemory<DisplayAlad*>(nullptr, [this] {
-        auto controller = std::make_unique<DisplayAlad>(composerExt);
-        return controller->enable() == 0 ? controller.release() : nullptr;
-    });
-    return displayAlad != nullptr ? Result::OK : Result::FAILED;
+    displayAlad = new DisplayAlad(composerExt);
+    if (displayAlad->enable() == 0) return Result::OK;
+    delete displayAlad;
+    displayAlad = nullptr;
+    return Result::FAILED;
 }
 
 Return<int32_t> DisplayControlImpl::IsAladEnable(uint64_t /*handle*/, uint64_t /*display*/) {

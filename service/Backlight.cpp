@@ -1,18 +1,19 @@
-// Content-adaptive backlight control of the panel, through its driver's node.
+// SPDX-License-Identifier: Apache-2.0
+// Content-adaptive backlight control (CABC) of the panel, through its driver's sysfs node.
 #include <platform/DeviceFiles.h>
 #include <platform/Log.h>
 
 #include <array>
+#include <cinttypes>
 
 #include "service/DisplayControlImpl.h"
+#include "service/SysfsNodes.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace {
 
-constexpr const char* kCabcNode = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_cabc_mode";
-
-// One entry per mode of a client; two modes share level 1.
+// Level of each mode; two modes share level 1.
 constexpr std::array<int32_t, 5> kCabcLevelOfMode = {0, 1, 1, 2, 3};
 
 }  // namespace
@@ -21,7 +22,7 @@ Return<int32_t> DisplayControlImpl::setCabcSysNode(uint64_t /*handle*/, uint64_t
     const char digit = static_cast<char>(static_cast<uint8_t>(static_cast<uint32_t>(level) + '0'));
     const std::array<char, 2> bytes = {digit, '\n'};
     if (platform::writeNode(kCabcNode, {bytes.data(), bytes.size()}) != platform::NodeStatus::OK) {
-        LOG_ERROR("open cabc node error");
+        PLATFORM_LOG_ERROR("open cabc node error");
         return static_cast<int32_t>(Result::FAILED);
     }
     return static_cast<int32_t>(Result::OK);
@@ -29,9 +30,9 @@ Return<int32_t> DisplayControlImpl::setCabcSysNode(uint64_t /*handle*/, uint64_t
 
 Return<int32_t> DisplayControlImpl::setCabcMode(uint64_t handle, uint64_t display, int32_t mode) {
     if (screenMode != SMART_ENVIRONMENT) return static_cast<int32_t>(Result::OK);
-    LOG_DEBUG("enter %d", mode);
+    PLATFORM_LOG_DEBUG("enter %" PRId32, mode);
     if (mode < 0 || static_cast<size_t>(mode) >= kCabcLevelOfMode.size()) {
-        LOG_ERROR("invalid value");
+        PLATFORM_LOG_ERROR("invalid value");
         return static_cast<int32_t>(Result::FAILED);
     }
     return setCabcSysNode(handle, display, kCabcLevelOfMode[static_cast<size_t>(mode)]);

@@ -1,14 +1,15 @@
-// The composer's colour transform, passed through: the service keeps nothing of it.
-#include <platform/Answer.h>
+// SPDX-License-Identifier: Apache-2.0
+// The composer's colour transform, forwarded: the service stores nothing of it.
 #include <platform/Log.h>
-#include <platform/OutOfMemory.h>
+
+#include <cinttypes>
 
 #include "service/Composer.h"
 #include "service/DisplayControlImpl.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-struct DisplayControlImpl::Matrices {
+struct DisplayControlImpl::ColorTransform {
     Result result = Result::OK;
     ColorTransformMatrix first{};
     ColorTransformMatrix last{};
@@ -17,10 +18,10 @@ struct DisplayControlImpl::Matrices {
 Return<Result> DisplayControlImpl::setColorTransformMatrix(uint64_t handle, uint64_t display,
                                                            const ColorTransformMatrix& matrix) {
     const auto& m = matrix.elements;
-    LOG_DEBUG("%lu", handle);
-    LOG_DEBUG("setColorTransformMatrix0 %f %f %f", m[0], m[1], m[2]);
-    LOG_DEBUG("setColorTransformMatrix1 %f %f %f", m[3], m[4], m[5]);
-    LOG_DEBUG("setColorTransformMatrix2 %f %f %f", m[6], m[7], m[8]);
+    PLATFORM_LOG_DEBUG("%" PRIu64, handle);
+    PLATFORM_LOG_DEBUG("setColorTransformMatrix0 %f %f %f", m[0], m[1], m[2]);
+    PLATFORM_LOG_DEBUG("setColorTransformMatrix1 %f %f %f", m[3], m[4], m[5]);
+    PLATFORM_LOG_DEBUG("setColorTransformMatrix2 %f %f %f", m[6], m[7], m[8]);
     return sendColorTransform(display, toComposer(firstCtm), toComposer(matrix));
 }
 
@@ -29,51 +30,49 @@ Return<Result> DisplayControlImpl::setColorTransformMatrix2(uint64_t handle, uin
                                                             const ColorTransformMatrix& last) {
     const auto& f = first.elements;
     const auto& l = last.elements;
-    LOG_DEBUG("%lu", handle);
-    LOG_DEBUG("first %f %f %f", f[0], f[1], f[2]);
-    LOG_DEBUG("first %f %f %f", f[3], f[4], f[5]);
-    LOG_DEBUG("first %f %f %f", f[6], f[7], f[8]);
-    LOG_DEBUG("last %f %f %f", l[0], l[1], l[2]);
-    LOG_DEBUG("last %f %f %f", l[3], l[4], l[5]);
-    LOG_DEBUG("last %f %f %f", l[6], l[7], l[8]);
+    PLATFORM_LOG_DEBUG("%" PRIu64, handle);
+    PLATFORM_LOG_DEBUG("first %f %f %f", f[0], f[1], f[2]);
+    PLATFORM_LOG_DEBUG("first %f %f %f", f[3], f[4], f[5]);
+    PLATFORM_LOG_DEBUG("first %f %f %f", f[6], f[7], f[8]);
+    PLATFORM_LOG_DEBUG("last %f %f %f", l[0], l[1], l[2]);
+    PLATFORM_LOG_DEBUG("last %f %f %f", l[3], l[4], l[5]);
+    PLATFORM_LOG_DEBUG("last %f %f %f", l[6], l[7], l[8]);
     return sendColorTransform(display, toComposer(first), toComposer(last));
 }
 
 Return<void> DisplayControlImpl::getColorTransformMatrix(uint64_t handle, uint64_t display, const Matrix& callback) {
-    LOG_DEBUG("%lu", handle);
-    const Matrices matrices = askColorTransform(display);
+    PLATFORM_LOG_DEBUG("%" PRIu64, handle);
+    const ColorTransform matrices = queryColorTransform(display);
     callback(matrices.result, matrices.first);
     return Void();
 }
 
 Return<void> DisplayControlImpl::getColorTransformMatrix2(uint64_t handle, uint64_t display,
                                                           const MatrixPair& callback) {
-    LOG_DEBUG("%lu", handle);
-    const Matrices matrices = askColorTransform(display);
+    PLATFORM_LOG_DEBUG("%" PRIu64, handle);
+    const ColorTransform matrices = queryColorTransform(display);
     callback(matrices.result, matrices.first, matrices.last);
     return Void();
 }
 
-Result DisplayControlImpl::sendColorTransform(uint64_t display, const composer_types::ColorTransformMatrix& first,
-                                              const composer_types::ColorTransformMatrix& last) {
+Result DisplayControlImpl::sendColorTransform(uint64_t display, const ComposerMatrix& first,
+                                              const ComposerMatrix& last) {
     if (composerExt == nullptr) return Result::FAILED;
     auto answer = composerExt->setColorTransformMatrix(display, first, last);
     return fromComposer(answer.withDefault(composer_types::Result::FAILED));
 }
 
-// The composer's Result and both matrices: zeros when it did not call back, FAILED and zeros when it was not reached.
-DisplayControlImpl::Matrices DisplayControlImpl::askColorTransform(uint64_t display) {
-    const Matrices notReached{Result::FAILED, {}, {}};
-    if (composerExt == nullptr) return notReached;
-    return platform::unlessOutOfMemory(notReached, [&] {
-        const auto answer = std::make_shared<platform::Answer<Matrices>>();
-        const auto status = composerExt->getColorTransformMatrix(
-            display, [answer](composer_types::Result result, const composer_types::ColorTransformMatrix& first,
-                              const composer_types::ColorTransformMatrix& last) {
-                answer->deliver({fromComposer(result), fromComposer(first), fromComposer(last)});
-            });
-        return status.isOk() ? answer->take() : notReached;
-    });
+// OK and zeros if the composer does not call back; FAILED and zeros without a composer and if the transport fails.
+DisplayControlImpl::ColorTransform DisplayControlImpl::queryColorTransform(uint64_t display) {
+    const ColorTransform failed{Result::FAILED, {}, {}};
+    if (composerExt == nullptr) return failed;
+    ColorTransform answer;
+    const auto status = composerExt->getColorTransformMatrix(
+        display, [&answer](composer_types::Result result, const composer_types::ColorTransformMatrix& first,
+                           const composer_types::ColorTransformMatrix& last) {
+            answer = {fromComposer(result), fromComposer(first), fromComposer(last)};
+        });
+    return status.isOk() ? answer : failed;
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

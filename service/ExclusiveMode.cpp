@@ -1,6 +1,9 @@
-// Exclusive mode: a client takes display 0 without any adjustment, and gives it back.
+// SPDX-License-Identifier: Apache-2.0
+// Exclusive mode: a client uses display 0 without any adjustment, and gives it back.
 #include <platform/Answer.h>
 #include <platform/Log.h>
+
+#include <cinttypes>
 
 #include "calibration/ConfigXmlParser.h"
 #include "service/Composer.h"
@@ -18,7 +21,7 @@ constexpr int32_t kCabcOff = 0;
 }  // namespace
 
 Return<Result> DisplayControlImpl::exclusiveModeEnter(uint64_t handle, uint32_t value) {
-    LOG_INFO("%lu %d", handle, static_cast<int32_t>(value));
+    PLATFORM_LOG_INFO("%" PRIu64 " %" PRId32, handle, static_cast<int32_t>(value));
     if (composerExt == nullptr) return Result::FAILED;
     platform::dropAnswer(composerExt->setExclusiveMode(0, kEnter));
     platform::dropAnswer(composerExt->setColorTransformMatrix(0, toComposer(firstCtm), toComposer(firstCtm)));
@@ -28,20 +31,19 @@ Return<Result> DisplayControlImpl::exclusiveModeEnter(uint64_t handle, uint32_t 
     return Result::OK;
 }
 
-// The calibration takes effect in the matrices in effect; the closed libraries keep their configuration.
+// Restores the matrices in effect, not the stored calibration matrices, and does not configure the closed libraries.
 Return<Result> DisplayControlImpl::exclusiveModeExit(uint64_t handle, uint32_t value) {
-    LOG_INFO("%lu %d", handle, static_cast<int32_t>(value));
+    PLATFORM_LOG_INFO("%" PRIu64 " %" PRId32, handle, static_cast<int32_t>(value));
     if (composerExt == nullptr) return Result::FAILED;
     platform::dropAnswer(composerExt->setExclusiveMode(0, kLeave));
 
     const auto record = readCalibration();
-    if (knowsDisplay(0)) {
-        ColorManager& colors = colorManagers[0];
-        if (record != nullptr && record->hasCtmWpc) copyMatrix(record->ctmWpc, colors.wpcCtm);
-        if (record != nullptr && record->hasCtmCcm) copyMatrix(record->ctmCcm, colors.ccmCtm);
-        sendFinalCtm(0);
+    if (ColorManager* const colors = servedColors(0); colors != nullptr) {
+        if (record->hasCtmWpc) copyMatrix(record->ctmWpc, colors->wpcCtm);
+        if (record->hasCtmCcm) copyMatrix(record->ctmCcm, colors->ccmCtm);
+        sendFinalCtm(0, *colors);
     }
-    if (record != nullptr) sendCalibratedGamma(*record);
+    sendCalibratedGamma(*record);
     return Result::OK;
 }
 

@@ -1,6 +1,9 @@
-// Features by number: another way to the operations of the modes and the colour temperatures.
+// SPDX-License-Identifier: Apache-2.0
+// Features by number: a generic entry to screen modes, colour temperatures and backlight control.
 #include <platform/Log.h>
 #include <platform/Numbers.h>
+
+#include <cinttypes>
 
 #include "service/DisplayControlImpl.h"
 
@@ -15,7 +18,8 @@ constexpr int32_t kFailed = static_cast<int32_t>(Result::FAILED);
 
 Return<int32_t> DisplayControlImpl::setFeature(uint64_t handle, uint64_t display, int32_t feature, int32_t value,
                                                int32_t value2) {
-    LOG_DEBUG("u:%lu d:%lu m:%d v:%d c:%d", handle, display, feature, value, value2);
+    PLATFORM_LOG_DEBUG("u:%" PRIu64 " d:%" PRIu64 " m:%" PRId32 " v:%" PRId32 " c:%" PRId32, handle, display, feature,
+                       value, value2);
     switch (feature) {
         case 0:
             setSmartEnvironmentMode(handle, display, value);
@@ -27,11 +31,11 @@ Return<int32_t> DisplayControlImpl::setFeature(uint64_t handle, uint64_t display
             setStandardMode(handle, display, value);
             return kOk;
         case 3:
-            return static_cast<int32_t>(setEyeCareCT(handle, display, value).withDefault(Result::FAILED));
+            return static_cast<int32_t>(setLevel(display, &ColorManager::setEyeCareCT, value));
         case 7:
             return setCabcMode(handle, display, value);
         case 23:
-            return static_cast<int32_t>(setUnlimitedCT(handle, display, value).withDefault(Result::FAILED));
+            return static_cast<int32_t>(setLevel(display, &ColorManager::setUnlimitedCT, value));
         default:
             return kFailed;
     }
@@ -40,10 +44,10 @@ Return<int32_t> DisplayControlImpl::setFeature(uint64_t handle, uint64_t display
 Return<void> DisplayControlImpl::setMiscFeature(uint64_t handle, uint64_t display, int32_t feature,
                                                 const hidl_vec<double>& values, const FeatureValues& callback) {
     constexpr size_t kValues = 2;
-    const int32_t result = values.size() == kValues ? setFeature(handle, display, feature, platform::toInt32(values[0]),
-                                                                 platform::toInt32(values[1]))
-                                                          .withDefault(kFailed)
-                                                    : kFailed;
+    int32_t result = kFailed;
+    if (values.size() == kValues) {
+        result = setFeature(handle, display, feature, platform::toInt32(values[0]), platform::toInt32(values[1]));
+    }
     callback(static_cast<Result>(result), {});
     return Void();
 }

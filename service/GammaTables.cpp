@@ -1,7 +1,9 @@
-// Gamma and de-gamma tables, passed through: the service keeps nothing of them.
+// SPDX-License-Identifier: Apache-2.0
+// Gamma and de-gamma tables, forwarded: the service stores nothing of them.
 #include <platform/Answer.h>
 #include <platform/Log.h>
-#include <platform/OutOfMemory.h>
+
+#include <cinttypes>
 
 #include "calibration/ConfigXmlParser.h"
 #include "color/PowerTable.h"
@@ -10,53 +12,45 @@
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-namespace {
-
-composer_types::GammaLut toComposer(const float* entries) {
-    composer_types::GammaLut table;
-    table.entries = entries;
-    return table;
-}
-
-}  // namespace
-
-struct DisplayControlImpl::ComposerTable {
+struct DisplayControlImpl::TableAnswer {
     Result result = Result::OK;
     GammaLut table{};
 };
 
 Return<Result> DisplayControlImpl::setGlobalGammaLut(uint64_t handle, uint64_t display, const GammaLut& table) {
     const auto& e = table.entries;
-    LOG_DEBUG("%lu", handle);
-    LOG_DEBUG("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", e[96], e[320], e[1024], e[2048], e[3840]);
+    PLATFORM_LOG_DEBUG("%" PRIu64, handle);
+    PLATFORM_LOG_DEBUG("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", e[96], e[320], e[1024], e[2048],
+                       e[3840]);
     return sendGammaTable(display, table.entries.data());
 }
 
 Return<Result> DisplayControlImpl::setGlobalDeGammaLut(uint64_t handle, uint64_t display, const GammaLut& table) {
     const auto& e = table.entries;
-    LOG_DEBUG("%lu", handle);
-    LOG_DEBUG("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", e[96], e[320], e[1024], e[2048], e[3840]);
+    PLATFORM_LOG_DEBUG("%" PRIu64, handle);
+    PLATFORM_LOG_DEBUG("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", e[96], e[320], e[1024], e[2048],
+                       e[3840]);
     if (composerExt == nullptr) return Result::FAILED;
     platform::dropAnswer(composerExt->setGlobalDeGammaLut(display, toComposer(table.entries.data())));
     return Result::OK;
 }
 
 Return<void> DisplayControlImpl::getGlobalGammaLut(uint64_t handle, uint64_t display, const Table& callback) {
-    LOG_DEBUG("%lu", handle);
-    const ComposerTable answer = askTable(display, &IComposerExt::getGlobalGammaLut);
+    PLATFORM_LOG_DEBUG("%" PRIu64, handle);
+    const TableAnswer answer = queryTable(display, &IComposerExt::getGlobalGammaLut);
     callback(answer.result, answer.table);
     return Void();
 }
 
 Return<void> DisplayControlImpl::getGlobalDeGammaLut(uint64_t handle, uint64_t display, const Table& callback) {
-    LOG_DEBUG("%lu", handle);
-    const ComposerTable answer = askTable(display, &IComposerExt::getGlobalDeGammaLut);
+    PLATFORM_LOG_DEBUG("%" PRIu64, handle);
+    const TableAnswer answer = queryTable(display, &IComposerExt::getGlobalDeGammaLut);
     callback(answer.result, answer.table);
     return Void();
 }
 
 Return<Result> DisplayControlImpl::setGlobalGamma(uint64_t handle, uint64_t display, float exponent) {
-    LOG_DEBUG("%lu", handle);
+    PLATFORM_LOG_DEBUG("%" PRIu64, handle);
     PLATFORM_LOG_BARE(ANDROID_LOG_INFO, "%f", exponent);
     return sendPowerTable(display, exponent);
 }
@@ -82,20 +76,17 @@ Result DisplayControlImpl::sendGammaTable(uint64_t display, const float* entries
     return Result::OK;
 }
 
-// The composer's Result and table: zeros when it did not call back, FAILED and zeros when it was not reached.
-DisplayControlImpl::ComposerTable DisplayControlImpl::askTable(uint64_t display, TableGetter getter) {
-    const ComposerTable notReached{Result::FAILED, {}};
-    if (composerExt == nullptr) return notReached;
-    return platform::unlessOutOfMemory(notReached, [&] {
-        const auto answer = std::make_shared<platform::Answer<ComposerTable>>();
-        const auto status = (composerExt.get()->*getter)(
-            display, [answer](composer_types::Result result, const composer_types::GammaLut& table) {
-                ComposerTable delivered{fromComposer(result), {}};
-                delivered.table.entries = table.entries.data();
-                answer->deliver(delivered);
-            });
-        return status.isOk() ? answer->take() : notReached;
-    });
+// OK and zeros if the composer does not call back; FAILED and zeros without a composer and if the transport fails.
+DisplayControlImpl::TableAnswer DisplayControlImpl::queryTable(uint64_t display, TableGetter getter) {
+    const TableAnswer failed{Result::FAILED, {}};
+    if (composerExt == nullptr) return failed;
+    TableAnswer answer;
+    const auto status = (composerExt.get()->*getter)(
+        display, [&answer](composer_types::Result result, const composer_types::GammaLut& table) {
+            answer.result = fromComposer(result);
+            answer.table.entries = table.entries.data();
+        });
+    return status.isOk() ? answer : failed;
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

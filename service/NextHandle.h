@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The order of user handles.
 #pragma once
 
@@ -5,7 +6,7 @@
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-// The handle after last: 1, 2, ... and after the largest one 1 again; 0 is never handed out.
+// The handle after last: 1, 2, ... and after the largest one 1 again; never 0.
 constexpr uint64_t nextHandle(uint64_t last) {
     return last == UINT64_MAX ? 1 : last + 1;
 }

@@ -1,7 +1,9 @@
-// Handles and what clients may know of the displays.
+// SPDX-License-Identifier: Apache-2.0
+// User handles and display queries.
 #include <platform/Log.h>
 
 #include <atomic>
+#include <cinttypes>
 
 #include "service/DisplayControlImpl.h"
 #include "service/NextHandle.h"
@@ -10,7 +12,7 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace {
 
-std::atomic<uint64_t> userHandleCount{0};  // the last handle handed out, by any service object
+std::atomic<uint64_t> userHandleCount{0};  // the last allocated handle, of all service objects
 
 }  // namespace
 
@@ -21,25 +23,25 @@ Return<void> DisplayControlImpl::allocUserHandle(uint32_t /*value*/,
     do handle = nextHandle(last);
     while (!userHandleCount.compare_exchange_weak(last, handle));
     callback(Result::OK, handle);
-    LOG_INFO("%lu", handle);
+    PLATFORM_LOG_INFO("%" PRIu64, handle);
     return Void();
 }
 
 Return<Result> DisplayControlImpl::freeUserHandle(uint64_t handle) {
-    LOG_INFO("%lu", handle);
+    PLATFORM_LOG_INFO("%" PRIu64, handle);
     return Result::OK;
 }
 
 Return<void> DisplayControlImpl::getNumOfDisplay(uint64_t handle,
                                                  const std::function<void(Result, uint32_t)>& callback) {
-    LOG_INFO("%lu", handle);
+    PLATFORM_LOG_INFO("%" PRIu64, handle);
     callback(Result::OK, static_cast<uint32_t>(numOfDisplay));
     return Void();
 }
 
 Return<void> DisplayControlImpl::getDisplayInfo(uint64_t handle, uint64_t display,
                                                 const std::function<void(Result, const DisplayInfo&)>& callback) {
-    LOG_INFO("%lu", handle);
+    PLATFORM_LOG_INFO("%" PRIu64, handle);
     if (knowsDisplay(display)) {
         callback(Result::OK, displayInfos[display]);
     } else {

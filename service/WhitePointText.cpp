@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "service/WhitePointText.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace {
 
-// Reads "NAME=" and a decimal number, and moves text past them.
+// Parses "NAME=" and a decimal number, and moves text past them.
 std::optional<int32_t> readField(const char*& text, const char* name) {
     const size_t length = strlen(name);
     if (strncmp(text, name, length) != 0) return std::nullopt;

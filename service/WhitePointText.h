@@ -1,4 +1,5 @@
-// The white point as the panel's driver reports it.
+// SPDX-License-Identifier: Apache-2.0
+// The text of the white-point node.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +14,8 @@ struct WhitePointThousandths {
     int32_t y;
 };
 
-// Reads "x=%d,y=%d" by scanf's rules: white space may stand before a number, anything after the second one. A number
-// beyond the int range gives the nearest end. Nothing unless both numbers are there.
+// Parses "x=%d,y=%d" by scanf's rules: white space may precede a number, any text may follow the second one. A number
+// outside the int range gives the nearest bound. Empty unless both numbers are converted.
 std::optional<WhitePointThousandths> parseWhitePoint(const std::string& text);
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

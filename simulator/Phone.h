@@ -11,7 +11,7 @@
 //     phone.files().write(kWhitePointNode, "x=313,y=329\n");
 //     phone.files().remove(kCabcNode);
 //     phone.files().makeFolder(kPanelNameNode);
-//     phone.setThreadsAvailable(false);                             // the next thread cannot be started
+//     phone.clock().refuseThreads(true);                            // threads cannot be started
 //     phone.stopComposer();                                         // its process ends: every call fails
 //     phone.setComposerPresent(false);                              // it runs, and getService does not find it
 //     phone.sensors().light(9000);
@@ -73,17 +73,11 @@ public:
     void setComposerPresent(bool present);
     void setSensorsPresent(bool present);
 
-    // Whether threads can be started from now on.
-    void setThreadsAvailable(bool available);
-
 private:
-    class ThreadlessClock;
-
     explicit Phone(PhoneFiles files);
     void publish();
 
     platform::VirtualClock virtualClock;
-    const std::unique_ptr<ThreadlessClock> threadlessClock;
     PhoneFiles tree;
     const std::shared_ptr<Journal> journal = std::make_shared<Journal>();
     ClosedLibraries closedLibraries{journal};

@@ -7,22 +7,23 @@
 #include <string>
 #include <string_view>
 
+#include "calibration/PanelTable.h"
+#include "service/SysfsNodes.h"
+
 namespace simulator {
+
+using vendor::kov::hardware::display_control::V1_0::implementation::kCabcNode;
+using vendor::kov::hardware::display_control::V1_0::implementation::kDefaultCalibFile;
+using vendor::kov::hardware::display_control::V1_0::implementation::kPanelNameNode;
+using vendor::kov::hardware::display_control::V1_0::implementation::kWhitePointNode;
 
 // The driver's nodes by the names that people use for them.
 struct PhoneNode {
     std::string_view name;
     std::string_view path;  // the phone's
 };
-constexpr std::string_view kPanelNameNode = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_panel_name";
-constexpr std::string_view kCabcNode = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_cabc_mode";
-constexpr std::string_view kWhitePointNode =
-    "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_whitepoint_info";
 constexpr std::array<PhoneNode, 3> kPhoneNodes = {
     {{"panel", kPanelNameNode}, {"cabc", kCabcNode}, {"whitepoint", kWhitePointNode}}};
-// The calibration file of a panel that is not in the panel table.
-constexpr std::string_view kDefaultCalibration = "/vendor/etc/disp_calib_data_default.xml";
-
 // The path of a node of that name; the name is one of kPhoneNodes.
 std::string_view nodePath(std::string_view name);
 

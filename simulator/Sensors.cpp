@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 namespace simulator {
@@ -60,12 +58,9 @@ public:
 
     // Without a thread for it nothing is delivered: the phone's sensor process has troubles of its own.
     void startDelivery() {
-        if (delivery.joinable()) return;
+        if (delivery != nullptr) return;
         setStopping(false);
-        try {
-            delivery = platform::clock().startThread([this] { deliver(); });
-        } catch (const std::system_error&) {
-        }
+        delivery = platform::clock().startThread([this] { deliver(); });
     }
 
 private:
@@ -84,9 +79,10 @@ private:
             auto& enabled = service->queues;
             enabled.erase(std::remove(enabled.begin(), enabled.end(), this), enabled.end());
         }
-        if (!delivery.joinable()) return;
+        if (delivery == nullptr) return;
         setStopping(true);
-        platform::clock().join(delivery);
+        platform::clock().join(*delivery);
+        delivery.reset();
     }
 
     void deliver() {
@@ -115,7 +111,7 @@ private:
     const sp<Sensors> service;
     const sp<sensorservice::IEventQueueCallback> callback;
     platform::Clock::Duration period{0};
-    std::thread delivery;
+    std::unique_ptr<platform::Thread> delivery;
     platform::Mutex mutex;
     platform::Condition changed;
     bool stopping PLATFORM_GUARDED_BY(mutex) = false;

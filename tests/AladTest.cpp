@@ -4,10 +4,9 @@
 #include <atomic>
 #include <cmath>
 #include <map>
+#include <thread>
 
 #include "tests/LightTest.h"
-#include "tests/fakes/AllocationLimit.h"
-#include "tests/fakes/ThreadlessClock.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -37,8 +36,10 @@ struct RacingClock : platform::Clock {
         while (!passing && condition.notifications() == before) condition.wait(lock);
         if (passing) condition.waitUntil(lock, std::chrono::steady_clock::now());
     }
-    std::thread startThread(std::function<void()> body) override { return std::thread(std::move(body)); }
-    void join(std::thread& thread) override { thread.join(); }
+    std::unique_ptr<platform::Thread> startThread(std::function<void()> body) override {
+        return platform::Thread::start(std::move(body));
+    }
+    void join(platform::Thread& thread) override { thread.join(); }
 
     const bool passing;
 };
@@ -126,20 +127,6 @@ TEST_F(AladTest, AMessageCarriesTheModeAndTheWholeCurve) {
     EXPECT_THAT(composerCalls(), ElementsAre(message("", {{5, -5}}))) << "what is not written is zero at each sample";
 }
 
-TEST_F(AladTest, WithoutMemoryAStartIsTriedAgainAndAStepLeftOut) {
-    int curves = 0;
-    fakes::closedLibraries().writeCurve = [&curves](int level, int32_t* curve) {
-        curve[0] = level;
-        const bool hasMemory = ++curves != 1 && curves != 3;
-        fakes::limitAllocations(hasMemory ? SIZE_MAX : 1000);  // on the worker: less than a curve's values
-    };
-    switchOn();
-    goTo(1500, {{0, 9000}});
-    EXPECT_EQ(told(), "") << "no memory for the start";
-    goTo(2500);
-    EXPECT_EQ(told(), "Start(2)@2000 Step(4)@2040") << "none for level 3";
-}
-
 TEST_F(AladTest, SwitchingOffEndsEveryPhase) {
     const struct {
         int at, offAt;  // milliseconds
@@ -181,7 +168,7 @@ TEST_F(AladTest, EachFailureToEnableLeavesNothing) {
     using Faults = std::vector<Fault>;
     const Faults kNone = {Fault::NONE};
     const Faults kDead = {Fault::REFUSES, Fault::UNREACHABLE};
-    const Faults kAny = {Fault::REFUSES, Fault::SILENT, Fault::LATE, Fault::UNREACHABLE, Fault::DIES_AFTER_ANSWER};
+    const Faults kAny = {Fault::REFUSES, Fault::SILENT, Fault::UNREACHABLE, Fault::DIES_AFTER_ANSWER};
     const struct {
         int result;
         const char* call;
@@ -194,21 +181,18 @@ TEST_F(AladTest, EachFailureToEnableLeavesNothing) {
                   {-3, "", kNone, "createEventQueue error", 0},  // OK without a queue
                   {-4, "enableSensor", kDead, "enableSensor error", 1},
                   {-5, "", kNone, "start worker error", 1}};
-    fakes::ThreadlessClock noThreads;
     for (const auto& c : kCases) {
         for (const Fault fault : c.faults) {
             SCOPED_TRACE(c.error + std::to_string(static_cast<int>(fault)));
             sensors->withoutQueue = c.queues == 0;
             sensors->fault(c.call, fault);
             if (c.result == -1) platform::clearServices();
-            if (c.result == -5) platform::setClock(&noThreads);
+            clock.refuseThreads(c.result == -5);
             EXPECT_EQ(switchAlad(1), Result::FAILED);
             EXPECT_FALSE(aladIsOn());
-            sensors->deliverLate();
             happened();
             DisplayAlad alad(composer);
             EXPECT_EQ(alad.enable(), c.result);
-            sensors->deliverLate();
             alad.disable();
             const Lines steps = {kFind, kQueue, kSensorOn};
             Lines expected(steps.begin(), steps.begin() + std::min(-c.result - 1, 3));
@@ -223,7 +207,7 @@ TEST_F(AladTest, EachFailureToEnableLeavesNothing) {
             sensors->withoutQueue = false;
             sensors->fault(c.call, Fault::NONE);
             sensors->registerAsService();
-            platform::setClock(&clock);
+            clock.refuseThreads(false);
             EXPECT_EQ(alad.enable(), 0);
             fakes::FakeSensors::deliver(old, 9000);
             seconds(5);
@@ -234,7 +218,6 @@ TEST_F(AladTest, EachFailureToEnableLeavesNothing) {
 }
 
 TEST_F(AladTest, ASecondEnableOrDisableDoesNothing) {
-    sensors->fault("", Fault::TWICE);
     sensors->atEnable = [this] { light(7000); };
     DisplayAlad alad(composer);
     EXPECT_EQ(alad.enable(), 0);

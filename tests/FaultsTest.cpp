@@ -6,15 +6,12 @@
 #include <map>
 
 #include "tests/LightTest.h"
-#include "tests/fakes/AllocationLimit.h"
-#include "tests/fakes/FileCalls.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace {
 
 using fakes::Fault;
-using fakes::FileCall;
 
 const std::string kZeros = " [0 0 0 0 0 0 0 0 0]";
 
@@ -70,7 +67,7 @@ bool isOneOf(Fault fault, std::initializer_list<Fault> faults) {
     return std::find(faults.begin(), faults.end(), fault) != faults.end();
 }
 bool losesTheCallback(Fault fault) {
-    return isOneOf(fault, {Fault::SILENT, Fault::LATE, Fault::UNREACHABLE, Fault::DIES_AFTER_ANSWER});
+    return isOneOf(fault, {Fault::SILENT, Fault::UNREACHABLE, Fault::DIES_AFTER_ANSWER});
 }
 bool losesTheTransport(Fault fault) {
     return isOneOf(fault, {Fault::UNREACHABLE, Fault::DIES_AFTER_ANSWER});
@@ -125,18 +122,6 @@ std::string expected(const Step& step, const Planned& composer, const Planned& s
             break;
     }
     return so.countUnknown && !step.other.empty() ? step.other : step.well;
-}
-
-// What a step may answer when it or an earlier one finds no memory.
-Lines withoutMemory(const Step& step) {
-    Lines answers;
-    if (!step.other.empty()) answers.push_back(step.other);
-    if (step.kind == Kind::START) answers.emplace_back("-2");
-    if (step.kind == Kind::INFO) answers.emplace_back("0: 0 0 0, ");
-    if (step.kind == Kind::LIGHTED) answers.emplace_back("0");
-    if (step.kind == Kind::VALUES) answers.push_back("-5" + step.other);
-    if (step.kind == Kind::LIGHT || step.name.rfind("setCabc", 0) == 0) answers.emplace_back("-5");
-    return answers;
 }
 
 }  // namespace
@@ -226,8 +211,6 @@ protected:
         const std::pair<size_t, size_t> made(composer->calls(), sensors->calls());
         plan(*composer, {});
         plan(*sensors, {});
-        composer->deliverLate();
-        sensors->deliverLate();
         return made;
     }
 
@@ -260,34 +243,24 @@ private:
     }
     std::string firstMatrix(uint64_t display) {
         std::string answers;
-        service.getColorTransformMatrix(7, display, [&](Result r, const auto& m) {
-            const fakes::Memory own;
-            answers += number(r) + matrix(m);
-        });
+        service.getColorTransformMatrix(7, display, [&](Result r, const auto& m) { answers += number(r) + matrix(m); });
         return answers;
     }
     std::string bothMatrices(uint64_t display) {
         std::string answers;
         service.getColorTransformMatrix2(7, display, [&](Result r, const auto& first, const auto& last) {
-            const fakes::Memory own;
             answers += number(r) + matrix(first) + matrix(last);
         });
         return answers;
     }
     std::string gammaTable() {
         std::string answers;
-        service.getGlobalGammaLut(7, 0, [&](Result r, const auto& t) {
-            const fakes::Memory own;
-            answers += number(r) + samples(t);
-        });
+        service.getGlobalGammaLut(7, 0, [&](Result r, const auto& t) { answers += number(r) + samples(t); });
         return answers;
     }
     std::string deGammaTable() {
         std::string answers;
-        service.getGlobalDeGammaLut(7, 0, [&](Result r, const auto& t) {
-            const fakes::Memory own;
-            answers += number(r) + samples(t);
-        });
+        service.getGlobalDeGammaLut(7, 0, [&](Result r, const auto& t) { answers += number(r) + samples(t); });
         return answers;
     }
     std::string miscFeature() {
@@ -307,11 +280,11 @@ TEST_F(FaultsTest, EveryCallOfTheComposerAndTheSensorsFailsOnce) {
     const auto [composerCalls, sensorCalls] = runWith(kNone, kNone);
     EXPECT_GT(composerCalls, 30U);
     EXPECT_GE(sensorCalls, 8U);
-    const size_t descriptors = fakes::openDescriptors();
-    const std::pair<Fault, bool> kFaults[] = {{Fault::REFUSES, false},    {Fault::SILENT, false},
-                                              {Fault::TWICE, false},      {Fault::LATE, false},
-                                              {Fault::ELSEWHERE, true},   {Fault::UNREACHABLE, false},
-                                              {Fault::UNREACHABLE, true}, {Fault::DIES_AFTER_ANSWER, false}};
+    const std::pair<Fault, bool> kFaults[] = {{Fault::REFUSES, false},
+                                              {Fault::SILENT, false},
+                                              {Fault::UNREACHABLE, false},
+                                              {Fault::UNREACHABLE, true},
+                                              {Fault::DIES_AFTER_ANSWER, false}};
     for (const auto& [fault, lasting] : kFaults) {
         SCOPED_TRACE("fault " + number(static_cast<int>(fault)) + (lasting ? " lasting" : ""));
         for (size_t at = 1; at <= composerCalls; ++at) {
@@ -325,122 +298,6 @@ TEST_F(FaultsTest, EveryCallOfTheComposerAndTheSensorsFailsOnce) {
             expectAllWell();
         }
     }
-    EXPECT_EQ(fakes::openDescriptors(), descriptors);
-}
-
-TEST_F(FaultsTest, EveryFileCallFailsOnce) {
-    const std::string unread = "log E parser: xmlParseFile error!";
-    struct Told {
-        FileCall call;
-        std::string file;
-        bool isShort;  // a read that ends after a byte, not one that fails
-        std::string line;
-        int times;  // that such a fault was met
-    };
-    std::vector<Told> told = {
-        {FileCall::OPEN, fakes::kPanelNameNode, false, "log E parser: open panel name node error", 0},
-        {FileCall::READ, fakes::kPanelNameNode, false, "log E parser: read panel name error", 0},
-        {FileCall::ACCESS, fakes::kDefaultCalibration, false, "log E parser: access error!", 0},
-        {FileCall::STAT, fakes::kDefaultCalibration, false, unread, 0},
-        {FileCall::READ, fakes::kDefaultCalibration, false, unread, 0},
-        {FileCall::OPEN, fakes::kWhitePointNode, false, "log E setSmartEnvironmentMode: open wpc node error", 0},
-        {FileCall::READ, fakes::kWhitePointNode, false, "log E setSmartEnvironmentMode: read wpc node error", 0},
-        {FileCall::READ, fakes::kWhitePointNode, true, "log E setSmartEnvironmentMode: format wpc error", 0},
-        {FileCall::OPEN, fakes::kCabcNode, false, "log E setCabcSysNode: open cabc node error", 0},
-    };
-    const std::vector<Step> steps = session();
-    std::map<FileCall, size_t> counts;
-    Lines calls;  // of the session without a fault, and its error lines
-    const auto isError = [](const std::string& line) { return line.rfind("log E", 0) == 0; };
-    const auto expectSession = [&](fakes::FileFault fault) {
-        renewService();
-        composer->matrices.clear();
-        happened();
-        Lines wrong;
-        const fakes::FileCalls files(fault);
-        for (const Step& step : steps) {
-            if (const std::string answer = step.run(); answer != step.well) wrong.push_back(step.name + ": " + answer);
-        }
-        for (const FileCall call :
-             {FileCall::OPEN, FileCall::READ, FileCall::WRITE, FileCall::ACCESS, FileCall::STAT, FileCall::STAT64})
-            counts[call] = std::max(counts[call], files.count(call));
-
-        const std::string& victim = files.failed();
-        const bool isNode = victim.find("/sys/") != std::string::npos;
-        const bool isRepeated = fault.error == EINTR && isNode;
-        const Lines lines = happened();
-        for (Told& row : told) {
-            if (row.call != fault.call || row.isShort != (fault.error == 0)) continue;
-            if (fault.error == EINTR || victim != phone.at(row.file)) continue;
-            EXPECT_THAT(lines, testing::Contains(row.line));
-            ++row.times;
-        }
-        const bool cabcLost = fault.call == FileCall::OPEN && !isRepeated && victim == phone.at(fakes::kCabcNode);
-        EXPECT_LE(wrong.size(), cabcLost ? 1U : 0U) << testing::PrintToString(wrong);
-        for (const std::string& step : wrong) {
-            EXPECT_THAT(step, testing::AnyOf("setCabcSysNode: -5", "setCabcMode: -5"));
-        }
-
-        Lines made;
-        std::copy_if(lines.begin(), lines.end(), std::back_inserter(made), [&](const std::string& line) {
-            return line.rfind("composer", 0) == 0 || line.rfind("closed", 0) == 0 || isError(line);
-        });
-        if (calls.empty()) calls = made;
-        // A fault that is not told changes nothing: a call that is repeated, or a write that nobody looks at.
-        const auto errors = [&](const Lines& of) { return std::count_if(of.begin(), of.end(), isError); };
-        if (errors(made) == errors(calls)) {
-            EXPECT_EQ(made, calls);
-        }
-        if (isRepeated || fault.call == FileCall::WRITE) {
-            EXPECT_EQ(errors(made), errors(calls));
-        }
-    };
-
-    expectSession({FileCall::OPEN, 0, 0});
-    const size_t descriptors = fakes::openDescriptors();
-    const std::map<FileCall, size_t> all = counts;
-    for (const auto& [call, count] : all) {
-        EXPECT_GE(count, 3U);
-        for (const int error : {EIO, EINTR, EMFILE, 0}) {
-            if (error == 0 && call != FileCall::READ && call != FileCall::WRITE) continue;
-            for (size_t at = 1; at <= count; ++at) {
-                SCOPED_TRACE("file call " + number(static_cast<int>(call)) + " at " + number(at) + ", errno " +
-                             number(error));
-                expectSession({call, at, error});
-                expectAllWell();
-            }
-        }
-    }
-    for (const Told& row : told) EXPECT_GT(row.times, 0) << row.line;
-    EXPECT_EQ(fakes::openDescriptors(), descriptors);
-}
-
-TEST_F(FaultsTest, EveryAllocationFailsOnce) {
-    const std::vector<Step> steps = session();
-    expectAllWell();
-    const size_t descriptors = fakes::openDescriptors();
-    for (const bool lasting : {false, true}) {
-        size_t failed = 0;
-        for (size_t at = 1, made = 1; at <= made + 1; ++at) {  // the last is one more than there are
-            SCOPED_TRACE("allocation " + number(at) + (lasting ? " and all after it" : ""));
-            renewService();
-            Lines wrong;
-            fakes::failAllocation(at, lasting);
-            for (const Step& step : steps) {
-                const std::string answer = step.run();
-                if (answer == step.well) continue;
-                const fakes::Memory own;
-                wrong.push_back(step.name + ": " + answer);
-                EXPECT_THAT(withoutMemory(step), testing::Contains(answer)) << step.name;
-            }
-            made = fakes::allocations();
-            fakes::failAllocation(0);
-            failed += wrong.empty() ? 0 : 1;
-            expectAllWell();
-        }
-        EXPECT_GT(failed, 10U);
-    }
-    EXPECT_EQ(fakes::openDescriptors(), descriptors);
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -6,7 +6,6 @@
 
 #include "service/NextHandle.h"
 #include "tests/ServiceTest.h"
-#include "tests/fakes/AllocationLimit.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -93,14 +92,10 @@ TEST_F(LifecycleTest, EveryOutcomeOfTheStart) {
         {0xFFFFFFFFU, "", Fault::NONE, kUnknown, kNoDisplay},
         {2, "getNumOfDisplay", Fault::REFUSES, kUnknown, kNoDisplay},
         {2, "getNumOfDisplay", Fault::SILENT, kUnknown, kNoDisplay},
-        {2, "getNumOfDisplay", Fault::TWICE, 2, kInfo},
-        {2, "getNumOfDisplay", Fault::LATE, kUnknown, kNoDisplay},
         {2, "getNumOfDisplay", Fault::UNREACHABLE, kUnknown, kNoDisplay},
         {2, "getNumOfDisplay", Fault::DIES_AFTER_ANSWER, kUnknown, kNoDisplay},
         {2, "getDisplayInfo(1", Fault::REFUSES, 2, kInfo},
         {2, "getDisplayInfo(1", Fault::SILENT, 2, kNoInfo},
-        {2, "getDisplayInfo", Fault::TWICE, 2, kInfo},
-        {2, "getDisplayInfo", Fault::LATE, 2, kNoInfo},
         {2, "getDisplayInfo", Fault::UNREACHABLE, 2, kNoInfo},
         {2, "getDisplayInfo", Fault::DIES_AFTER_ANSWER, 2, kNoInfo},
         {2, "setGlobalGammaLut", Fault::REFUSES, 2, kInfo},
@@ -115,10 +110,7 @@ TEST_F(LifecycleTest, EveryOutcomeOfTheStart) {
         odd->count = c.count;
         odd->fault(c.call, c.fault);
         renewService();
-        fakes::limitAllocations(1000000);
         EXPECT_EQ(service.init(), c.known == kUnknown ? -2 : 0);
-        fakes::limitAllocations(SIZE_MAX);
-        odd->deliverLate();
         const Lines lines = logLines();
         EXPECT_EQ(std::count(lines.begin(), lines.end(), "log E init: getNumOfDisplay error!"), c.known == kUnknown);
         EXPECT_EQ(std::count(lines.begin(), lines.end(), "log E operator(): getDisplayInfo 1 error!"),
@@ -127,30 +119,6 @@ TEST_F(LifecycleTest, EveryOutcomeOfTheStart) {
         EXPECT_EQ(displayInfo(1), c.secondDisplay);
         EXPECT_EQ(service.displayColors().size(), c.known == kUnknown ? 0U : static_cast<size_t>(c.known));
     }
-}
-
-TEST_F(LifecycleTest, WithoutMemoryForItThereIsNoCalibration) {
-    calibrate(block("CTM_WPC", {0.5, 0, 0, 0, 1, 0, 0, 0, 1}) + block("Gamma_Calib", std::vector<double>(4096, 0.5)));
-    const std::string noMemory = "log E readCalibration: no memory for the calibration";
-    fakes::limitAllocations(20000);  // less than its two tables
-    EXPECT_EQ(service.init(), 0);
-    fakes::limitAllocations(SIZE_MAX);
-    EXPECT_THAT(happened(),
-                ElementsAre("composer getNumOfDisplay()", "composer getDisplayInfo(0)", "composer getDisplayInfo(1)",
-                            noMemory, "log E init: eye care init error", "closed setParams(FFFFEA, EDFDFF)",
-                            "log E init: Unlimited init error", "log I init: OK"));
-    fakes::limitAllocations(50000);  // enough for the tables, less than the file
-    EXPECT_EQ(service.init(), 0);
-    fakes::limitAllocations(SIZE_MAX);
-    EXPECT_THAT(happened(), testing::IsSupersetOf({std::string("log E parser: xmlParseFile error!"),
-                                                   std::string("closed setParams(FFFFEA, EDFDFF)")}));
-    fakes::limitAllocations(20000);
-    EXPECT_EQ(service.exclusiveModeExit(7, 0), Result::OK);
-    fakes::limitAllocations(SIZE_MAX);
-    EXPECT_THAT(happened(), ElementsAre("log I exclusiveModeExit: 7 0", "composer setExclusiveMode(0, 0)", noMemory,
-                                        "composer setColorTransformMatrix(0, I, I)"));
-    EXPECT_EQ(service.exclusiveModeExit(7, 0), Result::OK);
-    EXPECT_THAT(happened(), testing::Contains("composer setGlobalGammaLut(0)")) << "there is memory again";
 }
 
 TEST_F(LifecycleTest, WithoutAComposerNothingIsTouched) {

@@ -98,7 +98,6 @@ protected:
     std::string displayInfo(uint64_t display) {
         std::string answers;
         service.getDisplayInfo(7, display, [&answers](Result result, const DisplayInfo& info) {
-            const fakes::Memory own;
             answers += std::to_string(static_cast<int32_t>(result)) + ":";
             for (size_t i = 0; i < 3; ++i) answers += " " + std::to_string(info.values[i]);
             answers += std::string(", ") + info.name.c_str();
@@ -112,7 +111,6 @@ protected:
 private:
     static DisplayControlImpl::Level appendTo(std::string& answers) {
         return [&answers](Result result, int32_t level) {
-            const fakes::Memory own;
             answers += (answers.empty() ? "" : "; ") + std::to_string(static_cast<int32_t>(result)) + " " +
                        std::to_string(level);
         };

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The closed tone-curve library of the ambient-light adaptive display (libalad_algo_publish.so).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The closed display post-processing library (libdisplayppalgorithm.so).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The closed library of the unlimited colour temperature (vo_display.so).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The closed library of the eye-care colour temperature (libvoeyecare.so).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Time on the phone: always the monotonic clock.
 #include <platform/Clock.h>
 

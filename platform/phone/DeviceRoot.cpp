@@ -1,4 +1,5 @@
-// Device files on the phone: the paths as they are, and nobody who watches.
+// SPDX-License-Identifier: Apache-2.0
+// Device files on the phone: the paths as written, and no observer.
 #include <platform/DeviceFiles.h>
 
 #include "platform/src/DeviceNodes.h"

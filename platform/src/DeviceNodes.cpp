@@ -1,25 +1,22 @@
-// The one door to the driver's nodes; compiled for the desk and for the phone alike.
+// SPDX-License-Identifier: Apache-2.0
+// Reads and writes sysfs nodes. Compiled on the host and on the phone.
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstring>
 
 #include <platform/DeviceFiles.h>
-#include <platform/OutOfMemory.h>
 #include "platform/src/DeviceNodes.h"
 
 namespace platform {
 
 namespace {
 
-constexpr size_t kLongestRead = 128;  // bytes
-
 class Descriptor {
 public:
-    Descriptor(std::string_view absolutePath, int flags) : descriptor(openRetrying(devicePath(absolutePath), flags)) {}
+    Descriptor(std::string_view absolutePath, int flags) : descriptor(open(devicePath(absolutePath).c_str(), flags)) {}
     ~Descriptor() {
         if (isOpen()) close(descriptor);
     }
@@ -27,53 +24,29 @@ public:
     Descriptor& operator=(const Descriptor&) = delete;
 
     bool isOpen() const { return descriptor >= 0; }
-
-    // Bytes read, 0 at the end of the file, negative on an error.
-    ssize_t readOnce(char* buffer, size_t size) const {
-        ssize_t count = 0;
-        do count = read(descriptor, buffer, size);
-        while (count < 0 && errno == EINTR);
-        return count;
-    }
-
-    void writeOnce(std::string_view bytes) const {
-        ssize_t count = 0;
-        do count = write(descriptor, bytes.data(), bytes.size());
-        while (count < 0 && errno == EINTR);
-    }
+    int get() const { return descriptor; }
 
 private:
-    static int openRetrying(const std::string& path, int flags) {
-        int result = -1;
-        do result = open(path.c_str(), flags);
-        while (result < 0 && errno == EINTR);
-        return result;
-    }
-
     const int descriptor;
 };
 
 }  // namespace
 
 NodeText readNode(std::string_view absolutePath, size_t limit) {
-    return unlessOutOfMemory(NodeText{NodeStatus::OPEN_FAILED, {}}, [&]() -> NodeText {
-        const Descriptor node(absolutePath, O_RDONLY);
-        if (!node.isOpen()) return {NodeStatus::OPEN_FAILED, {}};
-        std::array<char, kLongestRead> buffer{};
-        const ssize_t count = node.readOnce(buffer.data(), std::min(limit, buffer.size()));
-        if (count < 1) return {NodeStatus::READ_FAILED, {}};
-        return {NodeStatus::OK, std::string(buffer.data(), strnlen(buffer.data(), static_cast<size_t>(count)))};
-    });
+    const Descriptor node(absolutePath, O_RDONLY);
+    if (!node.isOpen()) return {NodeStatus::OPEN_FAILED, {}};
+    std::array<char, 128> buffer{};
+    const ssize_t count = read(node.get(), buffer.data(), std::min(limit, buffer.size()));
+    if (count < 1) return {NodeStatus::READ_FAILED, {}};
+    return {NodeStatus::OK, std::string(buffer.data(), strnlen(buffer.data(), static_cast<size_t>(count)))};
 }
 
 NodeStatus writeNode(std::string_view absolutePath, std::string_view bytes) {
-    return unlessOutOfMemory(NodeStatus::OPEN_FAILED, [&] {
-        const Descriptor node(absolutePath, O_WRONLY);
-        if (!node.isOpen()) return NodeStatus::OPEN_FAILED;
-        node.writeOnce(bytes);
-        reportNodeWrite(absolutePath, bytes);
-        return NodeStatus::OK;
-    });
+    const Descriptor node(absolutePath, O_WRONLY);
+    if (!node.isOpen()) return NodeStatus::OPEN_FAILED;
+    [[maybe_unused]] const ssize_t written = write(node.get(), bytes.data(), bytes.size());
+    reportNodeWrite(absolutePath, bytes);
+    return NodeStatus::OK;
 }
 
 }  // namespace platform

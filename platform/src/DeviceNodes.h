@@ -1,11 +1,12 @@
-// What node access asks of the place it runs in.
+// SPDX-License-Identifier: Apache-2.0
+// The part of node access that differs between host and phone.
 #pragma once
 
 #include <string_view>
 
 namespace platform {
 
-// A node was written: tells the observer at a desk, nobody on the phone.
+// Reports a node write to the observer on the host; does nothing on the phone.
 void reportNodeWrite(std::string_view absolutePath, std::string_view bytes);
 
 }  // namespace platform

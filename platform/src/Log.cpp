@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <platform/Log.h>
 
 #include <pthread.h>
@@ -19,7 +20,7 @@ std::atomic<int32_t> minimumLogPriority{ANDROID_LOG_DEFAULT};
 
 namespace {
 
-constexpr size_t kMaxMessage = 1024;  // bytes, the final zero included; longer ones are cut, as on the phone
+constexpr size_t kMaxMessage = 1024;  // bytes with the final zero; longer messages are cut, as on the phone
 
 std::atomic<__android_logger_function> currentLogger{__android_log_stderr_logger};
 
@@ -29,14 +30,14 @@ std::string_view letterOf(int32_t priority) {
     return kLetters.substr(isKnown ? static_cast<size_t>(priority) : 0, 1);
 }
 
-// Asks the system once, and again in a process that was forked off.
+// Cached; read again in a forked process.
 pid_t processId() {
     static std::atomic<pid_t> id{getpid()};
     [[maybe_unused]] static const int kWatched = pthread_atfork(nullptr, nullptr, [] { id = getpid(); });
     return id;
 }
 
-// A printed line being put together. What does not fit is cut.
+// Builds a printed line; the part that does not fit is cut.
 struct Line {
     void add(std::string_view part) {
         const size_t bytes = std::min(part.size(), kLongest - length);
@@ -91,7 +92,8 @@ void __android_log_stderr_logger(const struct __android_log_message* log_message
     line.add("): ");
     line.add(log_message->message);
     line.end();
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.text, line.length);  // nowhere to complain
+    [[maybe_unused]] const ssize_t written =
+        write(STDERR_FILENO, line.text, line.length);  // no place to report a failure
 }
 
 int32_t __android_log_set_minimum_priority(int32_t priority) {

@@ -1,6 +1,8 @@
-// The monotonic clock; compiled for the desk and for the phone alike.
+// SPDX-License-Identifier: Apache-2.0
+// The monotonic clock. Compiled on the host and on the phone.
 #include <platform/Clock.h>
 
+#include <thread>
 #include <utility>
 
 namespace platform {
@@ -14,22 +16,19 @@ public:
     void sleepFor(Duration duration) override { std::this_thread::sleep_for(duration); }
 
     void waitUntil(Condition& condition, Lock& lock, Duration deadline) override {
-        const uint64_t before = condition.notifications();
-        while (condition.notifications() == before && now() < deadline) {
-            condition.waitUntil(lock, std::chrono::steady_clock::time_point(deadline));
-        }
+        condition.waitUntil(lock, std::chrono::steady_clock::time_point(deadline));
     }
 
-    std::thread startThread(std::function<void()> body) override { return std::thread(std::move(body)); }
+    std::unique_ptr<Thread> startThread(std::function<void()> body) override { return Thread::start(std::move(body)); }
 
-    void join(std::thread& thread) override { thread.join(); }
+    void join(Thread& thread) override { thread.join(); }
 };
 
 }  // namespace
 
 Clock& realClock() {
-    static RealClock instance;
-    return instance;
+    static RealClock* const kInstance = new RealClock;
+    return *kInstance;
 }
 
 }  // namespace platform

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <utils/RefBase.h>
 
 #include <android/hidl/base/1.0/IBase.h>

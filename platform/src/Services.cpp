@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <platform/Mutex.h>
 #include <platform/Services.h>
 
@@ -16,7 +17,7 @@ using Services = std::map<std::string, Instances, std::less<>>;  // by interface
 
 class Registry {
 public:
-    // The service that was there; destroyed by the caller, without the lock, for it may use the registry when it ends.
+    // Returns the replaced service. The caller destroys it without the lock: its destructor may use the registry.
     android::sp<IBase> add(const std::string& interfaceName, const std::string& instance,
                            const android::sp<IBase>& service) PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
@@ -31,7 +32,7 @@ public:
         return found == instances->second.end() ? nullptr : found->second;
     }
 
-    // What it held, likewise.
+    // Returns the removed services, for the same reason.
     Services clear() PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
         return std::exchange(services, {});

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <hidl/Status.h>
 
 #include <android/log.h>
@@ -11,7 +12,7 @@ namespace {
 
 [[noreturn]] void endProcess(const char* reason, const std::string& description) {
     __android_log_print(ANDROID_LOG_FATAL, "HidlStatus", "%s: %s", reason, description.c_str());
-    fprintf(stderr, "%s: %s\n", reason, description.c_str());  // whatever the log suppresses
+    fprintf(stderr, "%s: %s\n", reason, description.c_str());  // also when the log suppresses the line
     abort();
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <platform/VirtualClock.h>
 
 #include <algorithm>
@@ -7,7 +8,7 @@ namespace platform {
 
 namespace {
 
-thread_local const VirtualClock* startedBy = nullptr;  // the clock that started this thread, if one did
+thread_local const VirtualClock* startedBy = nullptr;  // the clock that started this thread
 
 }  // namespace
 
@@ -27,8 +28,8 @@ void VirtualClock::sleepFor(Duration duration) {
     waitUntil(own, lock, now() + duration);
 }
 
-// A waiter holds its condition's mutex from before it is listed until the wait releases it, and step() takes that mutex
-// before it notifies: so no wake-up comes too early.
+// A waiter holds its condition's mutex until the wait releases it, and step() locks that mutex before it notifies: so
+// no wake-up is lost.
 void VirtualClock::waitUntil(Condition& condition, Lock& lock, Duration deadline) {
     const uint64_t before = condition.notifications();
     Waiter waiter{deadline, condition, lock.mutex(), before, false};
@@ -41,7 +42,7 @@ void VirtualClock::waitUntil(Condition& condition, Lock& lock, Duration deadline
     }
     while (condition.notifications() == before) condition.wait(lock);
     const Lock own(mutex);
-    if (waiter.due) return;  // step() has taken it off the list and counted it as running
+    if (waiter.due) return;  // step() has removed it from the list and counted it as running
     waiters.remove(&waiter);
     ++running;
 }
@@ -52,26 +53,23 @@ void VirtualClock::changeRunning(int change) {
     idle.notifyAll();
 }
 
-std::thread VirtualClock::startThread(std::function<void()> body) {
+std::unique_ptr<Thread> VirtualClock::startThread(std::function<void()> body) {
+    if (threadsRefused) return nullptr;
     changeRunning(+1);
-    try {
-        std::thread thread([this, body = std::move(body)] {
-            startedBy = this;
-            {
-                const Lock lock(mutex);
-                alive.insert(std::this_thread::get_id());
-            }
-            body();
+    auto thread = Thread::start([this, body = std::move(body)] {
+        startedBy = this;
+        {
             const Lock lock(mutex);
-            alive.erase(std::this_thread::get_id());
-            --running;
-            idle.notifyAll();
-        });
-        return thread;
-    } catch (...) {
-        changeRunning(-1);
-        throw;
-    }
+            alive.insert(pthread_self());
+        }
+        body();
+        const Lock lock(mutex);
+        alive.erase(pthread_self());
+        --running;
+        idle.notifyAll();
+    });
+    if (thread == nullptr) changeRunning(-1);
+    return thread;
 }
 
 std::list<VirtualClock::Waiter*>::iterator VirtualClock::earliest() {
@@ -109,20 +107,20 @@ void VirtualClock::settle() {
     while (!isIdle()) idle.wait(lock);
 }
 
-// Who has been notified is as good as running.
+// A waiter that was notified counts as running.
 bool VirtualClock::isIdle() {
     return running == 0 && std::none_of(waiters.begin(), waiters.end(), [](const Waiter* waiter) {
                return waiter->condition.notifications() != waiter->before;
            });
 }
 
-void VirtualClock::join(std::thread& thread) {
+void VirtualClock::join(Thread& thread) {
     do settle();
-    while (isAlive(thread.get_id()) && step(Duration::max()));
+    while (isAlive(thread.id()) && step(Duration::max()));
     thread.join();
 }
 
-bool VirtualClock::isAlive(std::thread::id id) {
+bool VirtualClock::isAlive(pthread_t id) {
     const Lock lock(mutex);
     return alive.count(id) != 0;
 }

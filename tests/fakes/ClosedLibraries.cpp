@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "tests/fakes/AllocationLimit.h"
 #include "tests/fakes/Journal.h"
 
 namespace fakes {
@@ -20,7 +19,6 @@ ClosedLibraries& closedLibraries() {
 namespace {
 
 int answerLevel(const char* call, int level, float* buffer, size_t size, const std::vector<float>& values) {
-    const Memory own;
     journal::add(std::string("closed ") + call + "(" + std::to_string(level) + ", " + text(buffer, size) + ")");
     std::copy(values.begin(), values.end(), buffer);
     return closedLibraries().error;
@@ -31,11 +29,9 @@ int answerLevel(const char* call, int level, float* buffer, size_t size, const s
 }  // namespace fakes
 
 using fakes::closedLibraries;
-using fakes::Memory;
 namespace journal = fakes::journal;
 
 int setParams(int warm, int cold) {
-    const Memory own;
     char line[64];
     snprintf(line, sizeof line, "closed setParams(%X, %X)", static_cast<unsigned>(warm), static_cast<unsigned>(cold));
     journal::add(line);
@@ -47,7 +43,6 @@ int getUnlimitedCTParams(int level, float* gains) {
 }
 
 int setEyeCareParamsOled(EyeCareParams& params) {
-    const Memory own;
     closedLibraries().eyeCareCoeffs = params.coeffs;
     journal::add("closed setEyeCareParamsOled(" + std::to_string(params.maxCCT) + ", " + std::to_string(params.minCCT) +
                  ")");
@@ -70,17 +65,14 @@ int getAGTMCurveParams(int level, int32_t* curve) {
 namespace android {
 
 DisplayPostProcessingAlgorithm::DisplayPostProcessingAlgorithm() {
-    const Memory own;
     journal::add("closed algorithm made");
 }
 
 DisplayPostProcessingAlgorithm::~DisplayPostProcessingAlgorithm() {
-    const Memory own;
     journal::add("closed algorithm gone");
 }
 
 int DisplayPostProcessingAlgorithm::WhitePointCalibrate(WhitePointCalibrateParam* param) {
-    const Memory own;
     closedLibraries().whitePoint = *param;
     journal::add("closed WhitePointCalibrate");
     if (const auto& gains = closedLibraries().whiteGains; gains.size() == 3) {

@@ -31,52 +31,43 @@ public:
     std::map<uint64_t, Table> deGamma;
 
     Return<void> getNumOfDisplay(std::function<void(Result, uint32_t)> callback) override {
-        const Memory own;
         return answer("getNumOfDisplay()", [=](Result result) { callback(result, count); });
     }
     Return<void> getDisplayInfo(uint64_t display,
                                 std::function<void(Result, const composer::DisplayInfo&)> callback) override {
-        const Memory own;
         const auto base = static_cast<uint32_t>(10 * display);
         const composer::DisplayInfo info{{{base + 1, base + 2, base + 3}}, "display " + std::to_string(display)};
         return answer(form("getDisplayInfo", display), [=](Result result) { callback(result, info); });
     }
     Return<Result> setColorTransformMatrix(uint64_t display, const Matrix& first, const Matrix& last) override {
-        const Memory own;
         matrices[display] = {first, last};
         const std::string both = ", " + text(first.elements.data(), 9) + ", " + text(last.elements.data(), 9);
         return answer(form("setColorTransformMatrix", display, both));
     }
     Return<void> getColorTransformMatrix(uint64_t display,
                                          std::function<void(Result, const Matrix&, const Matrix&)> callback) override {
-        const Memory own;
         return answer(form("getColorTransformMatrix", display), [callback, both = matrices[display]](Result result) {
             callback(result, both.first, both.second);
         });
     }
     Return<Result> setGlobalGammaLut(uint64_t display, const Table& table) override {
-        const Memory own;
         gamma[display] = table;
         return answer(form("setGlobalGammaLut", display));
     }
     Return<void> getGlobalGammaLut(uint64_t display, std::function<void(Result, const Table&)> callback) override {
-        const Memory own;
         return answer(form("getGlobalGammaLut", display),
                       [callback, table = gamma[display]](Result result) { callback(result, table); });
     }
     Return<Result> setGlobalDeGammaLut(uint64_t display, const Table& table) override {
-        const Memory own;
         deGamma[display] = table;
         return answer(form("setGlobalDeGammaLut", display));
     }
     Return<void> getGlobalDeGammaLut(uint64_t display, std::function<void(Result, const Table&)> callback) override {
-        const Memory own;
         return answer(form("getGlobalDeGammaLut", display),
                       [callback, table = deGamma[display]](Result result) { callback(result, table); });
     }
     Return<Result> setAladParams(uint64_t display, uint32_t enable,
                                  const hidl_vec<composer::AladParamPair>& params) override {
-        const Memory own;
         std::string rest = ", " + std::to_string(enable);
         for (const auto& pair : params) {
             rest += ", " + std::to_string(pair.key) + ":";
@@ -85,7 +76,6 @@ public:
         return answer(form("setAladParams", display, rest));
     }
     Return<Result> setExclusiveMode(uint64_t display, uint32_t enable) override {
-        const Memory own;
         return answer(form("setExclusiveMode", display, ", " + std::to_string(enable)));
     }
 

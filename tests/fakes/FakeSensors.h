@@ -46,14 +46,12 @@ public:
 
     Return<void> getDefaultSensor(sensors::SensorType type,
                                   std::function<void(const sensors::SensorInfo&, Result)> callback) override {
-        const Memory own;
         return answer("getDefaultSensor(" + std::to_string(static_cast<int32_t>(type)) + ")",
                       [callback](Result result) { callback({3}, result); });
     }
     Return<void> createEventQueue(
         const Callback& eventCallback,
         std::function<void(const ::android::sp<sensorservice::IEventQueue>&, Result)> callback) override {
-        const Memory own;
         keep(eventCallback);
         const ::android::sp<sensorservice::IEventQueue> queue(withoutQueue ? nullptr : new Queue(this));
         return answer("createEventQueue()", [callback, queue](Result result) { callback(queue, result); });
@@ -62,19 +60,14 @@ public:
 private:
     struct Queue : sensorservice::IEventQueue {
         explicit Queue(FakeSensors* service) : sensors(service) {}
-        ~Queue() override {
-            const Memory own;
-            journal::add("sensors queue gone");
-        }
+        ~Queue() override { journal::add("sensors queue gone"); }
 
         Return<Result> enableSensor(int32_t handle, int32_t periodUs, int64_t latencyUs) override {
-            const Memory own;
             sensors->atEnable();
             return sensors->answer("enableSensor(" + std::to_string(handle) + ", " + std::to_string(periodUs) + ", " +
                                    std::to_string(latencyUs) + ")");
         }
         Return<Result> disableSensor(int32_t handle) override {
-            const Memory own;
             return sensors->answer("disableSensor(" + std::to_string(handle) + ")");
         }
 

@@ -8,11 +8,8 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <thread>
 #include <utility>
-#include <vector>
 
-#include "tests/fakes/AllocationLimit.h"
 #include "tests/fakes/Journal.h"
 
 namespace fakes {
@@ -22,9 +19,6 @@ enum class Fault {
     NONE,
     REFUSES,            // answers kRefusal, with its values all the same
     SILENT,             // returns without calling back
-    TWICE,              // calls back twice
-    LATE,               // calls back only when deliverLate is called
-    ELSEWHERE,          // calls back on another thread
     UNREACHABLE,        // the transport fails before the call
     DIES_AFTER_ANSWER,  // calls back, then the transport fails
 };
@@ -44,10 +38,6 @@ public:
     void faultFrom(size_t call, Fault what) { schedule(call, SIZE_MAX, what); }
     size_t calls() const { return made; }  // since faultAt or faultFrom
 
-    void deliverLate() {
-        for (const auto& deliver : std::exchange(late, {})) deliver();
-    }
-
     ::android::hardware::Return<Result> answer(const std::string& call) {
         const Fault fault = begin(call);
         if (fault == Fault::UNREACHABLE || fault == Fault::DIES_AFTER_ANSWER) return deadObject();
@@ -56,16 +46,9 @@ public:
     ::android::hardware::Return<void> answer(const std::string& call, const std::function<void(Result)>& callback) {
         const Fault fault = begin(call);
         const Result result = resultOf(fault);
-        if (fault == Fault::LATE) late.push_back([=] { callback(result); });
         if (fault == Fault::UNREACHABLE) return deadObject();
-        if (fault == Fault::LATE || fault == Fault::SILENT) return {};
-        if (fault == Fault::ELSEWHERE) {
-            std::thread([&] { callback(result); }).join();
-            return {};
-        }
-        const Memory callers(Memory::Whose::CALLERS);
+        if (fault == Fault::SILENT) return {};
         callback(result);
-        if (fault == Fault::TWICE) callback(result);
         if (fault == Fault::DIES_AFTER_ANSWER) return deadObject();
         return {};
     }
@@ -99,7 +82,6 @@ private:
     size_t firstFaulty = 0;
     size_t lastFaulty = 0;
     Fault scheduled = Fault::NONE;
-    std::vector<std::function<void()>> late;
 };
 
 }  // namespace fakes

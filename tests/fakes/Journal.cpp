@@ -9,8 +9,6 @@
 #include <iterator>
 #include <mutex>
 
-#include "tests/fakes/AllocationLimit.h"
-
 namespace fakes {
 
 namespace {
@@ -24,7 +22,6 @@ bool beginsWith(const std::string& line, const std::string& beginning) {
 }
 
 void addLogLine(const __android_log_message* message) {
-    const Memory own;
     std::string text = message->message;
     const size_t number = text.find(':');
     const size_t end = number == std::string::npos ? number : text.find_first_not_of("0123456789", number + 1);
@@ -37,7 +34,6 @@ void addLogLine(const __android_log_message* message) {
 }  // namespace
 
 void journal::add(const std::string& line) {
-    const Memory own;
     const std::string aside = sayAside && !beginsWith(line, "log ") ? sayAside() : "";
     const std::lock_guard guard(mutex);
     lines.push_back(line + aside);

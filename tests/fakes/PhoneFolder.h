@@ -9,7 +9,6 @@
 #include <iterator>
 #include <string>
 
-#include "tests/fakes/AllocationLimit.h"
 #include "tests/fakes/Journal.h"
 #include "tests/fakes/TemporaryFolder.h"
 
@@ -27,7 +26,6 @@ public:
     PhoneFolder() {
         platform::setDeviceRoot(folder.path().string());
         platform::setNodeWriteObserver([](std::string_view path, std::string_view bytes) {
-            const Memory own;
             std::string line = "node " + std::filesystem::path(path).filename().string();
             for (const char byte : bytes) {
                 char hex[4];

@@ -86,12 +86,6 @@ Edit whole(const std::string& text) {
     return [=](std::string& xml) { xml = text; };
 }
 
-// Comments up to that size.
-void fillUp(std::string& xml, size_t size) {
-    while (xml.size() + 14 <= size) xml += "<!---->";
-    xml += "<!--" + std::string(size - xml.size() - 7, ' ') + "-->";
-}
-
 const std::string kFirst = "<v>1.000000</v>";  // of the white-point matrix
 
 struct RuleCase {
@@ -102,21 +96,24 @@ struct RuleCase {
 };
 
 const RuleCase kRuleCases[] = {
-    {"unreadable", [](std::string& xml) { xml.replace(0, 39, "\n"); }, whole("\x1F\x8B..."),
-     R"(begins with "\x1F\x8B" and is not read; expected XML text that begins with <, not compressed)"},
-    {"unreadable", [](std::string& xml) { fillUp(xml, bounds::kLongestFile); },
-     [](std::string& xml) { fillUp(xml, bounds::kLongestFile + 1); },
-     "is too large and is not read; expected at most 1048576 bytes"},
-    {"unreadable", [](std::string& xml) { xml.append(bounds::kLongestStretch - xml.size() + xml.rfind('<'), '\n'); },
-     [](std::string& xml) { xml.append(bounds::kLongestStretch, '\n'); },
-     R"(goes on for more than 16384 characters without a tag and is not read; expected a "<" in every 16384 characters)"},
-    {"unreadable",
-     [](std::string& xml) { xml.replace(0, xml.find("?>"), "<?xml version='1.0' encoding='iso-8859-1'"); },
-     whole("<?xml version='1.0' encoding='UTF-7'?><p><WPCParam/></p>"),
-     "has an unusual encoding and is not read; expected UTF-8"},
-    {"unreadable", [](std::string& xml) { xml.insert(xml.find("?>") + 2, "<!DOCTYPE p [<!ENTITY e '1'>]>"); },
-     whole("<!DOCTYPE p [<!ATTLIST v unit CDATA 'nit'>]><p/>"),
-     "declares attributes or parameter entities and is not read; expected no such declaration"},
+    {"refused",
+     [](std::string& xml) {
+         xml.insert(xml.find("?>") + 2, "<!DOCTYPE p [<!ATTLIST v unit CDATA 'nit'>]>");
+         xml.append("<!--" + std::string(2 << 20, ' ') + "-->");
+     },
+     whole("<!DOCTYPE p [<!ENTITY e '1'>]><p/>"),
+     "declares entities and is not used; expected a document without entity declarations"},
+    {"refused", [](std::string& xml) { xml.append(8 << 20, '\n'); },
+     [](std::string& xml) { xml.append(16 << 20, '\n'); },
+     "is too large and is not used; expected at most 16777216 bytes"},
+    {"compressed", [](std::string&) {},
+     whole(std::string("\x1F\x8B\x08\0\0\0\0\0\x02\x03\xB3\x29\xB0\xB3\x09\x0F\x70\x0E\x48\x2C\x4A\xCC\xD5\xB7\xB3\xD1"
+                       "\x2F\xB0\x03\0\xE9\x53\x7D\xD9\x12\0\0\0",
+                       38)),
+     "is compressed, which the phone's libxml2 may not read; expected XML text"},
+    {"encoding", [](std::string& xml) { xml.replace(0, xml.find("?>"), "<?xml version='1.0' encoding='iso-8859-1'"); },
+     whole("<?xml version='1.0' encoding='IBM850'?><p><WPCParam/></p>"),
+     R"(has the encoding "IBM850", which the phone's libxml2 may not read; expected UTF-8, UTF-16, ISO-8859-1 or ASCII)"},
     {"not-well-formed", replace(kFirst, "<one>1</one>"), replace(kFirst, "<one>1</v>"),
      "is not well-formed and is not used: Opening and ending tag mismatch: one line 18 and v; expected well-formed "
      "XML"},

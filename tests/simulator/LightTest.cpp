@@ -1,15 +1,12 @@
 // Light on the simulated phone: recordings, what the worker makes of them, and the tone curves.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <platform/Answer.h>
 
 #include <algorithm>
 #include <limits>
 
-#include "simulator/Sensors.h"
 #include "simulator/closed/ToneCurve.h"
 #include "tests/fakes/TemporaryFolder.h"
-#include "tests/fakes/ThreadlessClock.h"
 #include "tools/light/LightTrace.h"
 #include "tools/light/Replay.h"
 

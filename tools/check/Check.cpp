@@ -1,7 +1,6 @@
 #include "tools/check/Check.h"
 
 #include <algorithm>
-#include <array>
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
@@ -16,25 +15,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// At most one byte more than the library reads.
-std::string bytesOf(const fs::path& file) {
+void requireFile(const fs::path& file) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
-    if (!fs::exists(status)) throw std::runtime_error(file.string() + ": is not there; expected a calibration file");
+    if (!fs::exists(status)) throw std::runtime_error(file.string() + ": does not exist; expected a calibration file");
     if (!fs::is_regular_file(status))
-        throw std::runtime_error(file.string() + ": is no regular file; expected a calibration file");
-    constexpr size_t kMost = bounds::kLongestFile + 1;
-    std::string bytes;
-    std::array<char, 1 << 16> piece{};
-    std::ifstream stream(file, std::ios::binary);
-    while (stream && bytes.size() < kMost) {
-        stream.read(piece.data(), piece.size());
-        bytes.append(piece.data(), static_cast<size_t>(stream.gcount()));
-    }
-    if (!stream.is_open() || stream.bad())
-        throw std::runtime_error(file.string() + ": could not be read; expected a calibration file");
-    if (bytes.size() > kMost) bytes.resize(kMost);
-    return bytes;
+        throw std::runtime_error(file.string() + ": is not a regular file; expected a calibration file");
+    if (!std::ifstream(file).is_open())
+        throw std::runtime_error(file.string() + ": cannot be opened; expected a calibration file");
 }
 
 std::vector<BlockCount> countBlocks(const Document& document) {
@@ -99,11 +87,9 @@ std::string numberText(double value, int digits) {
 }
 
 CheckedCalibration checkCalibration(const fs::path& file) {
-    const std::string bytes = bytesOf(file);
-    const bool tooLong = bytes.size() > bounds::kLongestFile;
-    CheckedCalibration checked;
-    checked.record = tooLong ? std::make_unique<ConfigXmlParser>() : readAsLibrary(file);
-    const Document document = readDocument(bytes);
+    requireFile(file);
+    CheckedCalibration checked{std::make_unique<ConfigXmlParser>(), {}, {}};
+    const Document document = readDocument(file, *checked.record);
     checked.findings = look({document, *checked.record});
     checked.blocks = countBlocks(document);
     return checked;

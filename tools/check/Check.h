@@ -46,8 +46,8 @@ struct CheckedCalibration {
 // Findings of one rule in one block that are listed; the others are one finding that counts them.
 constexpr size_t kMostFindings = 5;
 
-// Throws std::runtime_error only when the file cannot be read at all; what the library cannot read is a finding. The
-// library reads it on a phone of its own, in the process's place of the device root: on one thread at a time.
+// Reads the file once, as the library does. Throws std::runtime_error if the file cannot be opened; a file that the
+// library refuses is a finding. One thread at a time: reading cleans up libxml2's global state.
 CheckedCalibration checkCalibration(const std::filesystem::path& file);
 
 // "Gamma_Calib: value 113 is lower than the one before it; expected a table that does not fall".

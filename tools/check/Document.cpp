@@ -1,16 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/check/Document.h"
 
-#include <android/log.h>
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
-#include <new>
-
-#include "simulator/PhoneFiles.h"
+#include <fstream>
 
 namespace simulator {
+
+using vendor::kov::hardware::display_control::V1_0::implementation::loadCalibration;
+using vendor::kov::hardware::display_control::V1_0::implementation::readBlocks;
 
 const std::array<BlockForm, 7> kBlockForms = {{
     {"CTM_WPC", ConfigXmlParser::kMatrix, {}, &ConfigXmlParser::hasCtmWpc, [](auto& r) { return &r.ctmWpc[0]; }},
@@ -32,14 +33,6 @@ const std::array<BlockForm, 7> kBlockForms = {{
 
 namespace {
 
-struct XmlRelease {
-    void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
-    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-    void operator()(xmlChar* text) const { xmlFree(text); }
-};
-template <typename T>
-using XmlOwner = std::unique_ptr<T, XmlRelease>;
-
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 
 std::string textOf(const xmlChar* text) {
@@ -57,12 +50,14 @@ bool isStrayText(const xmlNode& node) {
     return node.content != nullptr && textOf(node.content).find_first_not_of(kWhiteSpace) != std::string::npos;
 }
 
-// Entities are not followed: a few of them can make any amount of text.
 std::optional<std::string> plainText(const xmlNode& element) {
     for (const xmlNode* child = element.children; child != nullptr; child = child->next) {
         if (child->type == XML_ENTITY_REF_NODE || isElement(*child)) return std::nullopt;
     }
-    return textOf(XmlOwner<xmlChar>(xmlNodeGetContent(&element)).get());
+    xmlChar* const content = xmlNodeGetContent(&element);
+    std::string text = textOf(content);
+    xmlFree(content);
+    return text;
 }
 
 Block readBlock(const BlockForm& form, const xmlNode& element) {
@@ -87,40 +82,45 @@ void readElement(Document& document, const xmlNode& element) {
     }
 }
 
-// The handler of libxml2's messages as long as it lives; then the one before it again.
+void keepMessage(Document& document, const xmlError& error) {
+    if (error.level < XML_ERR_ERROR) return;
+    std::string text = error.message == nullptr ? "" : error.message;
+    text.erase(text.find_last_not_of(kWhiteSpace) + 1);
+    document.messages.push_back({error.line, std::move(text)});
+}
+
+// By the first bytes of gzip and xz: libxml2 does not report reliably that it has unpacked a file.
+bool isCompressed(const std::filesystem::path& file) {
+    std::array<char, 2> begin{};
+    std::ifstream(file, std::ios::binary).read(begin.data(), begin.size());
+    const std::string_view bytes(begin.data(), begin.size());
+    return bytes == "\x1F\x8B" || bytes == "\xFD\x37";
+}
+
+bool isCommon(const std::string& encoding) {
+    constexpr std::array<xmlCharEncoding, 5> kCommon = {XML_CHAR_ENCODING_UTF8, XML_CHAR_ENCODING_UTF16LE,
+                                                        XML_CHAR_ENCODING_UTF16BE, XML_CHAR_ENCODING_8859_1,
+                                                        XML_CHAR_ENCODING_ASCII};
+    const xmlCharEncoding parsed = xmlParseCharEncoding(encoding.c_str());
+    return encoding.empty() || std::find(kCommon.begin(), kCommon.end(), parsed) != kCommon.end();
+}
+
+// Collects libxml2's error messages in a document while it lives.
 class MessageHandler {
 public:
-    MessageHandler(xmlStructuredErrorFunc handler, void* context)
-        : previous(xmlStructuredError), previousContext(xmlStructuredErrorContext) {
-        xmlSetStructuredErrorFunc(context, handler);
+    // libxml2 2.12 made the message const: auto fits both.
+    explicit MessageHandler(Document& document) {
+        xmlSetStructuredErrorFunc(
+            &document, [](void* target, auto* error) { keepMessage(*static_cast<Document*>(target), *error); });
     }
     ~MessageHandler() { xmlSetStructuredErrorFunc(previousContext, previous); }
     MessageHandler(const MessageHandler&) = delete;
     MessageHandler& operator=(const MessageHandler&) = delete;
 
 private:
-    xmlStructuredErrorFunc previous;
-    void* previousContext;
+    const xmlStructuredErrorFunc previous = xmlStructuredError;
+    void* const previousContext = xmlStructuredErrorContext;
 };
-
-// The library's log is silent as long as it lives.
-class SilentLog {
-public:
-    SilentLog() = default;
-    ~SilentLog() { __android_log_set_minimum_priority(previous); }
-    SilentLog(const SilentLog&) = delete;
-    SilentLog& operator=(const SilentLog&) = delete;
-
-private:
-    int32_t previous = __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
-};
-
-void keepMessage(void* document, xmlErrorPtr error) {
-    if (error->level < XML_ERR_ERROR) return;
-    std::string text = error->message == nullptr ? "" : error->message;
-    text.erase(text.find_last_not_of(kWhiteSpace) + 1);
-    static_cast<Document*>(document)->messages.push_back({error->line, std::move(text)});
-}
 
 }  // namespace
 
@@ -140,31 +140,23 @@ long Document::lineOf(const BlockForm& form, size_t index) const {
     return block == blocks.rend() ? 0 : block->values[index].line;
 }
 
-std::unique_ptr<ConfigXmlParser> readAsLibrary(const std::filesystem::path& file) {
-    PhoneFiles phone = PhoneFiles::empty();
-    phone.installCalibration(file);
-    const SilentLog silence;
-    const MessageHandler handler([](void*, xmlErrorPtr) {}, nullptr);
-    auto record = std::make_unique<ConfigXmlParser>();
-    record->parser();
-    return record;
-}
-
-Document readDocument(std::string_view bytes) {
-    Document result{bytes, bounds::refusalOf(bytes), false, {}, {}, {}};
-    if (result.refusal != Refusal::NONE) return result;
-    const XmlOwner<xmlParserCtxt> context(xmlNewParserCtxt());
-    if (context == nullptr) throw std::bad_alloc();
-    const MessageHandler handler(keepMessage, &result);
-    const XmlOwner<xmlDoc> tree(xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr,
-                                                  nullptr, XML_PARSE_NOBLANKS | XML_PARSE_NONET | XML_PARSE_BIG_LINES));
-    result.wellFormed = tree != nullptr;
-    if (!result.wellFormed) return result;
-
-    const xmlNode* const root = xmlDocGetRootElement(tree.get());
-    for (const xmlNode* child = root == nullptr ? nullptr : root->children; child != nullptr; child = child->next) {
-        if (isElement(*child)) readElement(result, *child);
+Document readDocument(const std::filesystem::path& file, ConfigXmlParser& record) {
+    Document result;
+    const MessageHandler handler(result);
+    auto loaded = loadCalibration(absolute(file).string());
+    result.refusal = loaded.refusal;
+    if (loaded.xml != nullptr) {
+        result.encoding = textOf(loaded.xml->encoding);
+        result.hasCommonEncoding = isCommon(result.encoding);
+        result.isCompressed = isCompressed(file);
+        const xmlNode* const root = xmlDocGetRootElement(loaded.xml.get());
+        readBlocks(record, *root);
+        for (const xmlNode* child = root->children; child != nullptr; child = child->next) {
+            if (isElement(*child)) readElement(result, *child);
+        }
     }
+    loaded.xml.reset();
+    xmlCleanupParser();
     return result;
 }
 

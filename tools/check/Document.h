@@ -1,19 +1,22 @@
-// The text of a calibration file, with its lines: what somebody wrote, next to what the library makes of it.
+// SPDX-License-Identifier: Apache-2.0
+// The text of a calibration file with its lines, beside the record that the library reads from it.
 #pragma once
 
 #include <array>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "calibration/DocumentBounds.h"
+#include "calibration/CalibrationDocument.h"
 #include "tools/check/Check.h"
 
 namespace simulator {
 
-namespace bounds = ::vendor::kov::hardware::display_control::V1_0::implementation;
-using bounds::Refusal;
+using vendor::kov::hardware::display_control::V1_0::implementation::CalibrationBlock;
+using vendor::kov::hardware::display_control::V1_0::implementation::kLongestCalibrationFile;
+using vendor::kov::hardware::display_control::V1_0::implementation::Refusal;
 
 // A block that a calibration may have.
 struct BlockForm {
@@ -58,9 +61,10 @@ struct ReadError {
 };
 
 struct Document {
-    std::string_view bytes;           // the file
-    Refusal refusal = Refusal::NONE;  // why the library does not hand it to libxml2
-    bool wellFormed = false;
+    Refusal refusal = Refusal::NONE;
+    std::string encoding;           // as declared; "" without a declaration
+    bool hasCommonEncoding = true;  // UTF-8, UTF-16, ISO-8859-1 or ASCII: every libxml2 reads it
+    bool isCompressed = false;      // this libxml2 has unpacked the file
     std::vector<ReadError> messages;
     std::vector<Block> blocks;
     std::vector<UnknownElement> unknown;
@@ -71,12 +75,7 @@ struct Document {
     long lineOf(const BlockForm& form, size_t index) const;
 };
 
-// What the library makes of a file of at most kLongestFile bytes, on a phone that has nothing else; without a word in
-// the log.
-std::unique_ptr<ConfigXmlParser> readAsLibrary(const std::filesystem::path& file);
-
-// Reads the text as the library does: nothing from outside the document is loaded. The bytes have to outlive the
-// result.
-Document readDocument(std::string_view bytes);
+// Reads a calibration file as the library does, into record, and its text into the result.
+Document readDocument(const std::filesystem::path& file, ConfigXmlParser& record);
 
 }  // namespace simulator

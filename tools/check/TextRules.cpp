@@ -19,38 +19,29 @@ constexpr size_t kColorDigits = 6;
 
 // The whole file.
 
-void unreadable(const Subject& subject, Notes& notes) {
-    const auto tell = [&](long line, const std::string& what, const std::string& expected) {
-        notes.add("", line, {}, what + " and is not read", expected);
-    };
-    const std::string stretch = std::to_string(bounds::kLongestStretch) + " characters";
-    switch (subject.document.refusal) {
-        case Refusal::NONE:
-            break;
-        case Refusal::EMPTY:
-            notes.add("", 0, {}, "is empty", "an XML document");
-            break;
-        case Refusal::SIZE:
-            tell(0, "is too large", "at most " + std::to_string(bounds::kLongestFile) + " bytes");
-            break;
-        case Refusal::FIRST_BYTE:
-            tell(1, "begins with " + inQuotes(subject.document.bytes.substr(0, 2)),
-                 "XML text that begins with <, not compressed");
-            break;
-        case Refusal::ENCODING:
-            tell(1, "has an unusual encoding", "UTF-8");
-            break;
-        case Refusal::LONG_STRETCH:
-            tell(0, "goes on for more than " + stretch + " without a tag", R"(a "<" in every )" + stretch);
-            break;
-        case Refusal::DECLARATION:
-            tell(0, "declares attributes or parameter entities", "no such declaration");
-            break;
-    }
+void refused(const Subject& subject, Notes& notes) {
+    const Refusal refusal = subject.document.refusal;
+    if (refusal == Refusal::NOT_A_FILE)
+        notes.add("", 0, {}, "is too large and is not used",
+                  "at most " + std::to_string(kLongestCalibrationFile) + " bytes");
+    if (refusal == Refusal::DECLARES_ENTITIES)
+        notes.add("", 0, {}, "declares entities and is not used", "a document without entity declarations");
+}
+
+void compressed(const Subject& subject, Notes& notes) {
+    if (!subject.document.isCompressed) return;
+    notes.add("", 0, {}, "is compressed, which the phone's libxml2 may not read", "XML text");
+}
+
+void encoding(const Subject& subject, Notes& notes) {
+    if (subject.document.hasCommonEncoding) return;
+    notes.add("", 1, {},
+              "has the encoding " + inQuotes(subject.document.encoding) + ", which the phone's libxml2 may not read",
+              "UTF-8, UTF-16, ISO-8859-1 or ASCII");
 }
 
 void notWellFormed(const Subject& subject, Notes& notes) {
-    if (subject.document.refusal != Refusal::NONE || subject.document.wellFormed) return;
+    if (subject.document.refusal != Refusal::NOT_WELL_FORMED) return;
     const std::vector<ReadError>& messages = subject.document.messages;
     constexpr const char* kExpected = "well-formed XML";
     if (messages.empty()) notes.add("", 0, {}, "is not well-formed and is not used", kExpected);
@@ -105,7 +96,7 @@ void unknownBlock(const Subject& subject, Notes& notes) {
 }
 
 void noBlock(const Subject& subject, Notes& notes) {
-    if (!subject.document.wellFormed || !subject.document.blocks.empty()) return;
+    if (subject.document.refusal != Refusal::NONE || !subject.document.blocks.empty()) return;
     notes.add("", 0, {}, "has no block of a calibration", "blocks as the children of the document's first element");
 }
 
@@ -307,7 +298,9 @@ void notPlain(const Subject& subject, Notes& notes) {
 std::vector<Rule> textRules() {
     constexpr auto kError = Finding::Severity::ERROR;
     return {
-        {"unreadable", kError, unreadable},
+        {"refused", kError, refused},
+        {"compressed", Finding::Severity::WARNING, compressed},
+        {"encoding", Finding::Severity::WARNING, encoding},
         {"not-well-formed", kError, notWellFormed},
         {"unknown-block", kError, unknownBlock},
         {"no-block", kError, noBlock},

@@ -1,4 +1,5 @@
-// Containers that cross an interface: text, vectors and fixed arrays.
+// SPDX-License-Identifier: Apache-2.0
+// Containers of the interfaces: text, vectors and fixed arrays.
 #pragma once
 
 #include <array>
@@ -11,7 +12,7 @@
 
 namespace android::hardware {
 
-// Text that owns its bytes. It may hold zero bytes; c_str() ends with one more.
+// Text that owns its bytes. It may contain zero bytes; c_str() adds a terminating one.
 class hidl_string {
 public:
     hidl_string() = default;

@@ -1,4 +1,5 @@
-// What a call through the transport answers: a status, and a value when the status is good.
+// SPDX-License-Identifier: Apache-2.0
+// Result of a call through the transport: a status, and a value if the status is OK.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +10,7 @@
 
 namespace android::hardware {
 
-// Whether a call reached the other side and came back.
+// Transport status of a call.
 class Status {
 public:
     enum Exception : int32_t {
@@ -19,7 +20,7 @@ public:
     };
 
     static Status ok() { return {}; }
-    // A failed transaction, unless status is OK.
+    // A failed transaction unless status is OK.
     static Status fromStatusT(status_t status);
     // A failure reported by the other side. message may be null.
     static Status fromExceptionCode(int32_t exceptionCode, const char* message);
@@ -37,14 +38,14 @@ private:
 
 namespace details {
 
-// A status that has to be looked at: destroying a failed one that nobody examined ends the process with a message.
+// A status that must be examined: destroying a failed one that was not examined ends the process with a message.
 class return_status {
 public:
     return_status(return_status&& other) noexcept;
     return_status& operator=(return_status&& other) noexcept;
     ~return_status();
 
-    // Looking at the status is what makes a failure the caller's own affair.
+    // Both mark the status as examined.
     bool isOk() const;
     bool isDeadObject() const;
     std::string description() const;
@@ -53,7 +54,7 @@ protected:
     return_status() = default;
     explicit return_status(Status other) : status(std::move(other)) {}
 
-    // Ends the process with a message when the status is a failure.
+    // Ends the process with a message if the status is a failure.
     void assertOk() const;
 
 private:
@@ -70,12 +71,12 @@ public:
     Return(T other) : value(std::move(other)) {}                            // NOLINT(google-explicit-constructor)
     Return(Status failure) : details::return_status(std::move(failure)) {}  // NOLINT(google-explicit-constructor)
 
-    // The value; ends the process when there is none.
+    // The value; ends the process if the transport failed.
     operator T() const {  // NOLINT(google-explicit-constructor): as on the phone
         assertOk();
         return value;
     }
-    // The value, or other when the transport failed.
+    // The value, or other if the transport failed.
     T withDefault(T other) { return isOk() ? value : std::move(other); }
 
 private:

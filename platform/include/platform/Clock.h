@@ -1,12 +1,14 @@
-// Time. The library takes time, waits, starts and joins its threads through the process's clock alone, so that a desk
-// can put a clock of its own in place of the real one.
+// SPDX-License-Identifier: Apache-2.0
+// Time. The library reads time, waits, starts and joins threads only through the process's clock, so that the host can
+// use a virtual clock.
 #pragma once
 
 #include <chrono>
 #include <functional>
-#include <thread>
+#include <memory>
 
 #include <platform/Mutex.h>
+#include <platform/Thread.h>
 
 namespace platform {
 
@@ -17,30 +19,31 @@ public:
 
     virtual ~Clock() = default;
 
-    // Time since a start that is arbitrary but fixed; never goes back.
+    // Time since an arbitrary but fixed start. Never goes back.
     virtual Duration now() = 0;
 
     // Returns when now() has reached its present value plus duration.
     virtual void sleepFor(Duration duration) = 0;
 
-    // Waits, releasing lock meanwhile, until condition is notified or now() has reached deadline.
+    // Waits, with lock released, until condition is notified or now() reaches deadline. A spurious wake-up may end the
+    // wait too.
     virtual void waitUntil(Condition& condition, Lock& lock, Duration deadline) = 0;
 
-    // Runs body on a thread of its own. Throws std::system_error when none can be started.
-    virtual std::thread startThread(std::function<void()> body) = 0;
+    // Runs body on a new thread. Null if the thread cannot be started.
+    virtual std::unique_ptr<Thread> startThread(std::function<void()> body) = 0;
 
-    // Waits for the end of a thread that startThread started.
-    virtual void join(std::thread& thread) = 0;
+    // Waits for the end of a thread that startThread returned.
+    virtual void join(Thread& thread) = 0;
 };
 
-// The clock in force: the monotonic one unless setClock gave another.
+// The clock in use: the monotonic clock unless setClock replaced it.
 Clock& clock();
 
-// The monotonic clock.
+// The monotonic clock. It is never destroyed: threads may use it while the process exits.
 Clock& realClock();
 
-// Puts other in force, or the monotonic clock again when other is null. Call it while no thread uses the clock; other
-// stays the caller's and has to outlive its use.
+// Replaces the clock in use; null restores the monotonic clock. Call it while no thread uses the clock. The caller owns
+// other and keeps it alive while it is in use.
 void setClock(Clock* other);
 
 }  // namespace platform

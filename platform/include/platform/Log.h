@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The library's log lines. Each begins with the logging function's name and the source line, "%s:%d: ".
 #pragma once
 
@@ -10,7 +11,8 @@ namespace platform {
 
 constexpr const char* kLogTag = "KovDisplayControlService";
 
-// The priority below which the platform's log suppresses a line; written by __android_log_set_minimum_priority.
+// Lines below this priority are not evaluated. __android_log_set_minimum_priority of the host's log sets it; on the
+// phone no line is below it.
 extern std::atomic<int32_t> minimumLogPriority;
 
 inline bool isLogged(int32_t priority) {
@@ -19,8 +21,8 @@ inline bool isLogged(int32_t priority) {
 
 }  // namespace platform
 
-// PLATFORM_LOG(priority, format, arguments...): nothing but the priority is evaluated for a suppressed line.
-// The "%.0s" at the end takes an empty text, which gives a format without arguments the one that C++17 asks for.
+// PLATFORM_LOG(priority, format, arguments...). The arguments of a suppressed line are not evaluated.
+// The "%.0s" at the end prints an empty text: so a format without arguments has one, as C++17 requires.
 #define PLATFORM_LOG(priority, ...) PLATFORM_LOG_LINE(priority, __VA_ARGS__, "")
 #define PLATFORM_LOG_LINE(priority, format, ...)                                                          \
     do {                                                                                                  \
@@ -29,12 +31,12 @@ inline bool isLogged(int32_t priority) {
                                 __VA_ARGS__);                                                             \
     } while (false)
 
-// The same without function name and line; format takes at least one argument or is a plain text.
+// The same without function name and line.
 #define PLATFORM_LOG_BARE(priority, ...)                                                                 \
     do {                                                                                                 \
         if (platform::isLogged(priority)) __android_log_print(priority, platform::kLogTag, __VA_ARGS__); \
     } while (false)
 
-#define LOG_DEBUG(...) PLATFORM_LOG(ANDROID_LOG_DEBUG, __VA_ARGS__)
-#define LOG_INFO(...) PLATFORM_LOG(ANDROID_LOG_INFO, __VA_ARGS__)
-#define LOG_ERROR(...) PLATFORM_LOG(ANDROID_LOG_ERROR, __VA_ARGS__)
+#define PLATFORM_LOG_DEBUG(...) PLATFORM_LOG(ANDROID_LOG_DEBUG, __VA_ARGS__)
+#define PLATFORM_LOG_INFO(...) PLATFORM_LOG(ANDROID_LOG_INFO, __VA_ARGS__)
+#define PLATFORM_LOG_ERROR(...) PLATFORM_LOG(ANDROID_LOG_ERROR, __VA_ARGS__)

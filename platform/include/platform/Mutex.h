@@ -1,4 +1,5 @@
-// Locking that Clang's thread-safety analysis checks: what a mutex guards is accessed under it, or the build fails.
+// SPDX-License-Identifier: Apache-2.0
+// Locks that Clang's thread-safety analysis checks: access to a guarded member without its mutex fails the build.
 #pragma once
 
 #include <atomic>
@@ -21,13 +22,13 @@
 
 namespace platform {
 
-// Held through a Lock only.
+// Locked only through a Lock.
 class PLATFORM_CAPABILITY("mutex") Mutex {
     friend class Lock;
     std::mutex mutex;
 };
 
-// Holds a mutex from here to the end of the scope.
+// Holds a mutex until the end of the scope.
 class PLATFORM_SCOPED_CAPABILITY Lock {
 public:
     explicit Lock(Mutex& held) PLATFORM_ACQUIRE(held) : lock(held.mutex), heldMutex(held) {}
@@ -43,8 +44,8 @@ private:
     Mutex& heldMutex;
 };
 
-// A condition variable that tells a notification from a wake-up for no reason. Every operation is called with the mutex
-// of the condition held; that one mutex is always the same. Waiting is the clock's affair: see Clock::waitUntil.
+// A condition variable that counts its notifications, so that the virtual clock can tell them from spurious wake-ups.
+// It belongs to one mutex, which every caller holds. To wait, call Clock::waitUntil.
 class Condition {
 public:
     void notifyOne() {
@@ -56,10 +57,10 @@ public:
         condition.notify_all();
     }
 
-    // How often there was a notification: a waiter goes on when this has changed. May be called without the mutex.
+    // Number of notifications so far. May be called without the mutex.
     uint64_t notifications() const { return count; }
 
-    // Return for a notification and for no reason; the second one also at its deadline.
+    // Return on a notification or spuriously; waitUntil also returns at the deadline.
     void wait(Lock& lock) { condition.wait(lock.lock); }
     template <typename TimePoint>
     void waitUntil(Lock& lock, TimePoint deadline) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Conversions that are defined for every value.
 #pragma once
 
@@ -8,7 +9,7 @@
 
 namespace platform {
 
-// Truncates toward zero; what lies outside the range gives its nearest end, NaN gives 0.
+// Truncates toward zero. A value outside the int32_t range gives the nearest bound, NaN gives 0.
 inline int32_t toInt32(double value) {
     using Limits = std::numeric_limits<int32_t>;
     if (std::isnan(value)) return 0;

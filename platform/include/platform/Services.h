@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The registry behind every interface's getService and registerAsService. Any thread may call these.
 #pragma once
 
@@ -12,15 +13,15 @@ namespace platform {
 
 using android::hidl::base::V1_0::IBase;
 
-// Publishes service under its interface's name and an instance name, in place of an earlier one.
-// UNKNOWN_ERROR when service is null.
+// Publishes service under its interface's name and an instance name; replaces an earlier one. Returns UNKNOWN_ERROR if
+// service is null.
 android::status_t addService(const std::string& interfaceName, const std::string& instance,
                              const android::sp<IBase>& service);
 
-// The service last published under both names, or null. Takes no memory.
+// Returns the service published under both names, or null.
 android::sp<IBase> findService(std::string_view interfaceName, std::string_view instance);
 
-// Forgets every service; who holds one keeps it.
+// Removes every service from the registry. References held elsewhere stay valid.
 void clearServices();
 
 }  // namespace platform

@@ -1,4 +1,5 @@
-// A clock that stands still until it is stepped.
+// SPDX-License-Identifier: Apache-2.0
+// A clock whose time passes only when it is stepped.
 #pragma once
 
 #include <list>
@@ -8,30 +9,34 @@
 
 namespace platform {
 
-// Time passes in advance() and join() only. The threads that startThread started take turns with them: the clock goes
-// from one deadline to the next, wakes the one thread that waits for it and goes on when every such thread waits again
-// or has ended. So a minute takes as long as what happens in it, and always happens in the same order.
+// Time passes only in advance() and join(). They go from one deadline to the next: each wakes the thread that waits for
+// the deadline and continues when all threads of this clock wait again or have ended. So a minute of virtual time takes
+// as long as the work in it, and the order of events is always the same.
 //
-// One thread steps it: the one that starts the others. Every thread started here has been joined before the clock goes.
+// One thread steps the clock: the one that starts the others. All threads of the clock are joined before it is
+// destroyed.
 class VirtualClock final : public Clock {
 public:
     Duration now() override;
 
-    // On a thread that was not started here this is advance(duration).
+    // On a thread that this clock did not start: the same as advance(duration).
     void sleepFor(Duration duration) override;
 
-    // Only for threads that were started here.
+    // Only for threads that this clock started.
     void waitUntil(Condition& condition, Lock& lock, Duration deadline) override;
 
-    std::thread startThread(std::function<void()> body) override;
+    std::unique_ptr<Thread> startThread(std::function<void()> body) override;
 
-    // Lets time pass until the thread ends. Not for threads that were started here.
-    void join(std::thread& thread) override;
+    // While refused, startThread returns null, as on a phone that has no threads left.
+    void refuseThreads(bool refused) { threadsRefused = refused; }
 
-    // Lets duration pass, up to and including what is due at its end.
+    // Lets time pass until the thread ends. Not for threads that this clock started.
+    void join(Thread& thread) override;
+
+    // Lets duration pass, its last instant included.
     void advance(Duration duration);
 
-    // Returns when every thread started here waits or has ended; no time passes.
+    // Returns when every thread of this clock waits or has ended. No time passes.
     void settle();
 
 private:
@@ -40,23 +45,24 @@ private:
         Condition& condition;
         Mutex& conditionMutex;
         uint64_t before;  // notifications of the condition when the wait began
-        bool due;         // its time has come; guarded by mutex
+        bool due;         // the deadline is reached; guarded by VirtualClock::mutex
     };
 
     void changeRunning(int change);
     bool isIdle() PLATFORM_REQUIRES(mutex);
-    bool isAlive(std::thread::id id);
+    bool isAlive(pthread_t id);
     std::list<Waiter*>::iterator earliest() PLATFORM_REQUIRES(mutex);
-    // Goes to the earliest deadline, unless it is after end or there is none, and wakes the thread that waits for it.
-    // Called while every thread started here waits or has ended.
+    // Moves time to the earliest deadline and wakes the thread that waits for it. False if no deadline is left until
+    // end. Called while every thread of this clock waits or has ended.
     bool step(Duration end) PLATFORM_EXCLUDES(mutex);
 
     Mutex mutex;  // taken after the mutex of a waiter's condition, never before
     Condition idle;
     Duration time PLATFORM_GUARDED_BY(mutex){0};
-    int running PLATFORM_GUARDED_BY(mutex) = 0;             // threads started here that neither wait nor have ended
+    int running PLATFORM_GUARDED_BY(mutex) = 0;             // threads of this clock that neither wait nor have ended
     std::list<Waiter*> waiters PLATFORM_GUARDED_BY(mutex);  // in the order in which they began to wait
-    std::set<std::thread::id> alive PLATFORM_GUARDED_BY(mutex);  // threads started here that have begun and not ended
+    std::set<pthread_t> alive PLATFORM_GUARDED_BY(mutex);   // threads of this clock that have begun and not ended
+    bool threadsRefused = false;
 };
 
 }  // namespace platform

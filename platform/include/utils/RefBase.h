@@ -1,4 +1,5 @@
-// Base of everything that is held by strong pointers.
+// SPDX-License-Identifier: Apache-2.0
+// Base of all objects that are held by strong pointers.
 #pragma once
 
 #include <atomic>
@@ -8,7 +9,7 @@
 
 namespace android {
 
-// Counts its strong references; giving the last one back deletes the object. Created with new and held through sp only.
+// Counts its strong references; releasing the last one deletes the object. Created with new and held only through sp.
 // The count may be changed from any thread.
 class RefBase {
 public:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reference-counting pointer to a RefBase.
 #pragma once
 
@@ -6,7 +7,7 @@
 
 namespace android {
 
-// Holds one strong reference. One sp object belongs to one thread at a time; what it points to may be shared.
+// Holds one strong reference. One thread at a time uses an sp object; the object it points to may be shared.
 template <typename T>
 class sp {
 public:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A queue of sensor events.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where a queue of sensor events delivers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Results of the sensor service.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The display composer's extension service.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Records of the composer extension. The first four carry the same as those of the display-control interface, as types
 // of their own.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Base of every interface that is looked up by name or called across the transport.
 #pragma once
 
