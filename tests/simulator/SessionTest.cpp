@@ -8,6 +8,7 @@
 
 #include "tests/fakes/TemporaryFolder.h"
 #include "tools/session/Command.h"
+#include "tools/session/SessionJson.h"
 
 namespace simulator {
 namespace {
@@ -54,6 +55,7 @@ protected:
         std::istringstream lines(stream.str());
         for (std::string line; std::getline(lines, line);) {
             const Json event = Json::parse(line);
+            if (event["event"] == "closed" || event["event"] == "sensor") continue;
             words.push_back(event.contains("call") ? event["call"] : event["event"]);
         }
         return words;
@@ -94,7 +96,7 @@ TEST_F(SessionTest, EverythingThatALineCausesAppearsInItsOrder) {
     EXPECT_EQ(events("node")[0]["bytes"], "0\\n");
     run("setUnlimitedCT 0 -40  # warm");
     EXPECT_EQ(events("command")[0]["comment"], "# warm");
-    EXPECT_THAT(events("log")[0]["message"].get<std::string>(), HasSubstr(": -40  1.000000 0."));
+    EXPECT_THAT(events("log")[0]["message"].get<std::string>(), HasSubstr("-40  1.000000 0."));
     run("getUnlimitedCT 0");
     EXPECT_EQ(answer()["level"], -40);
     run("   # a remark");
@@ -210,7 +212,7 @@ TEST_F(SessionTest, ThePhoneAroundTheServiceCanChange) {
 
     run("whitepoint -1 5");
     run("setSmartEnvironmentMode 0");
-    EXPECT_THAT(events("log").at(0)["message"].get<std::string>(), HasSubstr(": -1 5 -0.001000 0.005000"));
+    EXPECT_THAT(events("log").at(0)["message"].get<std::string>(), HasSubstr("-1 5 -0.001000 0.005000"));
     run("remove cabc");
     run("setEnhanceScreenMode 0");
     EXPECT_THAT(events("log").at(1)["message"].get<std::string>(), HasSubstr("open cabc node error"));

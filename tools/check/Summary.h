@@ -4,7 +4,7 @@
 #include <string>
 
 #include "tools/check/Check.h"
-#include "tools/session/Event.h"
+#include "tools/json/Json.h"
 
 namespace simulator {
 

@@ -3,12 +3,11 @@
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
-#include <numeric>
 #include <utility>
 
+#include "simulator/Event.h"
 #include "tools/check/Rules.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -53,38 +52,14 @@ void notWellFormed(const Subject& subject, Notes& notes) {
 
 // Blocks.
 
-// Levenshtein's distance, letter case aside: single characters put in, left out or replaced.
-size_t editDistance(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-    std::vector<size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), size_t{0});
-    for (size_t i = 0; i < a.size(); ++i) {
-        size_t diagonal = std::exchange(row[0], i + 1);
-        for (size_t j = 0; j < b.size(); ++j) {
-            const size_t replaced = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
-
-// Whether name was probably meant to be known: a third of the known one's characters may differ.
-bool isNear(std::string_view name, std::string_view known) {
-    const size_t allowed = known.size() / 3;
-    return name.size() <= known.size() + allowed && editDistance(name, known) <= allowed;
-}
-
 std::string expectedBlock(std::string_view name) {
+    std::vector<std::string_view> names;
     std::string all;
-    size_t best = std::numeric_limits<size_t>::max();
-    std::string_view nearest;
     for (const BlockForm& form : kBlockForms) {
+        names.push_back(form.name);
         all.append(all.empty() ? "" : ", ").append(form.name);
-        if (!isNear(name, form.name) || editDistance(name, form.name) >= best) continue;
-        best = editDistance(name, form.name);
-        nearest = form.name;
     }
+    const std::string_view nearest = nearestOf(name, names);
     return nearest.empty() ? "one of " + all : std::string(nearest);
 }
 
@@ -187,13 +162,6 @@ struct Written {
     std::string_view body;  // the text that makes the number, without white space; empty when there is none
     std::string_view rest;  // what follows and is ignored
 };
-
-std::string_view trimmed(std::string_view text) {
-    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
-    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-    return text;
-}
 
 Written convert(const std::string& text, bool isColor) {
     char* end = nullptr;

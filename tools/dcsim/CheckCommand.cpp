@@ -7,7 +7,7 @@
 #include "tools/check/Summary.h"
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Terminal.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 

@@ -8,7 +8,8 @@
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Progress.h"
 #include "tools/light/Replay.h"
-#include "tools/session/Event.h"
+#include "tools/json/Json.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 

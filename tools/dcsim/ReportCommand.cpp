@@ -7,7 +7,7 @@
 #include "tools/dcsim/Progress.h"
 #include "tools/report/Page.h"
 #include "tools/report/ReportData.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 

@@ -37,6 +37,8 @@ void addPictureOptions(CLI::App& command, SessionArguments& arguments) {
     command.add_option("--log", arguments.log, "Log lines shown: debug, info, error or none")
         ->check(isLogLevel)
         ->type_name("LEVEL");
+    command.add_flag("--all", arguments.all,
+                     "Each message of a ramp of the tone curve, and the calls of the closed libraries");
 }
 
 simulator::SessionOptions unseenSession(const SessionArguments& arguments) {

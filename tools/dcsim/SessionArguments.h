@@ -17,11 +17,12 @@ struct SessionArguments {
     std::string out = "out";
     bool json = false;
     std::string log = "debug";
+    bool all = false;
 };
 
 void addPhoneOption(CLI::App& command, SessionArguments& arguments);
 void addJsonFlag(CLI::App& command, SessionArguments& arguments);
-// --picture, --out and --log: for commands that show the session while it runs.
+// --picture, --out, --log and --all: for commands that show the session while it runs.
 void addPictureOptions(CLI::App& command, SessionArguments& arguments);
 
 // A session that is not seen: its phone, without a picture.

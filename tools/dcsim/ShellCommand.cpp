@@ -12,7 +12,7 @@
 #include "tools/dcsim/SessionArguments.h"
 #include "tools/dcsim/Terminal.h"
 #include "tools/session/Completion.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 #include "tools/session/Help.h"
 #include "tools/text/LineReader.h"
 
@@ -48,7 +48,7 @@ class Shell {
 public:
     Shell(const SessionArguments& arguments, bool atTerminal)
         : timeline(std::cout, arguments.json ? Timeline::Format::JSON : Timeline::Format::TEXT,
-                   {useColor(STDOUT_FILENO), !atTerminal}),
+                   {useColor(STDOUT_FILENO), !atTerminal, arguments.all}),
           session(optionsOf(arguments), timeline) {}
 
     // Carries out a line. Throws std::runtime_error when it is wrong.

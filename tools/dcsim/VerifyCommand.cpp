@@ -7,7 +7,7 @@
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Progress.h"
 #include "tools/dcsim/SessionArguments.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 #include "tools/session/SessionDump.h"
 
 namespace dcsim {

@@ -8,7 +8,7 @@
 
 #include "tools/dcsim/Commands.h"
 #include "tools/session/Command.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace {
 

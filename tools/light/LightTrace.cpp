@@ -9,8 +9,8 @@
 #include <string_view>
 #include <utility>
 
-#include "tools/session/Event.h"
 #include "tools/text/LineReader.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -20,13 +20,6 @@ constexpr double kLongestTrace = 1e8;  // seconds
 
 [[noreturn]] void fail(const LineReader& lines, const std::string& what) {
     throw std::runtime_error(lines.place() + what);
-}
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r";
-    const size_t begin = text.find_first_not_of(kBlanks);
-    if (begin == std::string_view::npos) return {};
-    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
 template <typename T>

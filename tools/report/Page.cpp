@@ -9,7 +9,7 @@ extern const unsigned char kPage[];
 extern const size_t kPageSize;
 
 std::string embeddable(const Json& data) {
-    const std::string text = data.dump(-1, ' ', false, Json::error_handler_t::replace);
+    const std::string text = lineOf(data);
     std::string escaped;
     escaped.reserve(text.size());
     for (const char c : text) {

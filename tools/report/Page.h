@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/session/Event.h"
+#include "tools/json/Json.h"
 
 namespace simulator {
 

@@ -10,7 +10,7 @@
 #include "tools/check/Check.h"
 #include "tools/light/LightTrace.h"
 #include "tools/report/ReportSession.h"
-#include "tools/session/Event.h"
+#include "tools/json/Json.h"
 
 namespace simulator {
 

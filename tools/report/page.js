@@ -461,8 +461,9 @@ function argumentsText(call) {
     if (call.first) parts.push('first ' + matrixText(call.first));
     if (call.last) parts.push('last ' + matrixText(call.last));
     if (call.table) parts.push(`${short(call.table[1024])} at 1024, ${short(call.table[2048])} at 2048`);
-    for (const {key, values} of call.params || []) parts.push(`key ${key}: ${Array.isArray(values) ? values.join(' ') || 'no values' : values}`);
-    if (call.toneCurveLevel !== undefined) parts.push('tone curve of level ' + call.toneCurveLevel);
+    const valuesText = (values) => values.length > 8 ? `${values.length} values` : values.join(' ') || 'no values';
+    for (const {key, values, toneCurveLevel} of call.params || [])
+        parts.push(`key ${key}: ` + (values ? valuesText(values) : 'tone curve of level ' + toneCurveLevel));
     return parts.join(', ');
 }
 

@@ -7,6 +7,7 @@
 
 #include "tools/session/Command.h"
 #include "tools/session/Session.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -85,13 +86,13 @@ int32_t valueOrZero(const Values& values, size_t index) {
 // --- The served operations ---
 
 void initService(Session& session, const Values&) {
-    session.report({{"event", "answer"}, {"result", session.service().init()}});
+    session.answer(int64_t{session.service().init()});
     session.noteCalibration();
 }
 
 void deInitService(Session& session, const Values&) {
     session.service().deInit();
-    session.report({{"event", "answer"}, {"result", "done"}});
+    session.answer(std::string("done"));
 }
 
 void allocUserHandle(Session& session, const Values&) {
@@ -107,15 +108,15 @@ void freeUserHandle(Session& session, const Values&) {
 
 void getNumOfDisplay(Session& session, const Values&) {
     session.service().getNumOfDisplay(session.handle(), [&session](Result result, uint32_t count) {
-        session.answer(result, {{"count", count}});
+        session.answer(result, {{"count", int64_t{count}}});
     });
 }
 
 void getDisplayInfo(Session& session, const Values& values) {
     session.service().getDisplayInfo(
         session.handle(), values.number(0), [&session](Result result, const DisplayInfo& info) {
-            const std::vector<uint32_t> numbers(info.values.data(), info.values.data() + info.values.size());
-            session.answer(result, {{"name", info.name.c_str()}, {"values", numbers}});
+            const std::vector<int64_t> numbers(info.values.data(), info.values.data() + info.values.size());
+            session.answer(result, {{"name", std::string(info.name)}, {"values", numbers}});
         });
 }
 
@@ -132,7 +133,7 @@ void setColorTransformMatrix2(Session& session, const Values& values) {
 void getColorTransformMatrix(Session& session, const Values& values) {
     session.service().getColorTransformMatrix(
         session.handle(), values.number(0), [&session](Result result, const ColorTransformMatrix& first) {
-            session.answer(result, {{"first", matrixToJson(first.elements.data())}});
+            session.answer(result, {{"first", matrixOf(first.elements.data())}});
         });
 }
 
@@ -141,7 +142,7 @@ void getColorTransformMatrix2(Session& session, const Values& values) {
         session.handle(), values.number(0),
         [&session](Result result, const ColorTransformMatrix& first, const ColorTransformMatrix& last) {
             session.answer(
-                result, {{"first", matrixToJson(first.elements.data())}, {"last", matrixToJson(last.elements.data())}});
+                result, {{"first", matrixOf(first.elements.data())}, {"last", matrixOf(last.elements.data())}});
         });
 }
 
@@ -155,7 +156,7 @@ template <auto Operation>
 void getTable(Session& session, const Values& values) {
     (session.service().*Operation)(session.handle(), values.number(0),
                                    [&session](Result result, const GammaLut& table) {
-                                       session.answer(result, {{"table", tableToJson(table.entries.data())}});
+                                       session.answer(result, {{"table", tableOf(table.entries.data())}});
                                    });
 }
 
@@ -172,7 +173,7 @@ void setInteger(Session& session, const Values& values) {
 template <auto Operation>
 void getLevel(Session& session, const Values& values) {
     (session.service().*Operation)(session.handle(), values.number(0), [&session](Result result, int32_t level) {
-        session.answer(result, {{"level", level}});
+        session.answer(result, {{"level", int64_t{level}}});
     });
 }
 
@@ -183,7 +184,7 @@ void setAlad(Session& session, const Values& values) {
 
 void isAladEnable(Session& session, const Values& values) {
     const int32_t enabled = session.service().IsAladEnable(session.handle(), values.number(0)).withDefault(0);
-    session.report({{"event", "answer"}, {"result", enabled}});
+    session.answer(int64_t{enabled});
 }
 
 void enterExclusive(Session& session, const Values& values) {
@@ -299,7 +300,7 @@ void setPanel(Session& session, const Values& values) {
 
 void setCalibration(Session& session, const Values& values) {
     const std::string path = session.phone().files().installCalibration(values.text(0));
-    session.report({{"event", "file"}, {"path", path}, {"from", values.text(0)}});
+    session.report(InstalledFile{path, values.text(0)});
 }
 
 void setWhitePoint(Session& session, const Values& values) {

@@ -6,19 +6,13 @@
 #include <utility>
 
 #include "tools/session/Command.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\v\f";
-
-std::string_view trimmed(std::string_view text) {
-    const size_t begin = text.find_first_not_of(kBlanks);
-    if (begin == std::string_view::npos) return {};
-    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
 
 // Takes the next word off the front of text; empty when there is none.
 std::string_view takeWord(std::string_view& text) {
@@ -164,30 +158,11 @@ Values parseArguments(const Command& command, std::string_view rest) {
     return values;
 }
 
-// Edits (a character added, removed or changed) that lead from a to b, letter case aside.
-size_t distance(std::string_view a, std::string_view b) {
-    std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
-    for (size_t i = 1; i <= a.size(); ++i) {
-        size_t diagonal = std::exchange(row[0], i);
-        for (size_t j = 1; j <= b.size(); ++j) {
-            const bool same = std::tolower(static_cast<unsigned char>(a[i - 1])) ==
-                              std::tolower(static_cast<unsigned char>(b[j - 1]));
-            const size_t changed = diagonal + (same ? 0 : 1);
-            diagonal = std::exchange(row[j], std::min({row[j] + 1, row[j - 1] + 1, changed}));
-        }
-    }
-    return row.back();
-}
-
 [[noreturn]] void failUnknown(std::string_view word, const std::vector<Command>& table) {
-    const size_t near = std::max<size_t>(1, word.size() / 3);
-    const auto nearest = std::min_element(table.begin(), table.end(), [word](const Command& a, const Command& b) {
-        return distance(word, a.name) < distance(word, b.name);
-    });
-    const std::string hint = distance(word, nearest->name) <= near
-                                 ? std::string(nearest->name)
-                                 : "a command such as " + std::string(table.front().name);
+    std::vector<std::string_view> names;
+    for (const Command& command : table) names.push_back(command.name);
+    const std::string_view nearest = nearestOf(word, names);
+    const std::string hint = nearest.empty() ? "a command such as " + std::string(names.front()) : std::string(nearest);
     throw ScriptError("unknown command " + inQuotes(word) + "; expected " + hint);
 }
 

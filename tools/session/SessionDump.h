@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "tools/session/Event.h"
+#include "tools/json/Json.h"
 #include "tools/session/ScriptFile.h"
 
 namespace simulator {
