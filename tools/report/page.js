@@ -106,18 +106,6 @@ function themeColors() {
     return Object.fromEntries(names.map((name) => [name, style.getPropertyValue('--' + name).trim()]));
 }
 
-// How many of the datasets can be seen: have a pixel of their colour in the chart's area.
-function countVisible(chart, colors) {
-    const ratio = chart.currentDevicePixelRatio;
-    const {left, top, width, height} = chart.chartArea;
-    const {data: pixels} = chart.ctx.getImageData(left * ratio, top * ratio, width * ratio, height * ratio);
-    const seen = new Set();
-    for (let i = 0; i < pixels.length; i += 4) {
-        if (pixels[i + 3] > 250) seen.add(pixels[i] << 16 | pixels[i + 1] << 8 | pixels[i + 2]);
-    }
-    return chart.data.datasets.filter((dataset) => seen.has(parseInt(dataset.borderColor.slice(1), 16))).length;
-}
-
 // A line for what is drawn as one, and the point where there are only points.
 function legendLabels(chart) {
     return Chart.defaults.plugins.legend.labels.generateLabels(chart).map((label) => {
@@ -146,14 +134,9 @@ function draw(plot) {
         },
     });
     if (square) squareUp(plot.chart);
-    plot.figure.dataset.drawn = countVisible(plot.chart, colors) + ' of ' + datasets.length;
 }
 
-function drawAll() {
-    plots.forEach(draw);
-    const drawn = plots.filter((plot) => !plot.figure.dataset.drawn.startsWith('0 ')).length;
-    document.documentElement.dataset.charts = drawn + ' of ' + plots.length;
-}
+const drawAll = () => plots.forEach(draw);
 
 // build(colors) gives datasets and axes; tip(label, point) the text of a tooltip.
 function addPlot(name, caption, build, tip, ...buttons) {
