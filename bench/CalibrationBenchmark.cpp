@@ -10,9 +10,9 @@
 #include <string_view>
 
 #include "bench/QuietLog.h"
-#include "bench/SamplePhone.h"
 #include "calibration/ConfigXmlParser.h"
 #include "calibration/PanelTable.h"
+#include "simulator/PhoneFiles.h"
 
 namespace bench {
 namespace {
@@ -21,7 +21,7 @@ using namespace vendor::kov::hardware::display_control::V1_0::implementation;
 
 void ours(benchmark::State& state) {
     const QuietLog quiet;
-    const SamplePhone phone;
+    const auto phone = simulator::PhoneFiles::at(simulator::PhoneFiles::samplePhone());
     for (auto _ : state) {
         const auto record = std::make_unique<ConfigXmlParser>();
         record->parser();
@@ -46,7 +46,7 @@ void convertAll(const xmlNode& root, std::vector<double>& values) {
 // convert: what to do with the document.
 template <typename Convert>
 void byLibxml2(benchmark::State& state, Convert convert) {
-    const SamplePhone phone;
+    const auto phone = simulator::PhoneFiles::at(simulator::PhoneFiles::samplePhone());
     const std::string path = platform::devicePath(identifyPanel().calibFile);
     for (auto _ : state) {
         xmlKeepBlanksDefault(0);

@@ -23,9 +23,8 @@
 #include <system_error>
 
 #include "bench/QuietLog.h"
-#include "bench/QuietServices.h"
-#include "bench/SamplePhone.h"
 #include "service/DisplayControlImpl.h"
+#include "simulator/Phone.h"
 
 namespace {
 
@@ -76,8 +75,8 @@ void setLevel(DisplayControlImpl& service, uint64_t display, uint64_t level) {
 void growDisplays(uint64_t count) {
     constexpr int kInits = 50;
     constexpr uint64_t kCalls = 1'000'000;
-    const sp<bench::QuietComposer> composer(new bench::QuietComposer(static_cast<uint32_t>(count)));
-    composer->registerAsService();
+    simulator::Phone phone(simulator::PhoneFiles::samplePhone());
+    phone.composer().setDisplayCount(static_cast<uint32_t>(count));
     DisplayControlImpl service;
     const double init = secondsOf([&] {
         for (int i = 0; i < kInits; ++i) startService(service);
@@ -120,8 +119,7 @@ void callService(DisplayControlImpl& service, uint64_t number) {
 }
 
 void growCalls(uint64_t count) {
-    const sp<bench::QuietComposer> composer(new bench::QuietComposer(1));
-    composer->registerAsService();
+    const simulator::Phone phone(simulator::PhoneFiles::samplePhone());
     DisplayControlImpl service;
     startService(service);
     const double seconds = secondsOf([&] {
@@ -173,7 +171,6 @@ void run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     const bench::QuietLog quiet;
-    const bench::SamplePhone phone;
     try {
         run(argc, argv);
         return 0;
