@@ -64,7 +64,7 @@ Json toJson(const std::string& file, const CheckedCalibration& checked) {
     Json findings = Json::array();
     for (const Finding& finding : checked.findings) findings.push_back(simulator::toJson(finding));
     return {{"file", file},
-            {"summary", simulator::summaryOf(checked)},
+            {"summary", simulator::toJson(simulator::summaryOf(checked))},
             {"findings", findings},
             {"errors", countOf(checked.findings, Finding::Severity::ERROR)},
             {"warnings", countOf(checked.findings, Finding::Severity::WARNING)}};
