@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the worker of the ambient-light display does while the light stays as it is: a second of its clock.
 #include <benchmark/benchmark.h>
 #include <platform/VirtualClock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The calibration of the sample phone, against libxml2 doing the same calls with atof.
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>

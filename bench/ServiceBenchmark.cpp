@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Operations of the service, against what they cannot do without.
 #include <benchmark/benchmark.h>
 

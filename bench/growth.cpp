@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How time and memory grow. Each run measures one case in a process of its own and prints one line:
 //
 //     growth displays COUNT     microseconds of init, nanoseconds of a setUnlimitedCT, peak KiB
@@ -37,7 +38,7 @@ uint64_t toCount(const std::string& text) {
     uint64_t count = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
     if (error != std::errc() || end != text.data() + text.size() || count == 0) {
-        throw std::runtime_error("\"" + text + "\" is no count; expected a whole number above 0");
+        throw std::runtime_error("\"" + text + "\" is not a count; expected a whole number above 0");
     }
     return count;
 }

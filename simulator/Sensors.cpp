@@ -56,7 +56,7 @@ public:
                                               }));
     }
 
-    // Without a thread for it nothing is delivered: the phone's sensor process has troubles of its own.
+    // If no thread can be started, nothing is delivered.
     void startDelivery() {
         if (delivery != nullptr) return;
         setStopping(false);

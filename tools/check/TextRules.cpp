@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is wrong with the text of a calibration file.
 #include <algorithm>
 #include <cctype>
@@ -65,7 +66,7 @@ std::string expectedBlock(std::string_view name) {
 
 void unknownBlock(const Subject& subject, Notes& notes) {
     for (const UnknownElement& element : subject.document.unknown) {
-        notes.add("", element.line, {}, inQuotes(element.name) + " is no block of a calibration and is ignored",
+        notes.add("", element.line, {}, inQuotes(element.name) + " is not a block of a calibration and is ignored",
                   expectedBlock(element.name));
     }
 }
@@ -203,7 +204,7 @@ using Fault = std::string (*)(const Written& value, const BlockForm& form);
 
 std::string noNumber(const Written& value, const BlockForm& /*form*/) {
     if (!value.body.empty()) return "";
-    return (value.text.empty() ? "is empty" : inQuotes(value.text) + " is no number") + " and is read as 0";
+    return (value.text.empty() ? "is empty" : inQuotes(value.text) + " is not a number") + " and is read as 0";
 }
 
 std::string trailingText(const Written& value, const BlockForm& /*form*/) {
@@ -223,7 +224,7 @@ std::string notFinite(const Written& value, const BlockForm& /*form*/) {
 std::string outOfRange(const Written& value, const BlockForm& form) {
     if (value.isColor) {
         const bool fits = value.number >= 0 && value.number <= static_cast<double>(kWhite);
-        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is no colour";
+        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is not a colour";
     }
     if (value.body.empty() || hasLetter(value.body, "nN")) return "";
     const double kept = form.values == nullptr ? value.number : static_cast<double>(static_cast<float>(value.number));

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is unlikely about the values of a calibration: the library uses them as they are.
 //
 // A code is an 8-bit step of the panel's input, 1/255.
@@ -17,7 +18,7 @@ using vendor::kov::hardware::display_control::V1_0::implementation::TMat33;
 
 constexpr double kCode = 1.0 / 255.0;
 
-// Every complete block of so many values, as floats: the tables, or the matrices and parameters.
+// Every complete block whose name begins with prefix, as floats.
 template <typename Look>
 void inBlocks(const Subject& subject, std::string_view prefix, Look look) {
     for (const BlockForm& form : kBlockForms) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim check: whether calibration files are sound.
 #include <unistd.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim report: everything about a calibration on one page.
 #include <fstream>
 #include <iostream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim run: a script on the simulated phone.
 #include <unistd.h>
 

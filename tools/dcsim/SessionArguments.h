@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the commands that run a session have in common on the command line.
 #pragma once
 

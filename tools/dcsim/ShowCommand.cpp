@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim show: the state that a script leaves.
 #include <iostream>
 #include <memory>

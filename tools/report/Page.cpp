@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/report/Page.h"
 
 #include <string_view>
@@ -14,7 +15,7 @@ std::string embeddable(const Json& data) {
     escaped.reserve(text.size());
     for (const char c : text) {
         if (c == '<') {
-            escaped += "\\u003c";  // a '<' stands in strings only
+            escaped += "\\u003c";  // a '<' occurs only in strings
         } else {
             escaped += c;
         }

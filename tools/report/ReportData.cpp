@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/report/ReportData.h"
 
 #include <platform/Numbers.h>
@@ -303,7 +304,7 @@ Json matricesSection(const std::optional<ColorManager>& colors) {
 Json lightSection(const LightTrace& trace, const std::function<void(double)>& progress) {
     Json samples = Json::array();
     Json messages = Json::array();
-    Json last;  // the latest sample, when it stands for a run and is not among samples yet
+    Json last;  // the latest sample, when it ends a run of equal samples and is not in samples yet
     const auto level = [](const std::optional<int32_t>& value) { return value ? Json(*value) : Json(); };
     replay(trace, [&](const Decision& decision) {
         if (progress) progress(shareDone(decision, trace));

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/report/ReportSession.h"
 
 #include <platform/DeviceFiles.h>
@@ -116,7 +117,8 @@ private:
     }
 
     void sort(const SessionEvent& event) {
-        if (const auto* const answer = phoneEvent<Answer>(event)) step["answers"].push_back(valueToJson(answer->result));
+        if (const auto* const answer = phoneEvent<Answer>(event))
+            step["answers"].push_back(valueToJson(answer->result));
         const auto* const call = phoneEvent<ComposerCall>(event);
         if (call == nullptr) return;
         record.calls.push_back(callToJson(*call, Curves::AS_LEVELS));

@@ -1,4 +1,5 @@
-// A session as a report shows it: what each line did to the picture, and what the composer was told.
+// SPDX-License-Identifier: Apache-2.0
+// A session as a report shows it: what each line did to the picture, and the calls of the composer.
 #pragma once
 
 #include <filesystem>

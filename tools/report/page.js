@@ -1,4 +1,4 @@
-// Draws the report from the data that stands in the page.
+// Draws the report from the data in the page.
 'use strict';
 
 const data = JSON.parse(document.getElementById('data').textContent);
@@ -290,7 +290,7 @@ function sweepLine(label, rows, color, levels) {
     return line(label, toPoints(known.map((row) => row.slice(1))), color, {texts, pointRadius: marks});
 }
 
-// A square of the diagram around what there is to see of whites.
+// A square of the diagram around the whites.
 function windowOfWhites() {
     const {unlimited, eyeCare, d65} = data.chromaticity;
     const points = toPoints([d65, ...stageWhites().map((white) => white.xy),
@@ -395,7 +395,7 @@ function showLight() {
     const level = (text, value, color) => line(text, [{x: 0, y: value}, {x: end, y: value}], color, dashed);
     const decade = 10 ** Math.ceil(Math.log10(samples.reduce((most, row) => Math.max(most, row[1]), 10 * bright)));
     addPlot('lux', `Light of the trace ${light.name} as the service takes it once a second (simulated), and the mean of the middle three of the ` +
-        'last five samples. Logarithmic; what is below 1 lux stands at 1 lux.',
+        'last five samples. Logarithmic; values below 1 lux are drawn at 1 lux.',
         (colors) => ({
             datasets: [
                 line('mean', lux(2), colors.blue, {stepped: 'before'}), line('light', lux(1), colors.grey, {borderWidth: 1.2}),

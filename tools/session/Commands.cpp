@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The table of commands.
 #include <algorithm>
 #include <array>
@@ -131,18 +132,18 @@ void setColorTransformMatrix2(Session& session, const Values& values) {
 }
 
 void getColorTransformMatrix(Session& session, const Values& values) {
-    session.service().getColorTransformMatrix(
-        session.handle(), values.number(0), [&session](Result result, const ColorTransformMatrix& first) {
-            session.answer(result, {{"first", matrixOf(first.elements.data())}});
-        });
+    session.service().getColorTransformMatrix(session.handle(), values.number(0),
+                                              [&session](Result result, const ColorTransformMatrix& first) {
+                                                  session.answer(result, {{"first", matrixOf(first.elements.data())}});
+                                              });
 }
 
 void getColorTransformMatrix2(Session& session, const Values& values) {
     session.service().getColorTransformMatrix2(
         session.handle(), values.number(0),
         [&session](Result result, const ColorTransformMatrix& first, const ColorTransformMatrix& last) {
-            session.answer(
-                result, {{"first", matrixOf(first.elements.data())}, {"last", matrixOf(last.elements.data())}});
+            session.answer(result,
+                           {{"first", matrixOf(first.elements.data())}, {"last", matrixOf(last.elements.data())}});
         });
 }
 
@@ -323,7 +324,7 @@ const std::vector<Command>& commands() {
     using Kind = Argument::Kind;
     static const std::vector<Command> table = {
         {"init", {}, "start the service: find the composer and apply the panel's calibration", initService, "service"},
-        {"deInit", {}, "stop the service: let go of the composer", deInitService},
+        {"deInit", {}, "stop the service: release the composer", deInitService},
         {"allocUserHandle", {}, "get a user handle, which later commands use", allocUserHandle},
         {"freeUserHandle", {}, "give the user handle back", freeUserHandle},
         {"getNumOfDisplay", {}, "how many displays the service knows", getNumOfDisplay},
@@ -436,10 +437,10 @@ const std::vector<Command>& commands() {
          {{"name", Kind::NAME}, {"display", Kind::DISPLAY, 1, true}},
          "write the picture as the display shows it now",
          writePicture,
-         "what there is to see"},
+         "output"},
         {"show",
          {},
-         "the state of the service and of all it stands on",
+         "the state of the service and of everything it uses",
          [](Session& session, const Values&) { session.show(); }},
     };
     return table;

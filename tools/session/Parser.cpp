@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -82,7 +83,7 @@ T parseNumber(const Command& command, const Argument& argument, std::string_view
     const char* const end = word.data() + word.size();
     const auto [rest, error] = std::from_chars(word.data(), end, value);
     if (error == std::errc::result_out_of_range) failValue(command, argument, word, "is out of range");
-    if (error != std::errc() || rest != end) failValue(command, argument, word, "is no number of the kind");
+    if (error != std::errc() || rest != end) failValue(command, argument, word, "is not a number of that kind");
     return value;
 }
 
@@ -96,7 +97,7 @@ std::chrono::milliseconds parseDuration(const Command& command, const Argument& 
     const size_t digits = std::min(word.find_first_not_of("0123456789."), word.size());
     const auto unit = std::find_if(kUnits.begin(), kUnits.end(),
                                    [&](const Unit& candidate) { return candidate.name == word.substr(digits); });
-    if (unit == kUnits.end()) failValue(command, argument, word, "is no duration");
+    if (unit == kUnits.end()) failValue(command, argument, word, "is not a duration");
     const double length = parseNumber<double>(command, argument, word.substr(0, digits)) * unit->milliseconds;
     if (!(length <= kLongest)) failValue(command, argument, word, "is out of range");
     return std::chrono::milliseconds(std::llround(length));
@@ -127,14 +128,14 @@ Values::Value parseValue(const Command& command, const Argument& argument, std::
         case Argument::Kind::DURATION:
             return parseDuration(command, argument, word);
         case Argument::Kind::NAME:
-            if (!isName(word)) failValue(command, argument, word, "is no name");
+            if (!isName(word)) failValue(command, argument, word, "is not a name");
             break;
         case Argument::Kind::WORD:
             if (std::find(argument.words.begin(), argument.words.end(), word) == argument.words.end())
                 failValue(command, argument, word, "is another word");
             break;
         case Argument::Kind::FILE:
-            if (word.find('\0') != std::string_view::npos) failValue(command, argument, word, "is no file's name");
+            if (word.find('\0') != std::string_view::npos) failValue(command, argument, word, "is not a file name");
             break;
         case Argument::Kind::TEXT:
             break;

@@ -146,11 +146,12 @@ void Session::run(std::string_view line, size_t number) {
     if (parsed.command == nullptr) return;
     operation = parsed.command->name;
     parsed.command->run(*this, parsed.values);
-    simulated.clock().settle();  // threads that the line started have come to wait
+    simulated.clock().settle();
     report(LineDone{});
 }
 
 void Session::answer(Value result, Values values) {
+    simulated.clock().settle();  // what threads that have just started do precedes the answer
     simulated.report(Answer{operation, std::move(result), std::move(values)});
 }
 

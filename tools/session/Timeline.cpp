@@ -116,8 +116,8 @@ public:
     // "setAladParams 0 on, levels 3 to 41 in 39 messages, 20 ms apart"; empty for less than three messages.
     std::string text() const {
         if (events.size() < 3) return "";
-        return "setAladParams 0 on, levels " + std::to_string(levels.front()) + " to " +
-               std::to_string(levels.back()) + " in " + std::to_string(events.size()) + " messages, " +
+        return "setAladParams 0 on, levels " + std::to_string(levels.front()) + " to " + std::to_string(levels.back()) +
+               " in " + std::to_string(events.size()) + " messages, " +
                std::to_string(events[1].milliseconds() - events[0].milliseconds()) + " ms apart";
     }
 
@@ -126,8 +126,8 @@ private:
         if (events.empty()) return true;
         const int step = level - levels.back();
         if (step != 1 && step != -1) return false;
-        return events.size() < 2 || (step == levels[1] - levels[0] &&
-                                     event.time - events.back().time == events[1].time - events[0].time);
+        return events.size() < 2 ||
+               (step == levels[1] - levels[0] && event.time - events.back().time == events[1].time - events[0].time);
     }
 
     std::vector<SessionEvent> events;

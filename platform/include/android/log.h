@@ -41,8 +41,8 @@ typedef void (*__android_logger_function)(const struct __android_log_message* lo
 // priority is not formatted. Returns 1 if the line was passed on, 0 if it was suppressed.
 int __android_log_print(int prio, const char* tag, const char* fmt, ...) __attribute__((format(printf, 3, 4)));
 
-// Replaces the process's logger; null restores the default one. The logger is called on the thread that logs, on several
-// threads at once.
+// Replaces the process's logger; null restores the default one. The logger is called on the thread that logs, on
+// several threads at once.
 void __android_log_set_logger(__android_logger_function logger);
 
 // The default logger: "D/TAG( pid): text" and a line feed, in one write to standard error.
