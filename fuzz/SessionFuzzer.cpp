@@ -31,7 +31,6 @@ using ::android::hardware::hidl_vec;
 using ::android::hardware::Return;
 
 constexpr uint64_t kHandle = 7;
-constexpr size_t kMostMemory = 64 << 20;  // bytes in one piece
 constexpr uint64_t kDisplays[] = {0, 0, 0, 0, 1, 1, 2, 3, uint64_t{1} << 32, UINT64_MAX};
 // 400000: there is memory for what is known of the displays, and none for their colours.
 constexpr uint32_t kCounts[] = {0, 1, 2, 2, 3, 400000, INT32_MAX, uint32_t{INT32_MAX} + 1, UINT32_MAX};

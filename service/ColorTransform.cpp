@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The composer's colour transform, forwarded: the service stores nothing of it.
+// The composer's colour transform. Calls are forwarded; the service stores no matrix.
 #include <platform/Log.h>
 
 #include <cinttypes>

@@ -51,7 +51,7 @@ public:
 
     // Connects to the composer, reads the displays and applies the panel's calibration to display 0. Returns 0 on
     // success, -1 without a composer, -2 if the display count fails or exceeds kMaxDisplays. May be called again:
-    // remaining displays keep their colour state.
+    // displays that are still present keep their colour state.
     int init();
     // Releases the composer. All other state stays.
     void deInit();
@@ -67,7 +67,7 @@ public:
                                 const std::function<void(Result, const DisplayInfo&)>& callback);
 
     // --- The composer's colour transform (ColorTransform.cpp) ---
-    // Forwarded for any display, and the composer's Result is returned. FAILED (and zeros) if the transport fails.
+    // Forwarded for any display. Return the composer's Result, and FAILED (getters: with zeros) if the transport fails.
 
     // Sets the first matrix to the identity and the last to matrix.
     Return<Result> setColorTransformMatrix(uint64_t handle, uint64_t display, const ColorTransformMatrix& matrix);
@@ -164,7 +164,7 @@ private:
     Result sendColorTransform(uint64_t display, const ComposerMatrix& first, const ComposerMatrix& last);
     ColorTransform queryColorTransform(uint64_t display);
 
-    // Sends the panel's gamma table to display 0: the tuned one if present, otherwise the calibrated one if present.
+    // Sends the panel's gamma table to display 0: the tuned one if present, else the calibrated one if present.
     void sendCalibratedGamma(const ConfigXmlParser& record);
     Result sendPowerTable(uint64_t display, float exponent);
     Result sendGammaTable(uint64_t display, const float* entries);
@@ -185,7 +185,7 @@ private:
     std::vector<DisplayInfo> displayInfos;
     TMat33<float> firstCtm;                   // identity: the first matrix of requests that give only one
     std::vector<ColorManager> colorManagers;  // index: display
-    DisplayAlad* displayAlad = nullptr;       // owned, enabled; null while ALAD is off. Keeps running after this object
+    DisplayAlad* displayAlad = nullptr;       // null while ALAD is off; not deleted with this object
     float wpcParam[9] = {};                   // parameters of the white-point calibration, in the order of the file
     bool hasWpcParam = false;
     ScreenMode screenMode = NONE;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Exclusive mode: a client uses display 0 without any adjustment, and gives it back.
+// Exclusive mode: a client uses display 0 without any adjustment until it leaves the mode.
 #include <platform/Answer.h>
 #include <platform/Log.h>
 

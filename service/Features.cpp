@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Features by number: a generic entry to screen modes, colour temperatures and backlight control.
+// Features by number: one entry for screen modes, colour temperatures and backlight control.
 #include <platform/Log.h>
 #include <platform/Numbers.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Gamma and de-gamma tables, forwarded: the service stores nothing of them.
+// Gamma and de-gamma tables. Calls are forwarded; the service stores no table.
 #include <platform/Answer.h>
 #include <platform/Log.h>
 

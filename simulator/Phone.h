@@ -11,7 +11,7 @@
 //     phone.files().write(kWhitePointNode, "x=313,y=329\n");
 //     phone.files().remove(kCabcNode);
 //     phone.files().makeFolder(kPanelNameNode);
-//     phone.clock().refuseThreads(true);                            // threads cannot be started
+//     phone.clock().refuseThreads(true);                            // no thread can be started
 //     phone.stopComposer();                                         // its process ends: every call fails
 //     phone.setComposerPresent(false);                              // it runs, and getService does not find it
 //     phone.sensors().light(9000);

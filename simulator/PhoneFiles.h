@@ -24,6 +24,7 @@ struct PhoneNode {
 };
 constexpr std::array<PhoneNode, 3> kPhoneNodes = {
     {{"panel", kPanelNameNode}, {"cabc", kCabcNode}, {"whitepoint", kWhitePointNode}}};
+
 // The path of a node of that name; the name is one of kPhoneNodes.
 std::string_view nodePath(std::string_view name);
 

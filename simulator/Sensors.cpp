@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <utility>
 
 namespace simulator {
@@ -56,7 +57,7 @@ public:
                                               }));
     }
 
-    // If no thread can be started, nothing is delivered.
+    // Without a thread nothing is delivered.
     void startDelivery() {
         if (delivery != nullptr) return;
         setStopping(false);

@@ -14,11 +14,12 @@
 
 namespace simulator {
 
+using vendor::kov::hardware::display_control::V1_0::implementation::CalibrationBlock;
 using vendor::kov::hardware::display_control::V1_0::implementation::ConfigXmlParser;
 
 struct Finding {
-    // An error: the library does not use it, or uses something else than the text says. A warning: it does as it is
-    // told, and the display will show it.
+    // An error: the library does not use the text, or reads it as something else. A warning: the library uses the value
+    // as written, and the display will show it.
     enum class Severity { ERROR, WARNING };
     Severity severity;
     long line;                    // in the file; 0 when it has none
@@ -32,10 +33,9 @@ struct Finding {
 
 // What the file has of a block.
 struct BlockCount {
-    std::string_view block;
+    const CalibrationBlock* block;
     long line;      // 0: the file has no such block; otherwise where the last of that name begins
     size_t values;  // in the file, those included that are too many
-    size_t needed;  // for a complete block
 };
 
 struct CheckedCalibration {

@@ -31,9 +31,10 @@ public:
     Notes(const Rule& looking, std::vector<Finding>& all) : rule(looking), findings(all) {}
     void add(std::string_view block, long line, std::optional<size_t> value, std::string what, std::string expected);
     // Of the block that the library has in the end.
-    void addBlock(const Subject& subject, const BlockForm& form, std::string what, std::string expected);
+    void addBlock(const Subject& subject, const CalibrationBlock& form, std::string what, std::string expected);
     // Of the value of that index, with its line in the file.
-    void addValue(const Subject& subject, const BlockForm& form, size_t index, std::string what, std::string expected);
+    void addValue(const Subject& subject, const CalibrationBlock& form, size_t index, std::string what,
+                  std::string expected);
 
 private:
     const Rule& rule;

@@ -25,8 +25,8 @@ std::string colorText(int32_t color) {
 }
 
 const char* sentTable(const ConfigXmlParser& record) {
-    if (record.hasGammaTuning) return "Gamma_Tuning";
-    return record.hasGammaCalib ? "Gamma_Calib" : nullptr;
+    if (record.hasGammaTuning) return blockOf(&ConfigXmlParser::hasGammaTuning).name;
+    return record.hasGammaCalib ? blockOf(&ConfigXmlParser::hasGammaCalib).name : nullptr;
 }
 
 Content matrixContent(const float* elements) {
@@ -48,28 +48,29 @@ Content eyeCareContent(const ConfigXmlParser& record) {
             {"coefficients", std::string(fitted ? "given" : "all 0")}};
 }
 
-Content contentOf(const ConfigXmlParser& record, const BlockForm& form) {
-    if (form.name == "UnlimitedCT")
+Content contentOf(const ConfigXmlParser& record, const CalibrationBlock& form) {
+    if (form.isComplete == &ConfigXmlParser::hasUnlimitedCT)
         return {{"warm", colorText(record.unlimitedWarm)}, {"cold", colorText(record.unlimitedCold)}};
-    if (form.name == "EyeCare") return eyeCareContent(record);
-    const float* const values = form.values(record);
-    if (form.count == ConfigXmlParser::kTable) return tableContent(values);
-    return form.name == "WPCParam" ? Content{{"parameters", matrixOf(values)}} : matrixContent(values);
+    if (form.isComplete == &ConfigXmlParser::hasEyeCare) return eyeCareContent(record);
+    const float* const values = floatsOf(form, record);
+    if (form.elements == ConfigXmlParser::kTable) return tableContent(values);
+    if (form.isComplete == &ConfigXmlParser::hasWpcParam) return {{"parameters", matrixOf(values)}};
+    return matrixContent(values);
 }
 
 // What the service does with a block, or does without it.
-std::string useOf(const ConfigXmlParser& record, const BlockForm& form) {
-    const bool complete = record.*form.complete;
-    if (form.count == ConfigXmlParser::kTable) {
+std::string useOf(const ConfigXmlParser& record, const CalibrationBlock& form) {
+    const bool complete = record.*form.isComplete;
+    if (form.elements == ConfigXmlParser::kTable) {
         const char* const sent = sentTable(record);
         if (sent == nullptr) return "no table is sent";
-        return form.name == sent ? "sent to the composer" : std::string(sent) + " is sent instead";
+        return form.name == std::string_view(sent) ? "sent to the composer" : std::string(sent) + " is sent instead";
     }
     if (complete) return "used";
-    if (form.name == "UnlimitedCT")
+    if (form.isComplete == &ConfigXmlParser::hasUnlimitedCT)
         return "default " + colorText(ColorManager::kDefaultWarm) + " to " + colorText(ColorManager::kDefaultCold);
-    if (form.name == "EyeCare") return "eye care is not configured";
-    return form.name == "WPCParam" ? "default parameters" : "identity";
+    if (form.isComplete == &ConfigXmlParser::hasEyeCare) return "eye care is not configured";
+    return form.isComplete == &ConfigXmlParser::hasWpcParam ? "default parameters" : "identity";
 }
 
 // A part of a block's content: "matrix 1 0 0 0 1 0 0 0 1".
@@ -88,8 +89,8 @@ Summary summaryOf(const CheckedCalibration& checked) {
     Summary summary;
     if (const char* const sent = sentTable(record)) summary.gammaTableSent = sent;
     for (const BlockCount& count : checked.blocks) {
-        const BlockForm& form = formOf(count.block);
-        const bool complete = record.*form.complete;
+        const CalibrationBlock& form = *count.block;
+        const bool complete = record.*form.isComplete;
         summary.blocks.push_back(
             {count, complete, useOf(record, form), complete ? contentOf(record, form) : Content()});
     }
@@ -101,10 +102,10 @@ Json toJson(const Summary& summary) {
     for (const BlockSummary& block : summary.blocks) {
         Json content = block.complete ? Json::object() : Json();
         for (const auto& [name, value] : block.content) content[name] = valueToJson(value);
-        blocks.push_back({{"name", block.count.block},
+        blocks.push_back({{"name", block.count.block->name},
                           {"line", block.count.line},
                           {"values", block.count.values},
-                          {"needed", block.count.needed},
+                          {"needed", block.count.block->elements},
                           {"complete", block.complete},
                           {"use", block.use},
                           {"content", content}});
@@ -131,13 +132,13 @@ std::string textOf(const Summary& summary) {
     std::string text;
     for (const BlockSummary& block : blocks) {
         char head[96];
-        snprintf(head, sizeof head, "  %-13s", std::string(block.count.block).c_str());
+        snprintf(head, sizeof head, "  %-13s", block.count.block->name);
         text += head;
         if (block.count.line == 0) {
             text += "not in the file: ";
         } else if (!block.complete) {
             text += "not complete, " + std::to_string(block.count.values) + " of " +
-                    std::to_string(block.count.needed) + " values: ";
+                    std::to_string(block.count.block->elements) + " values: ";
         }
         text += block.use;
         const char* separator = ": ";

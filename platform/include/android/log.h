@@ -48,7 +48,7 @@ void __android_log_set_logger(__android_logger_function logger);
 // The default logger: "D/TAG( pid): text" and a line feed, in one write to standard error.
 void __android_log_stderr_logger(const struct __android_log_message* log_message);
 
-// Suppresses lines below this priority; at first none is suppressed. Returns the previous minimum.
+// Suppresses lines below this priority. By default no line is suppressed. Returns the previous minimum.
 int32_t __android_log_set_minimum_priority(int32_t priority);
 int32_t __android_log_get_minimum_priority(void);
 
