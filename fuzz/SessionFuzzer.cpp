@@ -40,9 +40,8 @@ constexpr float kLights[] = {300,  0,     -5,    4999,  5000,  5001,   7999,  80
                              9999, 20000, 30000, 49999, 60000, 123.9F, -0.7F, 5e10F, -INFINITY, NAN};
 constexpr int64_t kDurations[] = {0, 1, 19, 20, 21, 500, 979, 980, 1000, 1020, 2000, 5000};  // milliseconds
 constexpr std::array<size_t, 64> kTableSizes = {0, 0, 0, 0, 0, 0, 3, 4096, 4097};  // mostly none: they take long
-constexpr fakes::Fault kFaults[] = {
-    fakes::Fault::NONE, fakes::Fault::REFUSES, fakes::Fault::SILENT,
-    fakes::Fault::NONE, fakes::Fault::UNREACHABLE, fakes::Fault::DIES_AFTER_ANSWER};
+constexpr fakes::Fault kFaults[] = {fakes::Fault::NONE, fakes::Fault::REFUSES,     fakes::Fault::SILENT,
+                                    fakes::Fault::NONE, fakes::Fault::UNREACHABLE, fakes::Fault::DIES_AFTER_ANSWER};
 constexpr const char* kComposerCalls[] = {"getNumOfDisplay",         "getDisplayInfo",      "setColorTransformMatrix",
                                           "getColorTransformMatrix", "setGlobalGammaLut",   "getGlobalGammaLut",
                                           "setGlobalDeGammaLut",     "getGlobalDeGammaLut", "setAladParams",

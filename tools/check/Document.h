@@ -43,7 +43,7 @@ struct Block {
     long line;
     size_t count;                   // values in the file
     std::vector<ValueText> values;  // the first of them, at most one more than the block needs
-    long strayText;                 // line of text that stands between the values; 0 when there is none
+    long strayText;                 // line of text between the values; 0 if none
 };
 
 // An element in the place of a block.
@@ -69,7 +69,7 @@ struct Document {
 
     // The last of the blocks of that name; null when there is none.
     const Block* lastOf(const CalibrationBlock& form) const;
-    // Where the value of that index stands that the library has in the end: in the last of the blocks that has it.
+    // The line of the value that the library uses for that index: in the last of the blocks that has it.
     long lineOf(const CalibrationBlock& form, size_t index) const;
 };
 

@@ -4,12 +4,11 @@
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
-#include <numeric>
 #include <utility>
 
+#include "simulator/Event.h"
 #include "tools/check/Rules.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -54,44 +53,20 @@ void notWellFormed(const Subject& subject, Notes& notes) {
 
 // Blocks.
 
-// Levenshtein's distance, letter case aside: single characters put in, left out or replaced.
-size_t editDistance(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-    std::vector<size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), size_t{0});
-    for (size_t i = 0; i < a.size(); ++i) {
-        size_t diagonal = std::exchange(row[0], i + 1);
-        for (size_t j = 0; j < b.size(); ++j) {
-            const size_t replaced = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
-
-// Whether name was probably meant to be known: a third of the known one's characters may differ.
-bool isNear(std::string_view name, std::string_view known) {
-    const size_t allowed = known.size() / 3;
-    return name.size() <= known.size() + allowed && editDistance(name, known) <= allowed;
-}
-
 std::string expectedBlock(std::string_view name) {
+    std::vector<std::string_view> names;
     std::string all;
-    size_t best = std::numeric_limits<size_t>::max();
-    std::string_view nearest;
     for (const CalibrationBlock& form : kCalibrationBlocks) {
+        names.emplace_back(form.name);
         all.append(all.empty() ? "" : ", ").append(form.name);
-        if (!isNear(name, form.name) || editDistance(name, form.name) >= best) continue;
-        best = editDistance(name, form.name);
-        nearest = form.name;
     }
+    const std::string_view nearest = nearestOf(name, names);
     return nearest.empty() ? "one of " + all : std::string(nearest);
 }
 
 void unknownBlock(const Subject& subject, Notes& notes) {
     for (const UnknownElement& element : subject.document.unknown) {
-        notes.add("", element.line, {}, inQuotes(element.name) + " is no block of a calibration and is ignored",
+        notes.add("", element.line, {}, inQuotes(element.name) + " is not a block of a calibration and is ignored",
                   expectedBlock(element.name));
     }
 }
@@ -189,13 +164,6 @@ struct Written {
     std::string_view rest;  // what follows and is ignored
 };
 
-std::string_view trimmed(std::string_view text) {
-    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
-    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-    return text;
-}
-
 Written convert(const std::string& text, bool isColor) {
     char* end = nullptr;
     const double number =
@@ -236,7 +204,7 @@ using Fault = std::string (*)(const Written& value, const CalibrationBlock& form
 
 std::string noNumber(const Written& value, const CalibrationBlock& /*form*/) {
     if (!value.body.empty()) return "";
-    return (value.text.empty() ? "is empty" : inQuotes(value.text) + " is no number") + " and is read as 0";
+    return (value.text.empty() ? "is empty" : inQuotes(value.text) + " is not a number") + " and is read as 0";
 }
 
 std::string trailingText(const Written& value, const CalibrationBlock& /*form*/) {
@@ -256,7 +224,7 @@ std::string notFinite(const Written& value, const CalibrationBlock& /*form*/) {
 std::string outOfRange(const Written& value, const CalibrationBlock& form) {
     if (value.isColor) {
         const bool fits = value.number >= 0 && value.number <= static_cast<double>(kWhite);
-        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is no colour";
+        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is not a colour";
     }
     if (value.body.empty() || hasLetter(value.body, "nN")) return "";
     const bool staysDouble = form.isComplete == &ConfigXmlParser::hasEyeCare;
