@@ -5,9 +5,8 @@
 #include <array>
 
 #include "bench/QuietLog.h"
-#include "bench/QuietServices.h"
-#include "bench/SamplePhone.h"
 #include "service/DisplayControlImpl.h"
+#include "simulator/Phone.h"
 
 namespace bench {
 namespace {
@@ -15,17 +14,14 @@ namespace {
 using namespace vendor::kov::hardware::display_control::V1_0::implementation;
 using ::vendor::kov::hardware::display_control::V1_0::Result;
 
-// The service on the sample phone, with a composer that keeps nothing.
-class Service {
-public:
-    Service() { composer->registerAsService(); }
-    ~Service() { platform::clearServices(); }
-    Service(const Service&) = delete;
-    Service& operator=(const Service&) = delete;
+// The service on the sample phone, which nobody observes. The closed library does nothing.
+struct Service {
+    Service() {
+        phone.closed().getUnlimitedCTParams = [](int, float*) { return 0; };
+    }
 
     const QuietLog quiet;
-    const SamplePhone phone;
-    const sp<QuietComposer> composer{new QuietComposer(1)};
+    simulator::Phone phone{simulator::PhoneFiles::samplePhone()};
     DisplayControlImpl impl;
 };
 
@@ -45,11 +41,11 @@ void finalCtmAndCall(benchmark::State& state) {
     Service service;
     service.impl.init();
     ColorManager colors = service.impl.displayColors()[0];
-    composer_ext::IComposerExt* composer = service.composer.get();
+    simulator::composer_ext::IComposerExt* composer = &service.phone.composer();
     std::array<float, 3> gains{1.0F, 1.0F, 1.0F};
     benchmark::DoNotOptimize(composer);
-    composer_ext::ColorTransformMatrix first{};
-    composer_ext::ColorTransformMatrix last{};
+    simulator::composer_ext::ColorTransformMatrix first{};
+    simulator::composer_ext::ColorTransformMatrix last{};
     for (auto _ : state) {
         benchmark::DoNotOptimize(gains);
         for (size_t i = 0; i < gains.size(); ++i) colors.unlimitedCtm[4 * i] = gains[i];

@@ -18,11 +18,10 @@
 #include <string>
 
 #include "bench/QuietLog.h"
-#include "bench/QuietServices.h"
-#include "bench/SamplePhone.h"
 #include "calibration/ConfigXmlParser.h"
 #include "calibration/PanelTable.h"
 #include "service/DisplayControlImpl.h"
+#include "simulator/Phone.h"
 
 namespace {
 
@@ -75,9 +74,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const bench::QuietLog quiet;
-    const bench::SamplePhone phone;
-    const bench::sp<bench::QuietComposer> composer(new bench::QuietComposer(1));
-    composer->registerAsService();
+    const simulator::Phone phone(simulator::PhoneFiles::samplePhone());
 
     const double begin = processorNanoseconds();
     for (int i = 0; i < kReads; ++i) {

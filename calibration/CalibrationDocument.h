@@ -16,7 +16,7 @@ constexpr long kLongestCalibrationFile = 16L << 20;  // bytes
 // Why a calibration file is not used.
 enum class Refusal {
     NONE,
-    NOT_A_FILE,         // not a regular file of at most kLongestCalibrationFile
+    NOT_ACCEPTED,       // not a regular file of at most kLongestCalibrationFile
     NOT_WELL_FORMED,    // libxml2 cannot parse it
     DECLARES_ENTITIES,  // a few entities can expand to any amount of text
 };

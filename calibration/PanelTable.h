@@ -14,12 +14,9 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 extern const std::map<std::string, std::string> panelCalibFiles;
 
 // Calibration file of a panel that is not in the table.
-extern const std::string kDefaultCalibFile;
+constexpr const char* kDefaultCalibFile = "/vendor/etc/disp_calib_data_default.xml";
 
 constexpr const char* kPanelNameNode = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_panel_name";
-
-// Calibration file of the panel with exactly that name, or the default.
-const std::string& calibFileOf(const std::string& panelName);
 
 struct PanelIdentity {
     platform::NodeText name;  // as read from the node

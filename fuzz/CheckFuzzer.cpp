@@ -25,8 +25,8 @@ void requireSentences(const CheckedCalibration& checked) {
         require(std::all_of(sentence.begin(), sentence.end(), [](char c) { return c >= ' ' && c <= '~'; }),
                 "a finding is printable: " + sentence);
     }
-    const simulator::Json summary = summaryOf(checked);
-    require(!summary.dump().empty() && !simulator::textOf(summary).empty(), "the summary can be printed");
+    const simulator::Summary summary = summaryOf(checked);
+    require(!toJson(summary).dump().empty() && !simulator::textOf(summary).empty(), "the summary can be printed");
 }
 
 void requireBlocks(const CheckedCalibration& checked) {

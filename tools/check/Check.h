@@ -27,8 +27,8 @@ struct Finding {
     std::optional<size_t> value;  // the value's number in its block, from 1
     std::string rule;             // short stable name, kebab-case
     std::string what;             // what is wrong, as said of the value, the block or the file: "is empty"
-    std::string expected;         // what was expected; "" where the finding stands for others
-    size_t more = 0;              // above 0: no finding of its own, but that many more of the rule in the block
+    std::string expected;         // what was expected; "" where more is above 0
+    size_t more = 0;              // above 0: represents that many more findings of the rule in the block
 };
 
 // What the file has of a block.

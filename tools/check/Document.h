@@ -31,7 +31,7 @@ std::array<std::string_view, 2> valueNamesOf(const CalibrationBlock& block);
 const float* floatsOf(const CalibrationBlock& block, const ConfigXmlParser& record);
 
 // A value as it is written. Lines, here and below, are exact up to 65535, and near the place beyond it.
-struct Value {
+struct ValueText {
     long line;
     std::string name;
     std::optional<std::string> text;  // nothing when it is made of entities or of further elements
@@ -41,9 +41,9 @@ struct Value {
 struct Block {
     const CalibrationBlock* form;
     long line;
-    size_t count;               // values in the file
-    std::vector<Value> values;  // the first of them, at most one more than the block needs
-    long strayText;             // line of text that stands between the values; 0 when there is none
+    size_t count;                   // values in the file
+    std::vector<ValueText> values;  // the first of them, at most one more than the block needs
+    long strayText;                 // line of text between the values; 0 if none
 };
 
 // An element in the place of a block.
@@ -53,7 +53,7 @@ struct UnknownElement {
 };
 
 // What the XML reader says of a document that is not well-formed.
-struct XmlMessage {
+struct ReadError {
     long line;
     std::string text;
 };
@@ -63,13 +63,13 @@ struct Document {
     std::string encoding;           // as declared; "" without a declaration
     bool hasCommonEncoding = true;  // UTF-8, UTF-16, ISO-8859-1 or ASCII: every libxml2 reads it
     bool isCompressed = false;      // this libxml2 has unpacked the file
-    std::vector<XmlMessage> messages;
+    std::vector<ReadError> messages;
     std::vector<Block> blocks;
     std::vector<UnknownElement> unknown;
 
     // The last of the blocks of that name; null when there is none.
     const Block* lastOf(const CalibrationBlock& form) const;
-    // Where the value of that index stands that the library has in the end: in the last of the blocks that has it.
+    // The line of the value that the library uses for that index: in the last of the blocks that has it.
     long lineOf(const CalibrationBlock& form, size_t index) const;
 };
 

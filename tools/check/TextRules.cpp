@@ -4,12 +4,11 @@
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
-#include <numeric>
 #include <utility>
 
+#include "simulator/Event.h"
 #include "tools/check/Rules.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -22,7 +21,7 @@ constexpr size_t kColorDigits = 6;
 
 void refused(const Subject& subject, Notes& notes) {
     const Refusal refusal = subject.document.refusal;
-    if (refusal == Refusal::NOT_A_FILE)
+    if (refusal == Refusal::NOT_ACCEPTED)
         notes.add("", 0, {}, "is too large and is not used",
                   "at most " + std::to_string(kLongestCalibrationFile) + " bytes");
     if (refusal == Refusal::DECLARES_ENTITIES)
@@ -43,10 +42,10 @@ void encoding(const Subject& subject, Notes& notes) {
 
 void notWellFormed(const Subject& subject, Notes& notes) {
     if (subject.document.refusal != Refusal::NOT_WELL_FORMED) return;
-    const std::vector<XmlMessage>& messages = subject.document.messages;
+    const std::vector<ReadError>& messages = subject.document.messages;
     constexpr const char* kExpected = "well-formed XML";
     if (messages.empty()) notes.add("", 0, {}, "is not well-formed and is not used", kExpected);
-    for (const XmlMessage& message : messages) {
+    for (const ReadError& message : messages) {
         notes.add("", message.line, {}, "is not well-formed and is not used: " + printable(message.text.substr(0, 120)),
                   kExpected);
     }
@@ -54,44 +53,20 @@ void notWellFormed(const Subject& subject, Notes& notes) {
 
 // Blocks.
 
-// Levenshtein's distance, letter case aside: single characters put in, left out or replaced.
-size_t editDistance(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-    std::vector<size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), size_t{0});
-    for (size_t i = 0; i < a.size(); ++i) {
-        size_t diagonal = std::exchange(row[0], i + 1);
-        for (size_t j = 0; j < b.size(); ++j) {
-            const size_t replaced = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
-
-// Whether name was probably meant to be known: a third of the known one's characters may differ.
-bool isNear(std::string_view name, std::string_view known) {
-    const size_t allowed = known.size() / 3;
-    return name.size() <= known.size() + allowed && editDistance(name, known) <= allowed;
-}
-
 std::string expectedBlock(std::string_view name) {
+    std::vector<std::string_view> names;
     std::string all;
-    size_t best = std::numeric_limits<size_t>::max();
-    std::string_view nearest;
     for (const CalibrationBlock& form : kCalibrationBlocks) {
+        names.emplace_back(form.name);
         all.append(all.empty() ? "" : ", ").append(form.name);
-        if (!isNear(name, form.name) || editDistance(name, form.name) >= best) continue;
-        best = editDistance(name, form.name);
-        nearest = form.name;
     }
+    const std::string_view nearest = nearestOf(name, names);
     return nearest.empty() ? "one of " + all : std::string(nearest);
 }
 
 void unknownBlock(const Subject& subject, Notes& notes) {
     for (const UnknownElement& element : subject.document.unknown) {
-        notes.add("", element.line, {}, inQuotes(element.name) + " is no block of a calibration and is ignored",
+        notes.add("", element.line, {}, inQuotes(element.name) + " is not a block of a calibration and is ignored",
                   expectedBlock(element.name));
     }
 }
@@ -146,7 +121,7 @@ void missingName(const Block& block, std::string_view name, Notes& notes) {
     const auto end = block.values.begin() + static_cast<std::ptrdiff_t>(block.form->elements);
     const std::string text(name);
     const auto others = valueNamesOf(*block.form);
-    const auto near = std::find_if(block.values.begin(), end, [&](const Value& value) {
+    const auto near = std::find_if(block.values.begin(), end, [&](const ValueText& value) {
         return isNear(value.name, name) && std::find(others.begin(), others.end(), value.name) == others.end();
     });
     if (near == end) {
@@ -189,13 +164,6 @@ struct Written {
     std::string_view rest;  // what follows and is ignored
 };
 
-std::string_view trimmed(std::string_view text) {
-    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
-    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-    return text;
-}
-
 Written convert(const std::string& text, bool isColor) {
     char* end = nullptr;
     const double number =
@@ -236,7 +204,7 @@ using Fault = std::string (*)(const Written& value, const CalibrationBlock& form
 
 std::string noNumber(const Written& value, const CalibrationBlock& /*form*/) {
     if (!value.body.empty()) return "";
-    return (value.text.empty() ? "is empty" : inQuotes(value.text) + " is no number") + " and is read as 0";
+    return (value.text.empty() ? "is empty" : inQuotes(value.text) + " is not a number") + " and is read as 0";
 }
 
 std::string trailingText(const Written& value, const CalibrationBlock& /*form*/) {
@@ -256,7 +224,7 @@ std::string notFinite(const Written& value, const CalibrationBlock& /*form*/) {
 std::string outOfRange(const Written& value, const CalibrationBlock& form) {
     if (value.isColor) {
         const bool fits = value.number >= 0 && value.number <= static_cast<double>(kWhite);
-        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is no colour";
+        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is not a colour";
     }
     if (value.body.empty() || hasLetter(value.body, "nN")) return "";
     const bool staysDouble = form.isComplete == &ConfigXmlParser::hasEyeCare;
@@ -274,7 +242,7 @@ void inValues(const Subject& subject, Notes& notes) {
         const bool areColors = form.isComplete == &ConfigXmlParser::hasUnlimitedCT;
         const auto names = valueNamesOf(form);
         for (size_t i = 0; i < std::min(form.elements, block.values.size()); ++i) {
-            const Value& value = block.values[i];
+            const ValueText& value = block.values[i];
             const bool isRead = !areColors || std::find(names.begin(), names.end(), value.name) != names.end();
             if (!value.text || !isRead) continue;
             std::string what = fault(convert(*value.text, areColors), form);

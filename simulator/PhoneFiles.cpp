@@ -1,4 +1,5 @@
-#include "simulator/PhoneTree.h"
+// SPDX-License-Identifier: Apache-2.0
+#include "simulator/PhoneFiles.h"
 
 #include <platform/DeviceFiles.h>
 
@@ -6,11 +7,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
-
-#include "calibration/PanelTable.h"
 
 namespace simulator {
 
@@ -40,78 +40,87 @@ void makeFolderOf(const fs::path& file) {
     check(error, file, "its folder could not be made", "a phone's folder that can be written");
 }
 
-void removeFile(const fs::path& file) {
-    std::error_code error;
-    fs::remove(file, error);
-    check(error, file, "could not be removed", "a phone's folder that can be written");
-}
-
-std::string_view nodePath(std::string_view name) {
-    const auto node = std::find_if(kPhoneNodes.begin(), kPhoneNodes.end(),
-                                   [name](const PhoneNode& candidate) { return candidate.name == name; });
-    if (node == kPhoneNodes.end()) throw std::runtime_error(std::string(name) + " is not a node of the phone");
-    return node->path;
-}
-
 }  // namespace
 
-PhoneTree::PhoneTree(fs::path root, bool isTemporary)
+std::string_view nodePath(std::string_view name) {
+    return std::find_if(kPhoneNodes.begin(), kPhoneNodes.end(),
+                        [name](const PhoneNode& candidate) { return candidate.name == name; })
+        ->path;
+}
+
+PhoneFiles::PhoneFiles(fs::path root, bool isTemporary)
     : folder(std::move(root)), temporary(isTemporary), previousRoot(platform::devicePath("")) {
     platform::setDeviceRoot(folder.string());
 }
 
-PhoneTree::PhoneTree(PhoneTree&& other) noexcept
+PhoneFiles::PhoneFiles(PhoneFiles&& other) noexcept
     : folder(std::exchange(other.folder, {})),
       temporary(std::exchange(other.temporary, false)),
       previousRoot(std::move(other.previousRoot)) {}
 
-PhoneTree::~PhoneTree() {
+PhoneFiles::~PhoneFiles() {
     if (folder.empty()) return;
     platform::setDeviceRoot(previousRoot);
     std::error_code ignored;
     if (temporary) fs::remove_all(folder, ignored);
 }
 
-PhoneTree PhoneTree::copyOf(const fs::path& source) {
+PhoneFiles PhoneFiles::copyOf(const fs::path& source) {
     if (!fs::is_directory(source)) fail(source, "is not a folder; expected a folder of the phone's files");
-    PhoneTree tree(makeTemporaryFolder(), true);
+    PhoneFiles tree(makeTemporaryFolder(), true);
     std::error_code error;
     fs::copy(source, tree.folder, fs::copy_options::recursive, error);
     check(error, source, "could not be copied", "a phone's files that can be read");
     return tree;
 }
 
-PhoneTree PhoneTree::empty() {
+PhoneFiles PhoneFiles::empty() {
     return {makeTemporaryFolder(), true};
 }
 
-PhoneTree PhoneTree::at(const fs::path& folder) {
+PhoneFiles PhoneFiles::at(const fs::path& folder) {
     if (!fs::is_directory(folder)) fail(folder, "is not a folder; expected a folder of the phone's files");
     return {fs::absolute(folder), false};
 }
 
-fs::path PhoneTree::pathOf(std::string_view phonePath) const {
+fs::path PhoneFiles::pathOf(std::string_view phonePath) const {
     return folder.string().append(phonePath);
 }
 
-void PhoneTree::writeNode(std::string_view name, std::string_view text) {
-    const fs::path file = pathOf(nodePath(name));
+fs::path PhoneFiles::samplePhone() {
+    return fs::path(DISPLAY_CONTROL_DATA_DIR) / "phone";
+}
+
+void PhoneFiles::write(std::string_view phonePath, std::string_view bytes) {
+    const fs::path file = pathOf(phonePath);
     makeFolderOf(file);
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
-    stream << text << std::flush;
+    stream << bytes << std::flush;
     if (!stream) fail(file, "could not be written; expected a phone's folder that can be written");
 }
 
-void PhoneTree::removeNode(std::string_view name) {
-    removeFile(pathOf(nodePath(name)));
+void PhoneFiles::makeFolder(std::string_view phonePath) {
+    makeFolderOf(pathOf(phonePath) / "");
 }
 
-void PhoneTree::removeCalibration() {
-    removeFile(pathOf(identifyPanel().calibFile));
+std::string PhoneFiles::read(std::string_view phonePath) const {
+    std::ifstream stream(pathOf(phonePath), std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-std::string PhoneTree::installCalibration(const fs::path& file) {
-    std::string phonePath = identifyPanel().calibFile;
+void PhoneFiles::remove(std::string_view phonePath) {
+    const fs::path file = pathOf(phonePath);
+    std::error_code error;
+    fs::remove_all(file, error);
+    check(error, file, "could not be removed", "a phone's folder that can be written");
+}
+
+std::string PhoneFiles::calibrationPath() const {
+    return identifyPanel().calibFile;
+}
+
+std::string PhoneFiles::installCalibration(const fs::path& file) {
+    std::string phonePath = calibrationPath();
     const fs::path place = pathOf(phonePath);
     makeFolderOf(place);
     std::error_code error;
