@@ -8,7 +8,7 @@
 #include <cstring>
 
 #include <platform/DeviceFiles.h>
-#include "platform/src/DeviceNodes.h"
+#include "phone/platform/DeviceNodes.h"
 
 namespace platform {
 
