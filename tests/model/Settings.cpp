@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/model/Settings.h"
+
+#include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+#include <tuple>
+
+namespace model {
+
+namespace {
+
+std::string number(const char* format, double value) {
+    char text[64];
+    snprintf(text, sizeof text, format, value);
+    return text;
+}
+
+std::string element(const std::string& name, const std::string& text) {
+    return "<" + name + ">" + text + "</" + name + ">\n";
+}
+
+std::string block(const std::string& name, const std::vector<float>& values) {
+    std::string text;
+    for (const float value : values) text += element("v", number("%.9g", static_cast<double>(value)));
+    return values.empty() ? "" : element(name, text);
+}
+
+std::string textOf(const Calibration& file) {
+    std::string ends;
+    for (const int32_t color : file.endPoints) {
+        char text[16];
+        snprintf(text, sizeof text, "%" PRIX32, static_cast<uint32_t>(color));
+        ends += element(ends.empty() ? "Warm" : "Cold", text);
+    }
+    std::string eyeCare;
+    for (size_t i = 0; i < file.eyeCare.size(); ++i) {
+        eyeCare += element(i == 0 ? "MaxCCT" : i == 1 ? "MinCCT" : "c", number("%.17g", file.eyeCare[i]));
+    }
+    const std::string blocks = block("CTM_WPC", file.whitePoint) + block("CTM_CCM", file.colorCorrection) +
+                               block("WPCParam", file.whitePointParams) + block("Gamma_Calib", file.calibrated) +
+                               block("Gamma_Tuning", file.tuned) + element("UnlimitedCT", ends) +
+                               element("EyeCare", eyeCare);
+    return file.file == Calibration::File::MALFORMED ? "<panel>" + blocks : element("panel", blocks);
+}
+
+auto fieldsOf(const Calibration& c) {
+    return std::tie(c.file, c.whitePoint, c.colorCorrection, c.whitePointParams, c.calibrated, c.tuned, c.endPoints,
+                    c.eyeCare);
+}
+auto fieldsOf(const Node& node) {
+    return std::tie(node.kind, node.text);
+}
+template <typename File>
+bool differ(const File& a, const File& b) {
+    return fieldsOf(a) != fieldsOf(b);
+}
+
+void put(const Node& node, std::string_view path, simulator::PhoneFiles& files) {
+    files.remove(path);
+    if (node.kind == Node::Kind::FILE) files.write(path, node.text);
+    if (node.kind == Node::Kind::FOLDER) files.makeFolder(path);
+}
+
+void put(const Calibration& calibration, std::string_view path, simulator::PhoneFiles& files) {
+    files.remove(path);
+    if (calibration.file == Calibration::File::MISSING) return;
+    if (calibration.file == Calibration::File::FOLDER) {
+        files.makeFolder(path);
+    } else {
+        files.write(path, textOf(calibration));
+    }
+}
+
+void applyClosed(const Settings& next, simulator::ClosedLibraries& closed) {
+    const auto writes = [](const std::vector<float>& values, int result) {
+        return [values, result](int, float* buffer) {
+            std::copy(values.begin(), values.end(), buffer);
+            return result;
+        };
+    };
+    closed.setParams = [result = next.resultOf(ClosedFunction::SET_PARAMS)](int, int) { return result; };
+    closed.setEyeCareParamsOled = [result = next.resultOf(ClosedFunction::SET_EYE_CARE_PARAMS_OLED)](auto&) {
+        return result;
+    };
+    closed.getUnlimitedCTParams = writes(next.gains, next.resultOf(ClosedFunction::GET_UNLIMITED_CT_PARAMS));
+    closed.getEyeCareCoeffOled = writes(next.coefficients, next.resultOf(ClosedFunction::GET_EYE_CARE_COEFF_OLED));
+    closed.whitePointCalibrate =
+        [write = writes(next.whiteGains, next.resultOf(ClosedFunction::WHITE_POINT_CALIBRATE))](auto* param) {
+            return write(0, &param->gainR);
+        };
+    closed.getAGTMLevel = [next](int lux) { return next.levelOf(lux); };
+    closed.getAGTMCurveParams = [next](int level, int32_t* curve) {
+        next.writeCurve(level, curve);
+        return next.resultOf(ClosedFunction::GET_AGTM_CURVE_PARAMS);
+    };
+}
+
+void applyServices(const Settings& next, const Settings& last, simulator::Phone& phone) {
+    if (next.composerLife != last.composerLife) {
+        phone.stopComposer();
+        phone.startComposer();
+    }
+    phone.setComposerPresent(next.composer);
+    phone.composer().setDisplayCount(next.displays);
+    phone.composer().refuseWith(static_cast<simulator::Composer::Result>(kRefusal));
+    phone.composer().recover();
+    for (const auto& [operation, failure] : next.composerFailures) phone.composer().fail(operation, failure);
+    phone.setSensorsPresent(next.sensors);
+    phone.sensors().setDelivering(false);
+    phone.sensors().setWithoutQueue(!next.queue);
+    phone.sensors().recover();
+    for (const auto& [operation, failure] : next.sensorFailures) phone.sensors().fail(operation, failure);
+    phone.clock().refuseThreads(!next.threads);
+}
+
+}  // namespace
+
+Settings::Settings()
+    : panel{Node::Kind::FILE, "a panel without a row\n"},
+      whitePoint{Node::Kind::FILE, "x=313,y=329\n"},
+      cabc{Node::Kind::FILE, "9999\n"},
+      gains{1, 0.5F, 0.25F},
+      coefficients{1, 0.125F, 0, 0.25F, 0.75F, 0, 0, 0, 0.5F},
+      whiteGains{0.75F, 1, 0.5F} {
+    for (Calibration& calibration : calibrations) calibration.file = Calibration::File::MISSING;
+    Calibration& complete = calibrations[0];
+    complete.file = Calibration::File::GOOD;
+    complete.whitePoint = {0.5F, 0.1F, 0.2F, -0.1F, 0.9F, 0.05F, 0, 0.3F, 1};
+    complete.colorCorrection = {1.25F, -0.2F, 0, 0.1F, 1, -0.1F, 0.3F, 0, 0.75F};
+    complete.whitePointParams = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+    complete.tuned = std::vector<float>(4096, 0.5F);
+    complete.endPoints = {0xC0FFEE, 0x0000FF};
+    complete.eyeCare = {6500.9, 2700.2};
+    for (int i = 0; i < 36; ++i) complete.eyeCare.push_back(i / 8.0);
+}
+
+int Settings::resultOf(ClosedFunction function) const {
+    const auto found = results.find(function);
+    return found == results.end() ? 0 : found->second;
+}
+
+int Settings::levelOf(int lux) const {
+    if (const auto found = results.find(ClosedFunction::GET_AGTM_LEVEL); found != results.end()) return found->second;
+    return lux < 1000 ? 2 : lux < 50000 ? lux / 2000 : 1;
+}
+
+void Settings::writeCurve(int level, int32_t* curve) const {
+    if (curves) curve[static_cast<uint32_t>(level) % 256] = level;
+}
+
+void apply(const Settings& next, const Settings& last, simulator::Phone& phone) {
+    applyServices(next, last, phone);
+    applyClosed(next, phone.closed());
+    auto& files = phone.files();
+    if (differ(next.panel, last.panel)) put(next.panel, simulator::kPanelNameNode, files);
+    if (differ(next.whitePoint, last.whitePoint)) put(next.whitePoint, simulator::kWhitePointNode, files);
+    if (differ(next.cabc, last.cabc)) put(next.cabc, simulator::kCabcNode, files);
+    for (size_t i = 0; i < kCalibrationPaths.size(); ++i) {
+        if (differ(next.calibrations[i], last.calibrations[i])) put(next.calibrations[i], kCalibrationPaths[i], files);
+    }
+}
+
+void apply(const Settings& first, simulator::Phone& phone) {
+    Settings none;
+    none.panel.kind = none.whitePoint.kind = none.cabc.kind = Node::Kind::MISSING;
+    for (Calibration& calibration : none.calibrations) calibration = {Calibration::File::MISSING};
+    none.composerLife = first.composerLife;
+    apply(first, none, phone);
+}
+
+}  // namespace model
