@@ -12,18 +12,15 @@ namespace model {
 
 namespace {
 
-using simulator::ComposerCall;
-using simulator::kIdentity;
 using simulator::matrixOf;
-using simulator::Outcome;
 using simulator::tableOf;
 using simulator::valueText;
+using Operation = ComposerOperation;
+using Kind = simulator::Outcome::Kind;
 
 constexpr int32_t kDebug = ANDROID_LOG_DEBUG;
 constexpr int32_t kInfo = ANDROID_LOG_INFO;
 constexpr int32_t kError = ANDROID_LOG_ERROR;
-constexpr int32_t kBadDisplay = -3;
-constexpr int32_t kFailed = -5;
 constexpr uint32_t kMostDisplays = 1024;
 constexpr int32_t kSmartEnvironment = 0;
 constexpr int32_t kEnhanced = 1;
@@ -45,17 +42,15 @@ std::string threeFloats(const float* f) {
     return text("%f %f %f", static_cast<double>(f[0]), static_cast<double>(f[1]), static_cast<double>(f[2]));
 }
 
-std::string handleText() {
-    return std::to_string(kHandle);
-}
-
-std::string nameOf(int32_t result) {
-    return simulator::composerResultName(result);
-}
-
 int32_t saturated(double value) {
     if (std::isnan(value)) return 0;
     return value >= 2147483647.0 ? INT32_MAX : value <= -2147483648.0 ? INT32_MIN : static_cast<int32_t>(value);
+}
+
+template <typename Operation>
+Failure failureOf(const std::map<Operation, Failure>& failures, Operation operation) {
+    const auto found = failures.find(operation);
+    return found == failures.end() ? Failure::NONE : found->second;
 }
 
 Matrix product(const Matrix& a, const Matrix& b) {
@@ -83,66 +78,91 @@ float largestOutput(const Matrix& m) {
 
 Table powerTable(float exponent) {
     std::array<float, kTable> table{};
-    for (size_t i = 0; i < table.size(); ++i) {
+    for (size_t i = 0; i < table.size(); ++i)
         table[i] = static_cast<float>(std::pow(static_cast<double>(i) / 4096, static_cast<double>(exponent)));
-    }
-    return simulator::tableOf(table.data());
+    return tableOf(table.data());
 }
 
 }  // namespace
 
-Service::Service(const Settings& phoneSettings, uint64_t lastHandle)
-    : phone(phoneSettings), composerLife(phone.composerLife), handle(lastHandle) {}
+std::string Service::call(const Call& c) {
+    const std::string& operation = c.operation;
+    const auto is = [&operation](const char* name) { return operation == name; };
+    const std::string client = std::to_string(kHandle);
+    const std::string clientAndNumber = client + " " + std::to_string(c.number);
 
-std::string Service::call(const Call& call) {
-    using Operation = std::string (Service::*)(const Call&);
-    static const std::map<std::string, Operation> kOperations = {
-        {"init", &Service::init},
-        {"deInit", &Service::deInit},
-        {"allocUserHandle", &Service::allocUserHandle},
-        {"freeUserHandle", &Service::freeUserHandle},
-        {"getNumOfDisplay", &Service::getNumOfDisplay},
-        {"getDisplayInfo", &Service::getDisplayInfo},
-        {"setColorTransformMatrix", &Service::setColorTransformMatrix},
-        {"setColorTransformMatrix2", &Service::setColorTransformMatrix2},
-        {"getColorTransformMatrix", &Service::getColorTransformMatrix},
-        {"getColorTransformMatrix2", &Service::getColorTransformMatrix2},
-        {"setGlobalGammaLut", &Service::setTable},
-        {"getGlobalGammaLut", &Service::getTable},
-        {"setGlobalDeGammaLut", &Service::setTable},
-        {"getGlobalDeGammaLut", &Service::getTable},
-        {"setGlobalGamma", &Service::setGlobalGamma},
-        {"setUnlimitedCT", &Service::setUnlimitedCT},
-        {"getUnlimitedCT", &Service::getLevel},
-        {"setEyeCareCT", &Service::setEyeCareCT},
-        {"getEyeCareCT", &Service::getLevel},
-        {"setStandardMode", &Service::setStandardMode},
-        {"setEnhanceScreenMode", &Service::setEnhanceScreenMode},
-        {"setSmartEnvironmentMode", &Service::setSmartEnvironmentMode},
-        {"setCabcSysNode", &Service::setCabcSysNode},
-        {"setCabcMode", &Service::setCabcMode},
-        {"setFeature", &Service::setFeature},
-        {"setMiscFeature", &Service::setMiscFeature},
-        {"getMiscFeature", &Service::getMiscFeature},
-        {"setAlad", &Service::setAlad},
-        {"IsAladEnable", &Service::isAladEnable},
-        {"exclusiveModeEnter", &Service::exclusiveModeEnter},
-        {"exclusiveModeExit", &Service::exclusiveModeExit},
-    };
-    return (this->*kOperations.at(call.operation))(call);
+    if (is("init")) return init();
+    if (is("deInit")) return connected.reset(), "";
+    if (is("allocUserHandle")) {
+        log(kInfo, operation, std::to_string(++handle));
+        return "OK " + std::to_string(handle);
+    }
+    if (is("freeUserHandle")) return log(kInfo, operation, client), "OK";
+    if (is("getNumOfDisplay"))
+        return log(kInfo, operation, client), "OK " + std::to_string(static_cast<uint32_t>(numOfDisplay));
+    if (is("getDisplayInfo")) {
+        log(kInfo, operation, client);
+        return knows(c.display) ? "OK " + infos[c.display] : "BAD_DISPLAY 0 0 0 \"0\"";
+    }
+    if (is("setColorTransformMatrix")) {
+        log(kDebug, operation, client);
+        for (const size_t i : {0, 1, 2})
+            log(kDebug, operation, operation + text("%zu ", i) + threeFloats(&c.last[3 * i]));
+        return sendMatrices(c.display, kIdentity, c.last);
+    }
+    if (is("setColorTransformMatrix2")) {
+        log(kDebug, operation, client);
+        for (const size_t i : {0, 3, 6}) log(kDebug, operation, "first " + threeFloats(&c.first[i]));
+        for (const size_t i : {0, 3, 6}) log(kDebug, operation, "last " + threeFloats(&c.last[i]));
+        return sendMatrices(c.display, c.first, c.last);
+    }
+    const std::string zeros = valueText(Matrix{});
+    if (is("getColorTransformMatrix"))
+        return get(Operation::GET_COLOR_TRANSFORM_MATRIX, c, valueText(heldFor(c.display).first), zeros);
+    if (is("getColorTransformMatrix2"))
+        return get(Operation::GET_COLOR_TRANSFORM_MATRIX, c,
+                   valueText(heldFor(c.display).first) + " " + valueText(heldFor(c.display).last), zeros + " " + zeros);
+    if (is("setGlobalGammaLut") || is("setGlobalDeGammaLut")) return setTable(c);
+    static const std::string kZeroTable = valueText(Call().table);
+    if (is("getGlobalGammaLut"))
+        return get(Operation::GET_GLOBAL_GAMMA_LUT, c, valueText(heldFor(c.display).gamma), kZeroTable);
+    if (is("getGlobalDeGammaLut"))
+        return get(Operation::GET_GLOBAL_DE_GAMMA_LUT, c, valueText(heldFor(c.display).deGamma), kZeroTable);
+    if (is("setGlobalGamma")) {
+        log(kDebug, operation, client);
+        log(kInfo, "", text("%f", static_cast<double>(c.exponent)));
+        return sendTable(Operation::SET_GLOBAL_GAMMA_LUT, c.display, powerTable(c.exponent));
+    }
+    if (is("setUnlimitedCT")) return setLevel(c.display, true, c.number);
+    if (is("setEyeCareCT")) return setLevel(c.display, false, c.number);
+    if (is("getUnlimitedCT"))
+        return knows(c.display) ? "OK " + std::to_string(displays[c.display].unlimitedLevel) : "FAILED 0";
+    if (is("getEyeCareCT"))
+        return knows(c.display) ? "OK " + std::to_string(displays[c.display].eyeCareLevel) : "FAILED 0";
+    if (is("setStandardMode")) return setMode(c.display, kStandard);
+    if (is("setEnhanceScreenMode")) return setMode(c.display, kEnhanced);
+    if (is("setSmartEnvironmentMode")) return setMode(c.display, kSmartEnvironment);
+    if (is("setCabcSysNode")) return setCabcSysNode(c.number);
+    if (is("setCabcMode")) return setCabcMode(c.number);
+    if (is("setFeature")) return setFeature(c.display, c.number, c.value, c.value2);
+    if (is("setMiscFeature")) {
+        const bool isDone = c.values.size() == 2 &&
+                            setFeature(c.display, c.number, saturated(c.values[0]), saturated(c.values[1])) == "0";
+        return isDone ? "OK 0 values" : "FAILED 0 values";
+    }
+    if (is("getMiscFeature")) return "FAILED 0 values";
+    if (is("IsAladEnable")) return worker ? "1" : "0";
+    log(kInfo, operation, clientAndNumber);
+    if (is("setAlad")) return setAlad(c.display, c.number != 0);
+    if (is("exclusiveModeEnter")) return exclusiveModeEnter();
+    return exclusiveModeExit();
 }
 
 // --- Around the service ---
 
-void Service::log(int32_t priority, const std::string& function, const std::string& message) {
+bool Service::log(int32_t priority, const std::string& function, const std::string& message) {
     add(simulator::LogLine{priority, "KovDisplayControlService", function, 0, message});
-}
-
-void Service::closed(simulator::ClosedCall call) {
-    const bool returnsNothing =
-        call.function == ClosedFunction::CONSTRUCT_ALGORITHM || call.function == ClosedFunction::DESTROY_ALGORITHM;
-    if (!returnsNothing) call.result = phone.resultOf(call.function);
-    add(call);
+    return false;
 }
 
 // A new composer and a new display hold what they begin with.
@@ -152,28 +172,26 @@ void Service::phoneChanged() {
     held.erase(held.lower_bound(phone.displays), held.end());
 }
 
-const Service::Held& Service::heldFor(uint64_t display) const {
+Service::Held& Service::heldFor(uint64_t display) {
     static const Held kNew = {kIdentity, kIdentity, powerTable(1 / 2.2F), powerTable(2.2F)};
-    const auto found = held.find(display);
-    return found == held.end() ? kNew : found->second;
+    static Held unknown;
+    if (display < phone.displays) return held.try_emplace(display, kNew).first->second;
+    return unknown = kNew;
 }
 
 Service::Reply Service::replyOf(Failure failure, bool isGetter, int32_t result) {
     const bool isDead = failure == Failure::TRANSPORT_BEFORE || failure == Failure::TRANSPORT_AFTER;
     const bool isSilent = isGetter && failure == Failure::NO_CALLBACK;
     const bool isRefused = !isGetter && failure == Failure::REFUSED;
-    return {{isDead     ? Outcome::Kind::DEAD_OBJECT
-             : isSilent ? Outcome::Kind::NO_CALLBACK
-                        : Outcome::Kind::ANSWERED,
-             result},
-            failure != Failure::TRANSPORT_BEFORE && !isSilent && !isRefused};
+    const Kind kind = isDead ? Kind::DEAD_OBJECT : isSilent ? Kind::NO_CALLBACK : Kind::ANSWERED;
+    return {{kind, result}, failure != Failure::TRANSPORT_BEFORE && !isSilent && !isRefused};
 }
 
 Service::Reply Service::composer(int life, ComposerCall call) {
+    constexpr int32_t kBadDisplay = -3;
     const bool isGetter = !call.first && !call.enable && call.table == nullptr;
-    const auto found = phone.composerFailures.find(call.operation);
-    Failure failure = found == phone.composerFailures.end() ? Failure::NONE : found->second;
-    if (life != phone.composerLife) failure = Failure::TRANSPORT_BEFORE;
+    const Failure failure =
+        life == phone.composerLife ? failureOf(phone.composerFailures, call.operation) : Failure::TRANSPORT_BEFORE;
     const bool isKnown = !call.display || *call.display < phone.displays;
     const Reply reply = replyOf(failure, isGetter, failure == Failure::REFUSED ? kRefusal : isKnown ? 0 : kBadDisplay);
     call.outcome = reply.outcome;
@@ -185,24 +203,41 @@ Service::Reply Service::sensors(SensorOperation operation, std::vector<int64_t> 
     constexpr int32_t kInvalidOperation = 6;
     const bool isGetter =
         operation == SensorOperation::GET_DEFAULT_SENSOR || operation == SensorOperation::CREATE_EVENT_QUEUE;
-    const auto found = phone.sensorFailures.find(operation);
-    const Failure failure = found == phone.sensorFailures.end() ? Failure::NONE : found->second;
+    const Failure failure = failureOf(phone.sensorFailures, operation);
     const Reply reply = replyOf(failure, isGetter, failure == Failure::REFUSED ? kInvalidOperation : 0);
     add(simulator::SensorCall{operation, std::move(arguments), reply.outcome});
     return reply;
 }
 
+void Service::closed(ClosedFunction function, std::vector<int64_t> arguments, std::vector<double> coefficients) {
+    add(simulator::ClosedCall{
+        function, std::move(arguments), std::move(coefficients), {}, {}, phone.resultOf(function)});
+}
+
+// Of a function that writes to its buffer from place on. Returns the buffer.
+std::vector<float> Service::closed(ClosedFunction function, std::vector<int64_t> arguments, std::vector<float> buffer,
+                                   const std::vector<float>& written, ptrdiff_t place) {
+    const std::vector<float> before = buffer;
+    std::copy(written.begin(), written.end(), buffer.begin() + place);
+    add(simulator::ClosedCall{function, std::move(arguments), {}, before, buffer, phone.resultOf(function)});
+    return buffer;
+}
+
+int Service::levelOf(int light) {
+    add(simulator::ClosedCall{ClosedFunction::GET_AGTM_LEVEL, {light}, {}, {}, {}, phone.levelOf(light)});
+    return phone.levelOf(light);
+}
+
 // False, with the error logged, if the node cannot be opened or delivers no byte.
 bool Service::canRead(const Node& node, const char* function, const char* openError, const char* readError) {
     if (node.kind == Node::Kind::FILE && !node.text.empty()) return true;
-    log(kError, function, node.kind == Node::Kind::MISSING ? openError : readError);
-    return false;
+    return log(kError, function, node.kind == Node::Kind::MISSING ? openError : readError);
 }
 
 const Calibration& Service::readCalibration() {
     static const Calibration kNothing;
-    const bool canReadPanel = canRead(phone.panel, "parser", "open panel name node error", "read panel name error");
-    const std::string panel = canReadPanel ? phone.panel.text.substr(0, 128).c_str() : "";
+    const bool hasPanel = canRead(phone.panel, "parser", "open panel name node error", "read panel name error");
+    const std::string panel = hasPanel ? phone.panel.text.substr(0, 128).c_str() : "";
     size_t file = 0;
     if (panel == "dornel R7TK 35 02 0a hd+ video dsi panel\n") file = 1;
     if (panel == "dornel R7TK 43 03 0b hd+ video dsi panel\n") file = 2;
@@ -213,29 +248,22 @@ const Calibration& Service::readCalibration() {
     return kNothing;
 }
 
-// --- Start, stop, handles and queries ---
+// --- Start ---
 
-std::string Service::init(const Call& /*call*/) {
-    connected.reset();
-    if (phone.composer) connected = phone.composerLife;
-    if (!connected) {
-        log(kError, "init", "get composer ext service error!");
-        return "-1";
-    }
-    const bool isCounted = composer(*connected, {ComposerOperation::GET_NUM_OF_DISPLAY}).isOk();
+std::string Service::init() {
+    connected = phone.composer ? std::optional(phone.composerLife) : std::nullopt;
+    if (!connected) return log(kError, "init", "get composer ext service error!"), "-1";
+    const bool isCounted = composer(*connected, {Operation::GET_NUM_OF_DISPLAY}).isOk();
     numOfDisplay = isCounted && phone.displays <= kMostDisplays ? static_cast<int32_t>(phone.displays) : -1;
-    if (numOfDisplay < 0) {
-        log(kError, "init", "getNumOfDisplay error!");
-        return "-2";
-    }
+    if (numOfDisplay < 0) return log(kError, "init", "getNumOfDisplay error!"), "-2";
     infos.resize(phone.displays);
     for (uint64_t display = 0; display < phone.displays; ++display) {
         const std::string number = std::to_string(display);
-        const Reply reply = composer(*connected, {ComposerOperation::GET_DISPLAY_INFO, display});
-        const bool isRefused = reply.effect && reply.outcome.result != 0;
-        if (isRefused) log(kError, "operator()", "getDisplayInfo " + number + " error!");
-        const bool hasInfo = reply.effect && reply.arrived();
-        infos[display] = hasInfo ? "720 1600 60 \"simulated display " + number + "\"" : "0 0 0 \"\"";
+        const Reply reply = composer(*connected, {Operation::GET_DISPLAY_INFO, display});
+        if (reply.effect && reply.outcome.result != 0)
+            log(kError, "operator()", "getDisplayInfo " + number + " error!");
+        const bool isKnown = reply.effect && reply.arrived();
+        infos[display] = isKnown ? "720 1600 60 \"simulated display " + number + "\"" : "0 0 0 \"\"";
     }
     displays.resize(phone.displays);
     applyCalibration();
@@ -250,181 +278,88 @@ void Service::applyCalibration() {
     if (file.colorCorrection.size() >= kMatrix)
         displays[0].calibColorCorrection = matrixOf(file.colorCorrection.data());
     whitePointParams = file.whitePointParams;
-    if (file.eyeCare.size() >= kEyeCare) {
-        const int32_t maximum = saturated(file.eyeCare[0]);
-        const int32_t minimum = saturated(file.eyeCare[1]);
-        const std::vector<double> coefficients(file.eyeCare.begin() + 2, file.eyeCare.begin() + kEyeCare);
-        closed({ClosedFunction::SET_EYE_CARE_PARAMS_OLED, {maximum, minimum}, coefficients});
+    if (const auto& run = file.eyeCare; run.size() >= kEyeCare) {
+        const int32_t maximum = saturated(run[0]);
+        const int32_t minimum = saturated(run[1]);
+        closed(ClosedFunction::SET_EYE_CARE_PARAMS_OLED, {maximum, minimum}, {run.begin() + 2, run.begin() + kEyeCare});
         log(kDebug, "init", text("m:%d m:%d", maximum, minimum));
     } else {
         log(kError, "init", "eye care init error");
     }
-    if (file.endPoints.size() >= 2) {
-        closed({ClosedFunction::SET_PARAMS, {file.endPoints[0], file.endPoints[1]}});
-        log(kDebug, "init", text("w:%.8X c:%.8X", file.endPoints[0], file.endPoints[1]));
-    } else {
-        closed({ClosedFunction::SET_PARAMS, {0xFFFFEA, 0xEDFDFF}});
-        log(kError, "init", "Unlimited init error");
-    }
+    const bool hasEnds = file.endPoints.size() >= 2;
+    const int32_t warm = hasEnds ? file.endPoints[0] : 0xFFFFEA;
+    const int32_t cold = hasEnds ? file.endPoints[1] : 0xEDFDFF;
+    closed(ClosedFunction::SET_PARAMS, {warm, cold});
+    log(hasEnds ? kDebug : kError, "init", hasEnds ? text("w:%.8X c:%.8X", warm, cold) : "Unlimited init error");
     sendCalibratedGamma(file);
 }
 
 void Service::sendCalibratedGamma(const Calibration& file) {
     const auto& table = file.tuned.size() >= kTable ? file.tuned : file.calibrated;
-    if (table.size() >= kTable) sendTable(ComposerOperation::SET_GLOBAL_GAMMA_LUT, 0, tableOf(table.data()));
-}
-
-std::string Service::deInit(const Call& /*call*/) {
-    connected.reset();
-    return "";
-}
-
-std::string Service::allocUserHandle(const Call& /*call*/) {
-    log(kInfo, "allocUserHandle", std::to_string(++handle));
-    return "OK " + std::to_string(handle);
-}
-
-std::string Service::freeUserHandle(const Call& /*call*/) {
-    log(kInfo, "freeUserHandle", handleText());
-    return "OK";
-}
-
-std::string Service::getNumOfDisplay(const Call& /*call*/) {
-    log(kInfo, "getNumOfDisplay", handleText());
-    return "OK " + std::to_string(static_cast<uint32_t>(numOfDisplay));
-}
-
-std::string Service::getDisplayInfo(const Call& call) {
-    log(kInfo, "getDisplayInfo", handleText());
-    return knows(call.display) ? "OK " + infos[call.display] : "BAD_DISPLAY 0 0 0 \"0\"";
+    if (table.size() >= kTable) sendTable(Operation::SET_GLOBAL_GAMMA_LUT, 0, tableOf(table.data()));
 }
 
 // --- Matrices and tables ---
 
-std::string Service::setColorTransformMatrix(const Call& call) {
-    log(kDebug, call.operation, handleText());
-    for (size_t i = 0; i < 3; ++i)
-        log(kDebug, call.operation, text("setColorTransformMatrix%zu ", i) + threeFloats(&call.last[3 * i]));
-    return nameOf(sendMatrices(call.display, kIdentity, call.last));
-}
-
-std::string Service::setColorTransformMatrix2(const Call& call) {
-    log(kDebug, call.operation, handleText());
-    for (const size_t i : {0, 3, 6}) log(kDebug, call.operation, "first " + threeFloats(&call.first[i]));
-    for (const size_t i : {0, 3, 6}) log(kDebug, call.operation, "last " + threeFloats(&call.last[i]));
-    return nameOf(sendMatrices(call.display, call.first, call.last));
-}
-
-std::string Service::getColorTransformMatrix(const Call& call) {
-    return get(ComposerOperation::GET_COLOR_TRANSFORM_MATRIX, call, valueText(heldFor(call.display).first),
-               valueText(Matrix{}));
-}
-
-std::string Service::getColorTransformMatrix2(const Call& call) {
-    const std::string zeros = valueText(Matrix{});
-    const Held& matrices = heldFor(call.display);
-    return get(ComposerOperation::GET_COLOR_TRANSFORM_MATRIX, call,
-               valueText(matrices.first) + " " + valueText(matrices.last), zeros + " " + zeros);
-}
-
-int32_t Service::sendMatrices(uint64_t display, const Matrix& first, const Matrix& last) {
-    if (!connected) return kFailed;
-    const Reply reply = composer(*connected, {ComposerOperation::SET_COLOR_TRANSFORM_MATRIX, display, first, last});
-    if (reply.effect && display < phone.displays) {
-        Held& holds = held.try_emplace(display, heldFor(display)).first->second;
-        holds.first = first;
-        holds.last = last;
-    }
-    return reply.arrived() ? reply.outcome.result : kFailed;
-}
-
-std::string Service::setTable(const Call& call) {
-    const auto& t = *call.table;
-    const auto at = [&t](size_t i) { return static_cast<double>(t[i]); };
-    log(kDebug, call.operation, handleText());
-    log(kDebug, call.operation,
-        text("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", at(96), at(320), at(1024), at(2048), at(3840)));
-    const bool isGamma = call.operation == "setGlobalGammaLut";
-    return sendTable(isGamma ? ComposerOperation::SET_GLOBAL_GAMMA_LUT : ComposerOperation::SET_GLOBAL_DE_GAMMA_LUT,
-                     call.display, call.table);
-}
-
-std::string Service::getTable(const Call& call) {
-    static const std::string kZeros = valueText(Call().table);
-    const Held& tables = heldFor(call.display);
-    return call.operation == "getGlobalGammaLut"
-               ? get(ComposerOperation::GET_GLOBAL_GAMMA_LUT, call, valueText(tables.gamma), kZeros)
-               : get(ComposerOperation::GET_GLOBAL_DE_GAMMA_LUT, call, valueText(tables.deGamma), kZeros);
-}
-
-std::string Service::setGlobalGamma(const Call& call) {
-    log(kDebug, "setGlobalGamma", handleText());
-    log(kInfo, "", text("%f", static_cast<double>(call.exponent)));
-    return sendTable(ComposerOperation::SET_GLOBAL_GAMMA_LUT, call.display, powerTable(call.exponent));
-}
-
-std::string Service::sendTable(ComposerOperation operation, uint64_t display, const Table& table) {
+std::string Service::sendMatrices(uint64_t display, const Matrix& first, const Matrix& last) {
     if (!connected) return "FAILED";
+    const Reply reply = composer(*connected, {Operation::SET_COLOR_TRANSFORM_MATRIX, display, first, last});
+    if (reply.effect) heldFor(display).first = first;
+    if (reply.effect) heldFor(display).last = last;
+    return reply.arrived() ? simulator::composerResultName(reply.outcome.result) : "FAILED";
+}
+
+std::string Service::setTable(const Call& c) {
+    const auto at = [&c](size_t i) { return static_cast<double>((*c.table)[i]); };
+    log(kDebug, c.operation, std::to_string(kHandle));
+    log(kDebug, c.operation,
+        text("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", at(96), at(320), at(1024), at(2048), at(3840)));
+    const bool isGamma = c.operation == "setGlobalGammaLut";
+    return sendTable(isGamma ? Operation::SET_GLOBAL_GAMMA_LUT : Operation::SET_GLOBAL_DE_GAMMA_LUT, c.display,
+                     c.table);
+}
+
+std::string Service::sendTable(Operation operation, uint64_t display, const Table& table) {
+    if (!connected) return "FAILED";
+    const bool isGamma = operation == Operation::SET_GLOBAL_GAMMA_LUT;
     const Reply reply = composer(*connected, {operation, display, {}, {}, table});
-    if (reply.effect && display < phone.displays) {
-        Held& holds = held.try_emplace(display, heldFor(display)).first->second;
-        (operation == ComposerOperation::SET_GLOBAL_GAMMA_LUT ? holds.gamma : holds.deGamma) = table;
-    }
+    if (reply.effect) (isGamma ? heldFor(display).gamma : heldFor(display).deGamma) = table;
     return "OK";
 }
 
 // Forwards a getter's Result and its values; zeros if the composer delivers none.
-std::string Service::get(ComposerOperation operation, const Call& call, const std::string& values,
-                         const std::string& zeros) {
-    log(kDebug, call.operation, handleText());
+std::string Service::get(Operation operation, const Call& c, const std::string& values, const std::string& zeros) {
+    log(kDebug, c.operation, std::to_string(kHandle));
     if (!connected) return "FAILED " + zeros;
-    const Reply reply = composer(*connected, {operation, call.display});
+    const Reply reply = composer(*connected, {operation, c.display});
     if (!reply.arrived()) return "FAILED " + zeros;
-    return reply.effect ? nameOf(reply.outcome.result) + " " + values : "OK " + zeros;
+    return reply.effect ? simulator::composerResultName(reply.outcome.result) + " " + values : "OK " + zeros;
 }
 
 // --- Colour temperatures and screen modes ---
 
-std::string Service::setUnlimitedCT(const Call& call) {
-    Display* const display = served(call.display);
-    if (display == nullptr) return "FAILED";
-    std::vector<float> gains(3, 1.0F);
-    const int error = phone.resultOf(ClosedFunction::GET_UNLIMITED_CT_PARAMS);
-    simulator::ClosedCall asked{ClosedFunction::GET_UNLIMITED_CT_PARAMS, {call.number}, {}, gains};
-    std::copy(phone.gains.begin(), phone.gains.end(), gains.begin());
-    asked.after = gains;
-    closed(asked);
-    if (error != 0) log(kError, "setUnlimitedCT", text("error %d", error));
-    log(kDebug, "setUnlimitedCT", text("%d  ", call.number) + threeFloats(gains.data()));
-    display->unlimitedLevel = call.number;
-    for (size_t i = 0; i < 3; ++i) display->unlimited[4 * i] = gains[i];
-    sendFinalMatrix(call.display);
+std::string Service::setLevel(uint64_t display, bool isUnlimited, int32_t level) {
+    Display* const d = served(display);
+    if (d == nullptr) return "FAILED";
+    const char* const name = isUnlimited ? "setUnlimitedCT" : "setEyeCareCT";
+    const auto function =
+        isUnlimited ? ClosedFunction::GET_UNLIMITED_CT_PARAMS : ClosedFunction::GET_EYE_CARE_COEFF_OLED;
+    const std::vector<float> values =
+        isUnlimited ? closed(function, {level}, {1, 1, 1}, phone.gains, 0)
+                    : closed(function, {level}, {1, 0, 0, 0, 1, 0, 0, 0, 1}, phone.coefficients, 0);
+    if (const int error = phone.resultOf(function); error != 0) log(kError, name, text("error %d", error));
+    if (isUnlimited) {
+        d->unlimitedLevel = level;
+        for (const size_t i : {0, 1, 2}) d->unlimited[4 * i] = values[i];
+        log(kDebug, name, text("%d  ", level) + threeFloats(values.data()));
+    } else {
+        d->eyeCareLevel = level;
+        d->eyeCare = matrixOf(values.data());
+        log(kDebug, name, text("v:%d", level));
+        for (const size_t i : {0, 3, 6}) log(kDebug, name, threeFloats(&values[i]));
+    }
+    sendFinalMatrix(display);
     return "OK";
-}
-
-std::string Service::setEyeCareCT(const Call& call) {
-    Display* const display = served(call.display);
-    if (display == nullptr) return "FAILED";
-    const int error = phone.resultOf(ClosedFunction::GET_EYE_CARE_COEFF_OLED);
-    Matrix matrix = kIdentity;
-    simulator::ClosedCall asked{
-        ClosedFunction::GET_EYE_CARE_COEFF_OLED, {call.number}, {}, {matrix.begin(), matrix.end()}};
-    std::copy(phone.coefficients.begin(), phone.coefficients.end(), matrix.begin());
-    asked.after.assign(matrix.begin(), matrix.end());
-    closed(asked);
-    if (error != 0) log(kError, "setEyeCareCT", text("error %d", error));
-    log(kDebug, "setEyeCareCT", text("v:%d", call.number));
-    for (const size_t i : {0, 3, 6}) log(kDebug, "setEyeCareCT", threeFloats(&matrix[i]));
-    display->eyeCareLevel = call.number;
-    display->eyeCare = matrix;
-    sendFinalMatrix(call.display);
-    return "OK";
-}
-
-std::string Service::getLevel(const Call& call) {
-    if (!knows(call.display)) return "FAILED 0";
-    const Display& display = displays[call.display];
-    return "OK " + std::to_string(call.operation == "getUnlimitedCT" ? display.unlimitedLevel : display.eyeCareLevel);
 }
 
 void Service::sendFinalMatrix(uint64_t display) {
@@ -437,161 +372,100 @@ void Service::sendFinalMatrix(uint64_t display) {
     sendMatrices(display, kIdentity, last);
 }
 
-std::string Service::enterMode(uint64_t display, int32_t mode, const Matrix& whitePoint,
-                               const Matrix& colorCorrection) {
-    displays[display].whitePoint = whitePoint;
-    displays[display].colorCorrection = colorCorrection;
+std::string Service::setMode(uint64_t display, int32_t mode) {
+    if (mode == kStandard) log(kDebug, "setStandardMode", "enter");
+    if (mode == kEnhanced) log(kDebug, "setEnhanceScreenMode", "enter");
+    Display* const d = served(display);
+    if (d == nullptr) return "-5";
+    d->whitePoint = mode == kStandard ? d->calibWhitePoint : kIdentity;
+    d->colorCorrection = mode == kStandard ? d->calibColorCorrection : kIdentity;
+    if (mode == kSmartEnvironment) {
+        const std::vector<float> gains = calibrateWhitePoint();
+        for (const size_t i : {0, 1, 2}) d->whitePoint[4 * i] = gains[i];
+    }
     sendFinalMatrix(display);
     screenMode = mode;
-    setCabcSysNode({"setCabcSysNode", display, mode == kSmartEnvironment ? 1 : 0});
+    setCabcSysNode(mode == kSmartEnvironment ? 1 : 0);
+    if (mode == kSmartEnvironment) add(simulator::ClosedCall{ClosedFunction::DESTROY_ALGORITHM});
     return "0";
 }
 
-std::string Service::setStandardMode(const Call& call) {
-    log(kDebug, "setStandardMode", "enter");
-    const Display* const display = served(call.display);
-    if (display == nullptr) return "-5";
-    return enterMode(call.display, kStandard, display->calibWhitePoint, display->calibColorCorrection);
-}
-
-std::string Service::setEnhanceScreenMode(const Call& call) {
-    log(kDebug, "setEnhanceScreenMode", "enter");
-    return served(call.display) == nullptr ? "-5" : enterMode(call.display, kEnhanced, kIdentity, kIdentity);
-}
-
-std::string Service::setSmartEnvironmentMode(const Call& call) {
+// Returns the three gains.
+std::vector<float> Service::calibrateWhitePoint() {
     const char* const function = "setSmartEnvironmentMode";
-    if (served(call.display) == nullptr) return "-5";
-    android::WhitePointCalibrateParam param = {0.28F, 0.30F, {0.66F, 0.295F, 0.15F, 0.334F, 0.656F, 0.055F, 0, 0, 0},
-                                               1,     1,     1};
-    if (whitePointParams.size() >= kMatrix) std::copy_n(whitePointParams.begin(), kMatrix, param.params);
+    std::vector<float> param = {0.28F, 0.30F, 0.66F, 0.295F, 0.15F, 0.334F, 0.656F, 0.055F, 0, 0, 0, 1, 1, 1};
+    if (whitePointParams.size() >= kMatrix) std::copy_n(whitePointParams.begin(), kMatrix, param.begin() + 2);
     if (canRead(phone.whitePoint, function, "open wpc node error", "read wpc node error")) {
-        long long x = 0;
-        long long y = 0;
-        if (sscanf(phone.whitePoint.text.substr(0, 64).c_str(), "x=%lld,y=%lld\n", &x, &y) == 2) {
-            x = std::clamp<long long>(x, INT32_MIN, INT32_MAX);
-            y = std::clamp<long long>(y, INT32_MIN, INT32_MAX);
-            param.whiteX = static_cast<float>(static_cast<double>(x) * 0.001);
-            param.whiteY = static_cast<float>(static_cast<double>(y) * 0.001);
+        long long xy[2];
+        if (sscanf(phone.whitePoint.text.substr(0, 64).c_str(), "x=%lld,y=%lld\n", &xy[0], &xy[1]) == 2) {
+            for (const size_t i : {0, 1}) {
+                xy[i] = std::clamp<long long>(xy[i], INT32_MIN, INT32_MAX);
+                param[i] = static_cast<float>(static_cast<double>(xy[i]) * 0.001);
+            }
             log(kDebug, function,
-                text("%lld %lld %f %f", x, y, static_cast<double>(param.whiteX), static_cast<double>(param.whiteY)));
+                text("%lld %lld %f %f", xy[0], xy[1], static_cast<double>(param[0]), static_cast<double>(param[1])));
         } else {
             log(kError, function, "format wpc error");
         }
     }
-    closed({ClosedFunction::CONSTRUCT_ALGORITHM});
-    const auto floatsOf = [&param] { return std::vector<float>(&param.whiteX, &param.gainB + 1); };
-    simulator::ClosedCall asked{ClosedFunction::WHITE_POINT_CALIBRATE, {}, {}, floatsOf()};
-    std::copy(phone.whiteGains.begin(), phone.whiteGains.end(), &param.gainR);
-    asked.after = floatsOf();
-    closed(asked);
-    log(kDebug, function, threeFloats(&param.gainR));
-    const std::string answer = enterMode(call.display, kSmartEnvironment,
-                                         {param.gainR, 0, 0, 0, param.gainG, 0, 0, 0, param.gainB}, kIdentity);
-    closed({ClosedFunction::DESTROY_ALGORITHM});
-    return answer;
+    add(simulator::ClosedCall{ClosedFunction::CONSTRUCT_ALGORITHM});
+    param = closed(ClosedFunction::WHITE_POINT_CALIBRATE, {}, param, phone.whiteGains, 11);
+    log(kDebug, function, threeFloats(&param[11]));
+    return {param.begin() + 11, param.end()};
 }
 
 // --- Backlight control and features ---
 
-std::string Service::setCabcSysNode(const Call& call) {
-    if (phone.cabc.kind != Node::Kind::FILE) {
-        log(kError, "setCabcSysNode", "open cabc node error");
-        return "-5";
-    }
-    const auto digit = static_cast<uint8_t>(static_cast<uint32_t>(call.number) + 48);
+std::string Service::setCabcSysNode(int32_t level) {
+    if (phone.cabc.kind != Node::Kind::FILE) return log(kError, "setCabcSysNode", "open cabc node error"), "-5";
+    const auto digit = static_cast<uint8_t>(static_cast<uint32_t>(level) + 48);
     add(simulator::NodeWrite{"lcd_cabc_mode", {static_cast<char>(digit), '\n'}});
     return "0";
 }
 
-std::string Service::setCabcMode(const Call& call) {
+std::string Service::setCabcMode(int32_t mode) {
     if (screenMode != kSmartEnvironment) return "0";
-    log(kDebug, "setCabcMode", text("enter %d", call.number));
-    static const std::map<int32_t, int32_t> kLevels = {{0, 0}, {1, 1}, {2, 1}, {3, 2}, {4, 3}};
-    const auto level = kLevels.find(call.number);
-    if (level != kLevels.end()) return setCabcSysNode({"setCabcSysNode", call.display, level->second});
-    log(kError, "setCabcMode", "invalid value");
-    return "-5";
+    log(kDebug, "setCabcMode", text("enter %d", mode));
+    constexpr int32_t kLevels[] = {0, 1, 1, 2, 3};
+    if (mode >= 0 && mode <= 4) return setCabcSysNode(kLevels[mode]);
+    return log(kError, "setCabcMode", "invalid value"), "-5";
 }
 
-std::string Service::setFeature(const Call& call) {
+std::string Service::setFeature(uint64_t display, int32_t feature, int32_t value, int32_t value2) {
     log(kDebug, "setFeature",
-        text("u:%llu d:%llu m:%d v:%d c:%d", static_cast<unsigned long long>(kHandle),
-             static_cast<unsigned long long>(call.display), call.number, call.value, call.value2));
-    const auto number = [](const std::string& result) { return result == "OK" ? "0" : "-5"; };
-    switch (call.number) {
-        case 0:
-            setSmartEnvironmentMode({"setSmartEnvironmentMode", call.display});
-            return "0";
-        case 1:
-            setEnhanceScreenMode({"setEnhanceScreenMode", call.display});
-            return "0";
-        case 2:
-            setStandardMode({"setStandardMode", call.display});
-            return "0";
-        case 3:
-            return number(setEyeCareCT({"setEyeCareCT", call.display, call.value}));
-        case 7:
-            return setCabcMode({"setCabcMode", call.display, call.value});
-        case 23:
-            return number(setUnlimitedCT({"setUnlimitedCT", call.display, call.value}));
-        default:
-            return "-5";
-    }
-}
-
-std::string Service::setMiscFeature(const Call& call) {
-    if (call.values.size() != 2) return "FAILED 0 values";
-    const Call feature{"setFeature", call.display, call.number, saturated(call.values[0]), saturated(call.values[1])};
-    return (setFeature(feature) == "0" ? "OK" : "FAILED") + std::string(" 0 values");
-}
-
-std::string Service::getMiscFeature(const Call& /*call*/) {
-    return "FAILED 0 values";
+        "u:" + std::to_string(kHandle) + " d:" + std::to_string(display) +
+            text(" m:%d v:%d c:%d", feature, value, value2));
+    if (feature == 7) return setCabcMode(value);
+    if (feature == 3 || feature == 23) return setLevel(display, feature == 23, value) == "OK" ? "0" : "-5";
+    if (feature < 0 || feature > 2) return "-5";
+    return setMode(display, feature), "0";  // the numbers of the modes
 }
 
 // --- Ambient light ---
 
-std::string Service::setAlad(const Call& call) {
-    log(kInfo, "setAlad", handleText() + text(" %d", call.number));
-    if (call.display != 0) return "FAILED";
-    if (call.number == 0) {
-        disableAlad();
-        return "OK";
-    }
-    return worker || (connected && enableAlad()) ? "OK" : "FAILED";
-}
-
-std::string Service::isAladEnable(const Call& /*call*/) {
-    return worker ? "1" : "0";
+std::string Service::setAlad(uint64_t display, bool enable) {
+    if (display != 0) return "FAILED";
+    if (enable) return worker || (connected && enableAlad()) ? "OK" : "FAILED";
+    disableAlad();
+    return "OK";
 }
 
 bool Service::enableAlad() {
-    const auto failed = [this](const char* what) {
+    const auto failed = [this](const char* what, bool hasQueue, bool isEnabled) {
         log(kError, "enable", what);
+        if (isEnabled) sensors(SensorOperation::DISABLE_SENSOR, {1});
+        if (hasQueue) add(simulator::SensorCall{SensorOperation::RELEASE_QUEUE, {}});
         return false;
     };
-    const auto releaseQueue = [this] { add(simulator::SensorCall{SensorOperation::RELEASE_QUEUE, {}}); };
-    if (!phone.sensors) return failed("ISensorManager getService error");
-    if (!sensors(SensorOperation::GET_DEFAULT_SENSOR, {5}).isOk()) return failed("get light Sensor error");
+    if (!phone.sensors) return failed("ISensorManager getService error", false, false);
+    if (!sensors(SensorOperation::GET_DEFAULT_SENSOR, {5}).isOk())
+        return failed("get light Sensor error", false, false);
     const Reply created = sensors(SensorOperation::CREATE_EVENT_QUEUE, {});
     const bool hasQueue = phone.queue && created.effect && created.outcome.result == 0;
-    if (!hasQueue || !created.arrived()) {
-        failed("createEventQueue error");
-        if (hasQueue) releaseQueue();
-        return false;
-    }
-    if (!sensors(SensorOperation::ENABLE_SENSOR, {1, 1000000, 0}).isOk()) {
-        failed("enableSensor error");
-        releaseQueue();
-        return false;
-    }
-    if (!phone.threads) {
-        failed("start worker error");
-        sensors(SensorOperation::DISABLE_SENSOR, {1});
-        releaseQueue();
-        return false;
-    }
+    if (!hasQueue || !created.arrived()) return failed("createEventQueue error", hasQueue, false);
+    if (!sensors(SensorOperation::ENABLE_SENSOR, {1, 1000000, 0}).isOk())
+        return failed("enableSensor error", true, false);
+    if (!phone.threads) return failed("start worker error", true, true);
     lux = 300;
     worker = Worker{*connected, now + 1000, levelOf(300)};
     return true;
@@ -601,14 +475,9 @@ void Service::disableAlad() {
     if (!worker) return;
     if (!sensors(SensorOperation::DISABLE_SENSOR, {1}).isOk()) log(kError, "", "disableSensor error");
     add(simulator::SensorCall{SensorOperation::RELEASE_QUEUE, {}});
-    if (worker->isSending) {
-        now = worker->wakesAt;  // the end of the pause after the latest message
-    } else {
-        log(kDebug, "workThread", "exit");
-    }
-    ComposerCall off{ComposerOperation::SET_ALAD_PARAMS, 0};
-    off.enable = 0;
-    composer(worker->composer, off);
+    if (!worker->isSending) log(kDebug, "workThread", "exit");
+    if (worker->isSending) now = worker->wakesAt;  // the end of the pause after the latest message
+    composer(worker->composer, {Operation::SET_ALAD_PARAMS, 0, {}, {}, {}, 0});
     worker.reset();
 }
 
@@ -622,11 +491,15 @@ void Service::pass(int64_t milliseconds) {
     now = end;
 }
 
-// The worker's steps: from the end of a wait or pause to the next one.
+// What the worker does from the end of a wait or pause to the next one. The level of an activation is asked for after
+// the pause of the start message.
 void Service::wake() {
     Worker& w = *worker;
     if (!w.isSending) takeSample();
-    if (w.isSending && w.hasStarted) rampUp();
+    if (w.isSending && w.hasStarted) {
+        w.level = levelOf(w.mean);
+        if (w.level > w.baseLevel) planSteps(w.baseLevel + 1, w.level);
+    }
     w.isSending = !w.messages.empty();
     w.wakesAt += w.isSending ? 20 : 1000;
     if (w.isSending) send();
@@ -666,60 +539,41 @@ void Service::planSteps(int from, int to) {
         worker->messages.emplace_back(Worker::Message::STEP, level);
 }
 
-// Sends the next message. The level of an activation is asked for after the pause of the start message.
+// Sends the next message.
 void Service::send() {
     Worker& w = *worker;
     const auto [message, level] = w.messages.front();
     w.messages.pop_front();
-    ComposerCall call{ComposerOperation::SET_ALAD_PARAMS, 0};
-    call.enable = message == Worker::Message::OFF ? 0 : 1;
+    w.hasStarted = message == Worker::Message::START;
+    ComposerCall call{Operation::SET_ALAD_PARAMS, 0, {}, {}, {}, message == Worker::Message::OFF ? 0 : 1};
     if (message == Worker::Message::START) call.params.push_back({0, {4}});
     if (message != Worker::Message::OFF) {
         phone.writeCurve(level, w.curve.data());
-        closed({ClosedFunction::GET_AGTM_CURVE_PARAMS, {level}});
+        closed(ClosedFunction::GET_AGTM_CURVE_PARAMS, {level});
         call.params.push_back({14, std::vector<int64_t>(w.curve.begin(), w.curve.end())});
     }
     composer(w.composer, call);
-    w.hasStarted = message == Worker::Message::START;
-}
-
-void Service::rampUp() {
-    worker->level = levelOf(worker->mean);
-    if (worker->level > worker->baseLevel) planSteps(worker->baseLevel + 1, worker->level);
-}
-
-int Service::levelOf(int light) {
-    simulator::ClosedCall call{ClosedFunction::GET_AGTM_LEVEL, {light}};
-    call.result = phone.levelOf(light);
-    add(call);
-    return *call.result;
 }
 
 // --- Exclusive mode ---
 
-std::string Service::exclusiveModeEnter(const Call& call) {
-    log(kInfo, "exclusiveModeEnter", handleText() + text(" %d", call.number));
+std::string Service::exclusiveModeEnter() {
     if (!connected) return "FAILED";
-    ComposerCall enter{ComposerOperation::SET_EXCLUSIVE_MODE, 0};
-    enter.enable = 1;
-    composer(*connected, enter);
+    composer(*connected, {Operation::SET_EXCLUSIVE_MODE, 0, {}, {}, {}, 1});
     sendMatrices(0, kIdentity, kIdentity);
-    sendTable(ComposerOperation::SET_GLOBAL_GAMMA_LUT, 0, powerTable(1 / 2.2F));
+    sendTable(Operation::SET_GLOBAL_GAMMA_LUT, 0, powerTable(1 / 2.2F));
     disableAlad();
-    setCabcSysNode({"setCabcSysNode", 0, 0});
+    setCabcSysNode(0);
     return "OK";
 }
 
-std::string Service::exclusiveModeExit(const Call& call) {
-    log(kInfo, "exclusiveModeExit", handleText() + text(" %d", call.number));
+std::string Service::exclusiveModeExit() {
     if (!connected) return "FAILED";
-    ComposerCall leave{ComposerOperation::SET_EXCLUSIVE_MODE, 0};
-    leave.enable = 0;
-    composer(*connected, leave);
+    composer(*connected, {Operation::SET_EXCLUSIVE_MODE, 0, {}, {}, {}, 0});
     const Calibration& file = readCalibration();
-    if (Display* const display = served(0); display != nullptr) {
-        if (file.whitePoint.size() >= kMatrix) display->whitePoint = matrixOf(file.whitePoint.data());
-        if (file.colorCorrection.size() >= kMatrix) display->colorCorrection = matrixOf(file.colorCorrection.data());
+    if (Display* const d = served(0); d != nullptr) {
+        if (file.whitePoint.size() >= kMatrix) d->whitePoint = matrixOf(file.whitePoint.data());
+        if (file.colorCorrection.size() >= kMatrix) d->colorCorrection = matrixOf(file.colorCorrection.data());
         sendFinalMatrix(0);
     }
     sendCalibratedGamma(file);

@@ -16,18 +16,20 @@
 
 namespace model {
 
+using simulator::ComposerCall;
+using simulator::kIdentity;
 using Lines = std::vector<std::string>;
 
 // The colour state of a display.
 struct Display {
-    Matrix whitePoint = simulator::kIdentity;
-    Matrix colorCorrection = simulator::kIdentity;
-    Matrix unlimited = simulator::kIdentity;
-    Matrix eyeCare = simulator::kIdentity;
+    Matrix whitePoint = kIdentity;
+    Matrix colorCorrection = kIdentity;
+    Matrix unlimited = kIdentity;
+    Matrix eyeCare = kIdentity;
     int32_t unlimitedLevel = 0;
     int32_t eyeCareLevel = 0;
-    Matrix calibWhitePoint = simulator::kIdentity;
-    Matrix calibColorCorrection = simulator::kIdentity;
+    Matrix calibWhitePoint = kIdentity;
+    Matrix calibColorCorrection = kIdentity;
 };
 
 // The worker of the ambient-light adaptive display. Times in milliseconds.
@@ -52,7 +54,8 @@ struct Worker {
 class Service {
 public:
     // lastHandle is the last one that the process has allocated.
-    Service(const Settings& phoneSettings, uint64_t lastHandle);
+    Service(const Settings& phoneSettings, uint64_t lastHandle)
+        : phone(phoneSettings), composerLife(phone.composerLife), handle(lastHandle) {}
 
     // Returns the operation's answer.
     std::string call(const Call& call);
@@ -82,62 +85,46 @@ private:
         Table gamma, deGamma;
     };
 
+    // Around the service.
     void add(const simulator::Event::What& event) { events.push_back(textOf(event)); }
-    void log(int32_t priority, const std::string& function, const std::string& message);
-    void closed(simulator::ClosedCall call);
+    bool log(int32_t priority, const std::string& function, const std::string& message);
     static Reply replyOf(Failure failure, bool isGetter, int32_t result);
-    Reply composer(int life, simulator::ComposerCall call);
+    Reply composer(int life, ComposerCall call);
     Reply sensors(SensorOperation operation, std::vector<int64_t> arguments);
-    const Held& heldFor(uint64_t display) const;
+    Held& heldFor(uint64_t display);
+    void closed(ClosedFunction function, std::vector<int64_t> arguments, std::vector<double> coefficients = {});
+    std::vector<float> closed(ClosedFunction function, std::vector<int64_t> arguments, std::vector<float> buffer,
+                              const std::vector<float>& written, ptrdiff_t place);
+    int levelOf(int light);
     bool canRead(const Node& node, const char* function, const char* openError, const char* readError);
     const Calibration& readCalibration();
 
-    std::string init(const Call& call);
-    std::string deInit(const Call& call);
-    std::string allocUserHandle(const Call& call);
-    std::string freeUserHandle(const Call& call);
-    std::string getNumOfDisplay(const Call& call);
-    std::string getDisplayInfo(const Call& call);
-    std::string setColorTransformMatrix(const Call& call);
-    std::string setColorTransformMatrix2(const Call& call);
-    std::string getColorTransformMatrix(const Call& call);
-    std::string getColorTransformMatrix2(const Call& call);
-    std::string setTable(const Call& call);
-    std::string getTable(const Call& call);
-    std::string setGlobalGamma(const Call& call);
-    std::string setUnlimitedCT(const Call& call);
-    std::string setEyeCareCT(const Call& call);
-    std::string getLevel(const Call& call);
-    std::string setStandardMode(const Call& call);
-    std::string setEnhanceScreenMode(const Call& call);
-    std::string setSmartEnvironmentMode(const Call& call);
-    std::string setCabcSysNode(const Call& call);
-    std::string setCabcMode(const Call& call);
-    std::string setFeature(const Call& call);
-    std::string setMiscFeature(const Call& call);
-    std::string getMiscFeature(const Call& call);
-    std::string setAlad(const Call& call);
-    std::string isAladEnable(const Call& call);
-    std::string exclusiveModeEnter(const Call& call);
-    std::string exclusiveModeExit(const Call& call);
-
+    // The operations, and what several of them do.
+    std::string init();
+    void applyCalibration();
+    void sendCalibratedGamma(const Calibration& file);
     bool knows(uint64_t display) const { return numOfDisplay > 0 && display < static_cast<uint64_t>(numOfDisplay); }
     Display* served(uint64_t display) { return connected && knows(display) ? &displays[display] : nullptr; }
-    void applyCalibration();
-    void sendCalibratedGamma(const Calibration& calibration);
-    int32_t sendMatrices(uint64_t display, const Matrix& first, const Matrix& last);
-    std::string get(ComposerOperation operation, const Call& call, const std::string& values, const std::string& zeros);
+    std::string sendMatrices(uint64_t display, const Matrix& first, const Matrix& last);
+    std::string setTable(const Call& call);
     std::string sendTable(ComposerOperation operation, uint64_t display, const Table& table);
-    std::string enterMode(uint64_t display, int32_t mode, const Matrix& whitePoint, const Matrix& colorCorrection);
+    std::string get(ComposerOperation operation, const Call& call, const std::string& values, const std::string& zeros);
+    std::string setLevel(uint64_t display, bool isUnlimited, int32_t level);
     void sendFinalMatrix(uint64_t display);
+    std::string setMode(uint64_t display, int32_t mode);
+    std::vector<float> calibrateWhitePoint();
+    std::string setCabcSysNode(int32_t level);
+    std::string setCabcMode(int32_t mode);
+    std::string setFeature(uint64_t display, int32_t feature, int32_t value, int32_t value2);
+    std::string setAlad(uint64_t display, bool enable);
     bool enableAlad();
     void disableAlad();
     void wake();
     void takeSample();
     void planSteps(int from, int to);
     void send();
-    void rampUp();
-    int levelOf(int light);
+    std::string exclusiveModeEnter();
+    std::string exclusiveModeExit();
 
     const Settings& phone;
     std::map<uint64_t, Held> held;  // by display

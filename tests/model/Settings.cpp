@@ -129,7 +129,6 @@ Settings::Settings()
     complete.whitePoint = {0.5F, 0.1F, 0.2F, -0.1F, 0.9F, 0.05F, 0, 0.3F, 1};
     complete.colorCorrection = {1.25F, -0.2F, 0, 0.1F, 1, -0.1F, 0.3F, 0, 0.75F};
     complete.whitePointParams = {1, 2, 3, 4, 5, 6, 7, 8, 9};
-    complete.tuned = std::vector<float>(4096, 0.5F);
     complete.endPoints = {0xC0FFEE, 0x0000FF};
     complete.eyeCare = {6500.9, 2700.2};
     for (int i = 0; i < 36; ++i) complete.eyeCare.push_back(i / 8.0);
