@@ -63,7 +63,17 @@ Matrix product(const Matrix& a, const Matrix& b) {
     return result;
 }
 
-// Over the corners of the colour cube but black, white first.
+}  // namespace
+
+Matrix finalMatrix(const Display& d) {
+    Matrix last = product(d.eyeCare, product(d.unlimited, product(d.whitePoint, d.colorCorrection)));
+    const float largest = largestOutput(last);
+    if (static_cast<double>(largest) > 1e-6) {
+        for (float& element : last) element /= largest;
+    }
+    return last;
+}
+
 float largestOutput(const Matrix& m) {
     float best = 0;
     for (const int corner : {0b111, 0b110, 0b101, 0b011, 0b100, 0b010, 0b001}) {
@@ -82,8 +92,6 @@ Table powerTable(float exponent) {
         table[i] = static_cast<float>(std::pow(static_cast<double>(i) / 4096, static_cast<double>(exponent)));
     return tableOf(table.data());
 }
-
-}  // namespace
 
 std::string Service::call(const Call& c) {
     const std::string& operation = c.operation;
@@ -358,18 +366,8 @@ std::string Service::setLevel(uint64_t display, bool isUnlimited, int32_t level)
         log(kDebug, name, text("v:%d", level));
         for (const size_t i : {0, 3, 6}) log(kDebug, name, threeFloats(&values[i]));
     }
-    sendFinalMatrix(display);
+    sendMatrices(display, kIdentity, finalMatrix(displays[display]));
     return "OK";
-}
-
-void Service::sendFinalMatrix(uint64_t display) {
-    const Display& d = displays[display];
-    Matrix last = product(d.eyeCare, product(d.unlimited, product(d.whitePoint, d.colorCorrection)));
-    const float largest = largestOutput(last);
-    if (static_cast<double>(largest) > 1e-6) {
-        for (float& element : last) element /= largest;
-    }
-    sendMatrices(display, kIdentity, last);
 }
 
 std::string Service::setMode(uint64_t display, int32_t mode) {
@@ -383,7 +381,7 @@ std::string Service::setMode(uint64_t display, int32_t mode) {
         const std::vector<float> gains = calibrateWhitePoint();
         for (const size_t i : {0, 1, 2}) d->whitePoint[4 * i] = gains[i];
     }
-    sendFinalMatrix(display);
+    sendMatrices(display, kIdentity, finalMatrix(displays[display]));
     screenMode = mode;
     setCabcSysNode(mode == kSmartEnvironment ? 1 : 0);
     if (mode == kSmartEnvironment) add(simulator::ClosedCall{ClosedFunction::DESTROY_ALGORITHM});
@@ -574,7 +572,7 @@ std::string Service::exclusiveModeExit() {
     if (Display* const d = served(0); d != nullptr) {
         if (file.whitePoint.size() >= kMatrix) d->whitePoint = matrixOf(file.whitePoint.data());
         if (file.colorCorrection.size() >= kMatrix) d->colorCorrection = matrixOf(file.colorCorrection.data());
-        sendFinalMatrix(0);
+        sendMatrices(0, kIdentity, finalMatrix(*d));
     }
     sendCalibratedGamma(file);
     return "OK";

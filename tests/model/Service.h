@@ -32,6 +32,12 @@ struct Display {
     Matrix calibColorCorrection = kIdentity;
 };
 
+// Of the matrices in effect.
+Matrix finalMatrix(const Display& display);
+// Over the corners of the colour cube but black, white first.
+float largestOutput(const Matrix& m);
+Table powerTable(float exponent);
+
 // The worker of the ambient-light adaptive display. Times in milliseconds.
 struct Worker {
     enum class Message { START, STEP, OFF };
@@ -110,7 +116,6 @@ private:
     std::string sendTable(ComposerOperation operation, uint64_t display, const Table& table);
     std::string get(ComposerOperation operation, const Call& call, const std::string& values, const std::string& zeros);
     std::string setLevel(uint64_t display, bool isUnlimited, int32_t level);
-    void sendFinalMatrix(uint64_t display);
     std::string setMode(uint64_t display, int32_t mode);
     std::vector<float> calibrateWhitePoint();
     std::string setCabcSysNode(int32_t level);
