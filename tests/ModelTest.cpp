@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <functional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -340,6 +341,25 @@ TEST(Model, ASessionGoesWellAfterEveryFault) {
         answers.clear();
         session("after " + fault.name, answers);
         ASSERT_EQ(answers, good) << fault.name;
+    }
+}
+
+// Lights at the thresholds, beyond the int range and at random, with pauses of any length, and other closed functions.
+TEST(Model, TheToneCurveFollowsAnyLight) {
+    const float kLights[] = {300,  0,     -5,   -0.7F, 123.9F, 4999,  5000, 5001,      7999,     8000,
+                             8001, 20000, 9000, 49999, 60000,  5e10F, NAN,  -INFINITY, INFINITY, 2e9F};
+    const Change kChanges[] = {[](auto& s) { s.results[ClosedFunction::GET_AGTM_LEVEL] = -3; },
+                               [](auto& s) { s.results.clear(); }, [](auto& s) { s.curves = !s.curves; }};
+    std::mt19937 random(1);
+    const auto below = [&random](size_t count) { return random() % count; };
+    Comparison c;
+    ASSERT_TRUE(holds(c, {call("init"), call("setAlad", 0, 1)}));
+    for (int i = 0; i < 5000; ++i) {
+        const float lux = kLights[below(below(2) == 0 ? 12 : std::size(kLights))];
+        const auto duration = std::chrono::milliseconds(below(3) == 0 ? below(5000) : 1000);
+        ASSERT_TRUE(holds(c, {light(lux), pass(duration)})) << "step " << i << ", " << lux << " lux";
+        if (below(50) != 0) continue;
+        ASSERT_TRUE(holds(c, {call("setAlad"), set(kChanges[below(3)]), call("setAlad", 0, 1)}));
     }
 }
 

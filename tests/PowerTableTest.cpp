@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "color/PowerTable.h"
 
 #include <gtest/gtest.h>
@@ -8,27 +9,19 @@
 #include <random>
 #include <vector>
 
+#include "tests/model/Service.h"
+
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace {
 
-using Table = std::vector<float>;
-
-Table oneByOne(float exponent) {
-    Table table(kPowerTable);
-    for (size_t i = 0; i < kPowerTable; ++i) {
-        table[i] = static_cast<float>(std::pow(static_cast<double>(i) / 4096, static_cast<double>(exponent)));
-    }
-    return table;
-}
-
-// The first entry of different bits; the table's size when there is none.
+// The first entry whose bits differ from pow's; the table's size if there is none.
 size_t firstDifference(float exponent) {
-    Table table(kPowerTable, 7);
+    std::vector<float> table(kPowerTable, 7);
     fillPowerTable(table.data(), exponent);
-    const Table expected = oneByOne(exponent);
+    const auto expected = model::powerTable(exponent);
     size_t i = 0;
-    while (i < kPowerTable && memcmp(&table[i], &expected[i], sizeof(float)) == 0) ++i;
+    while (i < kPowerTable && memcmp(&table[i], &(*expected)[i], sizeof(float)) == 0) ++i;
     return i;
 }
 
@@ -42,11 +35,11 @@ TEST(PowerTable, HasTheBitsOfPowForChosenExponents) {
                                     Limits::denorm_min(),
                                     1 / 2.2F,
                                     1 / 2.4F,
-                                    std::sqrt(2.F),
+                                    1e30F,
                                     16.000002F,
+                                    std::sqrt(2.F),
                                     3e-8F,
-                                    1e-7F,
-                                    1e30F};
+                                    1e-7F};
     for (int halves = 0; halves <= 80; ++halves) exponents.push_back(static_cast<float>(halves) / 2);
     for (int tenths = 1; tenths < 50; ++tenths) exponents.push_back(static_cast<float>(tenths) / 10);
     for (const float exponent : exponents) {
@@ -55,15 +48,13 @@ TEST(PowerTable, HasTheBitsOfPowForChosenExponents) {
     }
 }
 
-TEST(PowerTable, HasTheBitsOfPowForTensOfThousandsOfExponents) {
+TEST(PowerTable, HasTheBitsOfPowForThousandsOfExponents) {
     std::mt19937 random(1);
     std::uniform_real_distribution<float> usual(-17, 17);
     std::uniform_real_distribution<float> magnitude(-40, 8);
-    for (int i = 0; i < 10'000; ++i) {
-        const float exponent = usual(random);
+    for (int i = 0; i < 5'000; ++i) {
+        const float exponent = i % 2 == 0 ? usual(random) : std::exp2(magnitude(random));
         ASSERT_EQ(firstDifference(exponent), kPowerTable) << exponent;
-        const float tinyToHuge = std::exp2(magnitude(random));
-        ASSERT_EQ(firstDifference(tinyToHuge), kPowerTable) << tinyToHuge;
     }
 }
 

@@ -1,10 +1,13 @@
-// What a PC computed, kept as digests: every other processor has to come to the same bits.
+// SPDX-License-Identifier: Apache-2.0
+// Digests of what a PC computes: every other processor must compute the same bits.
+#include <gtest/gtest.h>
+
 #include <cstring>
 #include <random>
+#include <vector>
 
 #include "color/ColorManager.h"
 #include "color/PowerTable.h"
-#include "tests/ServiceTest.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -44,7 +47,7 @@ TEST(SameBits, FinalMatrices) {
     EXPECT_EQ(digest.value(), 1615351765379094539U);
 }
 
-// Of a C library whose pow is as exact as glibc's: one that errs by more may round some entries otherwise.
+// Of a C library whose pow is as exact as glibc's: a less exact one may round some entries differently.
 TEST(SameBits, GammaTables) {
     std::vector<float> table(kPowerTable);
     Digest digest;
