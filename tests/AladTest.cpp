@@ -17,6 +17,7 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 namespace {
 
 namespace sensorservice = ::android::frameworks::sensorservice::V1_0;
+namespace sensors = ::android::hardware::sensors::V1_0;
 using ::android::sp;
 using simulator::Failure;
 using simulator::SensorOperation;
@@ -26,44 +27,23 @@ using namespace std::chrono_literals;
 template <typename T>
 using Returned = ::android::hardware::Return<T>;
 
-// The phone's sensor service, watched: the callbacks that it was given, and what happens when the queue or the service
-// itself is released.
+// The phone's sensor service, in an object that shows when it is released.
 struct WatchedSensors : sensorservice::ISensorManager {
-    using Callback = sp<sensorservice::IEventQueueCallback>;
-    using Delivery = std::function<void(const sp<sensorservice::IEventQueue>&, sensorservice::Result)>;
-
-    struct Queue : sensorservice::IEventQueue {
-        Queue(sp<sensorservice::IEventQueue> real, std::function<void()> atRelease)
-            : queue(std::move(real)), released(std::move(atRelease)) {}
-        ~Queue() override { released(); }
-        Returned<sensorservice::Result> enableSensor(int32_t handle, int32_t period, int64_t latency) override {
-            return queue->enableSensor(handle, period, latency);
-        }
-        Returned<sensorservice::Result> disableSensor(int32_t handle) override { return queue->disableSensor(handle); }
-        const sp<sensorservice::IEventQueue> queue;
-        const std::function<void()> released;
-    };
-
-    explicit WatchedSensors(simulator::Sensors& real, bool& isAlive) : sensors(&real), alive(isAlive) { alive = true; }
-    ~WatchedSensors() override { alive = false; }
-
+    WatchedSensors(simulator::Sensors& phones, bool& alive) : real(phones), isAlive(alive) { isAlive = true; }
+    ~WatchedSensors() override { isAlive = false; }
     Returned<void> getDefaultSensor(
-        ::android::hardware::sensors::V1_0::SensorType type,
-        std::function<void(const ::android::hardware::sensors::V1_0::SensorInfo&, sensorservice::Result)> callback)
-        override {
-        return sensors->getDefaultSensor(type, callback);
+        sensors::SensorType type,
+        std::function<void(const sensors::SensorInfo&, sensorservice::Result)> callback) override {
+        return real.getDefaultSensor(type, callback);
     }
-    Returned<void> createEventQueue(const Callback& callback, Delivery deliver) override {
-        callbacks.push_back(callback);
-        return sensors->createEventQueue(callback, [&](const auto& queue, auto result) {
-            deliver(queue == nullptr ? nullptr : sp<sensorservice::IEventQueue>(new Queue(queue, atRelease)), result);
-        });
+    Returned<void> createEventQueue(
+        const sp<sensorservice::IEventQueueCallback>& feed,
+        std::function<void(const sp<sensorservice::IEventQueue>&, sensorservice::Result)> callback) override {
+        return real.createEventQueue(feed, callback);
     }
 
-    const sp<simulator::Sensors> sensors;
-    bool& alive;
-    std::vector<Callback> callbacks;
-    std::function<void()> atRelease = [] {};
+    simulator::Sensors& real;
+    bool& isAlive;
 };
 
 // Threads run as they like; no pause lasts. Deadlines either have always passed, or never pass, so that a lost wake-up
@@ -90,24 +70,27 @@ struct RacingClock : platform::Clock {
 
 class AladTest : public PhoneTest {
 protected:
-    // The lines of samples and messages in that time.
-    Lines seconds(int count) {
+    // The samples and messages of a second.
+    Lines second() {
         happened();
-        phone.clock().advance(count * 1s);
+        phone.clock().advance(1s);
         Lines seen;
         for (const std::string& line : happened()) {
-            if (line.rfind("sample", 0) == 0 || line.rfind("composer", 0) == 0) seen.push_back(line.substr(0, 24));
+            if (line.rfind("sample", 0) == 0 || line.rfind("composer", 0) == 0) seen.push_back(line);
         }
         return seen;
     }
-    static void deliver(const WatchedSensors::Callback& callback, float lux) {
-        ::android::hardware::sensors::V1_0::Event event{-1, 99, {}, {}};  // only the light counts
+    static void deliver(const sp<sensorservice::IEventQueueCallback>& callback, float lux) {
+        sensors::Event event{-1, 99, {}, {}};  // only the light counts
         event.u.scalar = lux;
         callback->onEvent(event).isOk();
     }
+    void atSensor(SensorOperation operation, const std::function<void()>& what) {
+        phone.sensors().onCall([=](SensorOperation current) {
+            if (current == operation) what();
+        });
+    }
 
-    bool isServiceAlive = false;
-    sp<WatchedSensors> watched{new WatchedSensors(phone.sensors(), isServiceAlive)};
     DisplayAlad alad{&phone.composer()};
 };
 
@@ -116,7 +99,6 @@ TEST_F(AladTest, AFailedStartKeepsNothing) {
         int result;
         std::function<void(model::Settings&)> fault;
     } kCases[] = {
-        {-1, [](auto& s) { s.sensors = false; }},
         {-2, [](auto& s) { s.sensorFailures[SensorOperation::GET_DEFAULT_SENSOR] = Failure::REFUSED; }},
         {-3, [](auto& s) { s.queue = false; }},
         {-3, [](auto& s) { s.sensorFailures[SensorOperation::CREATE_EVENT_QUEUE] = Failure::TRANSPORT_AFTER; }},
@@ -127,69 +109,68 @@ TEST_F(AladTest, AFailedStartKeepsNothing) {
         SCOPED_TRACE(c.result);
         model::Settings faulty;
         c.fault(faulty);
-        watched = new WatchedSensors(phone.sensors(), isServiceAlive);
-        const size_t before = watched->callbacks.size();
         model::apply(faulty, {}, phone);
-        if (faulty.sensors) watched->registerAsService();
         EXPECT_EQ(alad.enable(), c.result);
         happened();
         alad.disable();
         EXPECT_THAT(happened(), IsEmpty()) << "it is not enabled";
 
+        const auto late = phone.sensors().callback();
         model::apply({}, faulty, phone);
-        watched->registerAsService();
-        const auto late = before < watched->callbacks.size() ? watched->callbacks.back() : nullptr;
         EXPECT_EQ(alad.enable(), 0);
         if (late != nullptr) deliver(late, 9000);
-        EXPECT_THAT(seconds(2), ElementsAre("sample 300 lux, mean 300", "sample 300 lux, mean 300"));
+        EXPECT_THAT(second(), ElementsAre("sample 300 lux, mean 300"));
         alad.disable();
-        phone.setSensorsPresent(true);
-        watched.clear();
-        EXPECT_FALSE(isServiceAlive) << "the sensor service is released";
     }
+    phone.setSensorsPresent(false);
+    EXPECT_EQ(alad.enable(), -1);
 }
 
-TEST_F(AladTest, EachEventCountsFromTheStartToTheDetaching) {
-    watched->registerAsService();
-    phone.sensors().onCall([this](SensorOperation operation) {
-        if (operation == SensorOperation::CREATE_EVENT_QUEUE) phone.sensors().deliver(7000);
-        if (operation == SensorOperation::DISABLE_SENSOR) phone.sensors().deliver(400);
-    });
-    watched->atRelease = [this] {
-        deliver(watched->callbacks.back(), 9000);
-        phone.clock().advance(1s);
-    };
+TEST_F(AladTest, TheSensorServiceIsReleasedAtTheEnd) {
+    bool isAlive = false;
+    sp<WatchedSensors>(new WatchedSensors(phone.sensors(), isAlive))->registerAsService();
+    EXPECT_EQ(alad.enable(), 0);
+    platform::clearServices();
+    EXPECT_TRUE(isAlive);
+    alad.disable();
+    EXPECT_FALSE(isAlive);
+}
+
+TEST_F(AladTest, EventsCountFromTheStartUntilTheCallbackIsDetached) {
+    atSensor(SensorOperation::CREATE_EVENT_QUEUE, [this] { phone.sensors().deliver(7000); });
     EXPECT_EQ(alad.enable(), 0);
     EXPECT_EQ(alad.enable(), 0) << "it is on";
-    EXPECT_THAT(seconds(1), ElementsAre("sample 300 lux, mean 300")) << "the light is 300 lux once there is a queue";
-    alad.disable();
-    alad.disable();
-    EXPECT_THAT(happened("sample"), ElementsAre("sample 400 lux, mean 300")) << "detached before the queue is released";
-    EXPECT_THAT(happened(), IsEmpty());
-
-    phone.sensors().onCall([this](SensorOperation operation) {
-        if (operation == SensorOperation::ENABLE_SENSOR) phone.sensors().deliver(7000);
+    EXPECT_THAT(second(), ElementsAre("sample 300 lux, mean 300")) << "the light is 300 lux once the queue exists";
+    atSensor(SensorOperation::RELEASE_QUEUE, [this] {
+        phone.sensors().deliver(7000);
+        phone.clock().advance(1s);
     });
-    watched->atRelease = [] {};
+    alad.disable();
+    alad.disable();
+    EXPECT_THAT(happened("sample"), ElementsAre("sample 300 lux, mean 300")) << "detached before the release";
+
+    atSensor(SensorOperation::ENABLE_SENSOR, [this] { phone.sensors().deliver(7000); });
     EXPECT_EQ(alad.enable(), 0);
-    EXPECT_THAT(seconds(1), ElementsAre("sample 7000 lux, mean 70"));
+    EXPECT_THAT(second(), ElementsAre("sample 7000 lux, mean 7000"));
     alad.disable();
 }
 
 TEST_F(AladTest, AnotherStartBeginsAnew) {
-    watched->registerAsService();
     alad.enable();
+    const auto old = phone.sensors().callback();
     alad.notifyData(9000);
-    seconds(2);
+    second();
     alad.disable();
     alad.notifyData(9000);
     alad.enable();
-    deliver(watched->callbacks.front(), 9000);
-    EXPECT_THAT(seconds(1), ElementsAre("sample 300 lux, mean 300"));
+    deliver(old, 9000);
+    EXPECT_THAT(second(), ElementsAre("sample 300 lux, mean 300"));
+    alad.notifyData(100);
+    EXPECT_THAT(second(), ElementsAre("sample 100 lux, mean 300")) << "the curve is off";
     alad.disable();
     alad.enable();
     alad.notifyData(100);
-    EXPECT_THAT(seconds(1), ElementsAre("sample 100 lux, mean 100")) << "the curve is off, the ring is empty";
+    EXPECT_THAT(second(), ElementsAre("sample 100 lux, mean 100")) << "the ring is empty";
     alad.disable();
 }
 

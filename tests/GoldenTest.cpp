@@ -101,10 +101,10 @@ std::string aLongSession() {
     callAll();
     Settings poor = complete;
     poor.displays = 1;
-    poor.panel = {Node::Kind::MISSING};
+    poor.panel = {Kind::MISSING};
     poor.whitePoint.text = "x=1";
-    poor.cabc = {Node::Kind::MISSING};
-    poor.calibrations[0] = {Calibration::File::MALFORMED};
+    poor.cabc = {Kind::MISSING};
+    poor.calibrations[0].isWellFormed = false;
     poor.composerFailures[ComposerOperation::GET_DISPLAY_INFO] = Failure::REFUSED;
     poor.composerFailures[ComposerOperation::GET_GLOBAL_GAMMA_LUT] = Failure::NO_CALLBACK;
     poor.composerFailures[ComposerOperation::SET_COLOR_TRANSFORM_MATRIX] = Failure::TRANSPORT_AFTER;

@@ -53,47 +53,39 @@ struct State {
     std::vector<std::string> operations = {};  // that it matters to; empty: all
 };
 
-Step displays(uint32_t count) {
-    return set([=](Settings& s) { s.displays = count; });
-}
-Step fail(ComposerOperation operation, Failure failure) {
-    return set([=](Settings& s) { s.composerFailures[operation] = failure; });
-}
-
 std::vector<State> states() {
+    const auto displays = [](uint32_t count) { return set([=](Settings& s) { s.displays = count; }); };
+    const auto refuseCount = [](Failure f) {
+        return set([=](Settings& s) { s.composerFailures[ComposerOperation::GET_NUM_OF_DISPLAY] = f; });
+    };
+    const auto composer = [](bool isPresent) { return set([=](Settings& s) { s.composer = isPresent; }); };
+    const Step restart = set([](Settings& s) { ++s.composerLife; });
+    const Step shorten = set([](Settings& s) { s.calibrations[0] = {Kind::FILE, true, {1, 2}}; });
     const Step init = call("init");
     const Step on = call("setAlad", 0, 1);
+    const Step level = call("setUnlimitedCT", 1, 5);
     std::vector<State> all = {
         {"new", {}},
         {"no display", {displays(0), init}},
         {"one display", {displays(1), init}},
         {"two displays", {init}},
-        {"stopped", {init, call("setEyeCareCT", 0, 3), call("deInit")}},
-        {"count refused",
-         {init, fail(ComposerOperation::GET_NUM_OF_DISPLAY, Failure::REFUSED), init,
-          set([](Settings& s) { s.composerFailures.clear(); })}},
-        {"composer not found",
-         {init, set([](Settings& s) { s.composer = false; }), init, set([](Settings& s) { s.composer = true; })}},
-        {"composer restarted", {init, call("setUnlimitedCT", 1, 5), set([](Settings& s) { ++s.composerLife; })}},
-        {"a display more", {init, call("setUnlimitedCT", 1, 5), displays(3), init}},
-        {"a display fewer", {init, call("setUnlimitedCT", 1, 5), displays(1), init}},
-        {"started again without the matrices",
-         {init, set([](Settings& s) {
-              s.calibrations[0] = {Calibration::File::GOOD, {1, 2}};
-          }),
-          init}},
-        {"standard mode", {init, call("setUnlimitedCT", 0, 5), call("setStandardMode")}},
+        {"stopped", {init, level, call("deInit")}},
+        {"count refused", {init, refuseCount(Failure::REFUSED), init, refuseCount(Failure::NONE)}},
+        {"composer not found", {init, composer(false), init, composer(true)}},
+        {"composer restarted", {init, level, restart}},
+        {"a display more", {init, level, displays(3), init}},
+        {"a display fewer", {init, level, displays(1), init}},
+        {"started again without the matrices", {init, shorten, init}},
+        {"standard mode", {init, level, call("setStandardMode")}},
         {"enhanced mode", {init, call("setEyeCareCT", 0, 5), call("setEnhanceScreenMode")}},
-        {"smart environment mode", {init, call("setUnlimitedCT", 1, 5), call("setSmartEnvironmentMode")}},
+        {"smart environment mode", {init, level, call("setStandardMode"), call("setSmartEnvironmentMode")}},
         {"exclusive", {init, call("setStandardMode"), call("exclusiveModeEnter", 0, 1)}},
         {"stopped, ALAD on", {init, on, light(9000), pass(1010ms), call("deInit")}},
     };
     // Milliseconds in the phases of the tone curve: waiting, start message, ramp and its end; the same to another
     // level; the same down to the off message.
     for (const int at : {0, 999, 1000, 1019, 1020, 1050, 1060, 3060, 3090, 3140, 5140, 5250, 5270, 5290, 5300, 7000}) {
-        const auto goTo = [at](int from, int to) {
-            return pass(std::chrono::milliseconds(std::clamp(at, from, to) - from));
-        };
+        const auto goTo = [at](int from, int to) { return pass(1ms * (std::clamp(at, from, to) - from)); };
         all.push_back(
             {"ALAD on",
              {init, on, light(9000), goTo(0, 1100), light(30000), goTo(1100, 3200), light(100), goTo(3200, 9999)},
@@ -106,72 +98,67 @@ std::vector<State> states() {
 // --- Calls ---
 
 std::vector<Call> calls() {
-    const Matrix odd = {1, 2, 3, -4, 0.5F, 1e-9F, INFINITY, NAN, -0.0F};
-    const Matrix even = {0.25F, 0.25F, 0, 1, 1, 0, 0, 1, 2};
-    std::array<float, 4096> ramp{};
-    for (size_t i = 0; i < ramp.size(); ++i) ramp[i] = static_cast<float>(i) / 64;
+    const std::vector<uint64_t> kDisplays = {0, 1, 2, 1ULL << 32};
+    const std::vector<int32_t> kModes = {0, 1, 2, 3, 4, 5, -1, INT32_MAX};
     std::vector<Call> all;
-    const auto add = [&all](const char* operation, std::initializer_list<uint64_t> displays,
-                            std::initializer_list<int32_t> numbers = {0}) {
+    const auto add = [&](const char* operation, const std::vector<uint64_t>& displays,
+                         const std::vector<int32_t>& numbers) {
         for (const uint64_t display : displays) {
             for (const int32_t number : numbers) all.push_back({operation, display, number});
         }
     };
-    const std::initializer_list<uint64_t> kDisplays = {0, 1, 2, 1ULL << 32};
-    add("allocUserHandle", {0}, {0, -1});
-    add("freeUserHandle", {0});
-    add("getNumOfDisplay", {0});
-    add("getDisplayInfo", kDisplays);
-    add("setUnlimitedCT", kDisplays, {7});
-    add("getUnlimitedCT", kDisplays);
-    add("setEyeCareCT", kDisplays, {INT32_MIN});
-    add("getEyeCareCT", kDisplays);
-    add("setCabcMode", {9}, {0, 1, 2, 3, 4, 5, -1, INT32_MAX});
-    add("setStandardMode", kDisplays);
-    add("setCabcMode", {9}, {3});
-    add("setEnhanceScreenMode", kDisplays);
-    add("setCabcMode", {9}, {3});
-    add("setSmartEnvironmentMode", kDisplays);
-    add("setCabcMode", {9}, {0, 1, 2, 3, 4, 5, -1, INT32_MAX});
+    for (const char* const operation : {"allocUserHandle", "freeUserHandle", "getNumOfDisplay"})
+        add(operation, {0}, {-1});
+    for (const char* const operation :
+         {"getDisplayInfo", "setUnlimitedCT", "getUnlimitedCT", "setEyeCareCT", "getEyeCareCT"})
+        add(operation, kDisplays, {INT32_MIN});
+    for (const char* const operation : {"setStandardMode", "setEnhanceScreenMode", "setSmartEnvironmentMode"}) {
+        add("setCabcMode", {9}, kModes);
+        add(operation, kDisplays, {99});
+    }
+    add("setCabcMode", {9}, kModes);
     add("setCabcSysNode", {9}, {0, 9, 12, -49, 208, INT32_MAX});
     for (int32_t feature = -1; feature <= 24; ++feature) all.push_back({"setFeature", 0, feature, 3, -9});
     for (const int32_t feature : {0, 1, 2, 3, 7, 23}) all.push_back({"setFeature", 2, feature, 9});
-    const std::vector<std::vector<double>> kValues = {
-        {}, {1}, {1, 2, 3}, {2.9, -1.9}, {-0.9, 0.9}, {INFINITY, NAN}, {-1e300, 1e300}};
-    for (const auto& values : kValues) {
+    for (const auto& values : std::vector<std::vector<double>>{{},
+                                                               {1},
+                                                               {1, 2, 3},
+                                                               {2.9, -1.9},
+                                                               {-0.9, 0.9},
+                                                               {INFINITY, NAN},
+                                                               {-1e300, 1e300},
+                                                               {2147483647.9, -2147483648.9}}) {
         all.push_back({"setMiscFeature", 1, 23, 0, 0, values});
         all.push_back({"setMiscFeature", 1, 5, 0, 0, values});
     }
     add("getMiscFeature", {0}, {0, 23});
+    std::array<float, 4096> ramp{};
+    for (size_t i = 0; i < ramp.size(); ++i) ramp[i] = static_cast<float>(i) / 64;
     for (const uint64_t display : kDisplays) {
-        all.push_back({"setColorTransformMatrix", display});
-        all.back().last = odd;
-        all.push_back({"getColorTransformMatrix2", display});
-        all.push_back({"setColorTransformMatrix2", display});
-        all.back().first = odd;
-        all.back().last = even;
-        all.push_back({"getColorTransformMatrix2", display});
-        all.push_back({"getColorTransformMatrix", display});
-        all.push_back({"setGlobalGammaLut", display});
-        all.back().table = simulator::tableOf(ramp.data());
-        all.push_back({"getGlobalGammaLut", display});
-        all.push_back({"setGlobalGamma", display});
-        all.back().exponent = 2.2F;
-        all.push_back({"getGlobalGammaLut", display});
-        all.push_back({"setGlobalDeGammaLut", display});
-        all.back().table = simulator::tableOf(ramp.data());
-        all.push_back({"getGlobalDeGammaLut", display});
+        for (const char* const operation :
+             {"setColorTransformMatrix", "getColorTransformMatrix2", "setColorTransformMatrix2",
+              "getColorTransformMatrix2", "getColorTransformMatrix", "setGlobalGammaLut", "getGlobalGammaLut",
+              "setGlobalGamma", "getGlobalGammaLut", "setGlobalDeGammaLut", "getGlobalDeGammaLut"})
+            all.push_back({operation,
+                           display,
+                           0,
+                           0,
+                           0,
+                           {},
+                           2.2F,
+                           {0.25F, 0.5F, 0, 1, 1, 0, 0, 1, 2},
+                           {1, 2, 3, -4, 0.5F, 1e-9F, INFINITY, NAN, -0.0F},
+                           simulator::tableOf(ramp.data())});
     }
-    add("setAlad", {0}, {0, 1, -1});
-    add("IsAladEnable", {0, 9});
-    add("setAlad", {1}, {0, 1});
+    add("setAlad", {0, 1}, {0, 1, -1});
+    add("IsAladEnable", {0, 9}, {0});
     add("exclusiveModeEnter", {0}, {-1});
-    add("IsAladEnable", {0});
+    add("IsAladEnable", {0}, {0});
     add("exclusiveModeExit", {0}, {1});
     add("setAlad", {0}, {7});
-    add("init", {0});
+    add("init", {0}, {0});
     add("setAlad", {0}, {0});
-    add("deInit", {0});
+    add("deInit", {0}, {0});
     return all;
 }
 
@@ -183,101 +170,94 @@ struct Fault {
     Change make;
 };
 
-std::vector<Fault> faults() {
-    const std::pair<Failure, std::string> kFailures[] = {{Failure::REFUSED, " refused"},
-                                                         {Failure::NO_CALLBACK, " without callback"},
-                                                         {Failure::TRANSPORT_BEFORE, " not sent"},
-                                                         {Failure::TRANSPORT_AFTER, " not answered"}};
+class Faults {
+public:
     std::vector<Fault> all;
-    for (const auto& [failure, name] : kFailures) {
+
+    void add(const std::string& name, const std::string& touches, const Change& make) {
+        all.push_back({name, touches, make});
+    }
+    void addNode(const std::string& name, const std::string& touches, Node Settings::*node, const Lines& texts) {
+        add("no " + name, touches, [=](Settings& s) { s.*node = {Kind::MISSING}; });
+        add(name + " folder", touches, [=](Settings& s) { s.*node = {Kind::FOLDER}; });
+        for (const auto& text : texts)
+            add(name + " " + text, touches, [=](Settings& s) { s.*node = {Kind::FILE, text}; });
+    }
+    // A change of the complete calibration.
+    void addCalibration(const std::string& name, const std::function<void(Calibration&)>& change) {
+        add(name, "panel xml", [=](Settings& s) { change(s.calibrations[0] = Settings().calibrations[0]); });
+    }
+};
+
+std::vector<Fault> faults() {
+    Faults f;
+    for (const auto failure :
+         {Failure::REFUSED, Failure::NO_CALLBACK, Failure::TRANSPORT_BEFORE, Failure::TRANSPORT_AFTER}) {
+        const std::string number = std::to_string(static_cast<int>(failure));
         for (size_t i = 0; i < simulator::kComposerOperations.size(); ++i) {
-            const std::string operation(simulator::kComposerOperations[i]);
-            all.push_back({operation + name, "composer " + operation + " ", [=, failure = failure](Settings& s) {
-                               s.composerFailures[static_cast<ComposerOperation>(i)] = failure;
-                           }});
+            const std::string operation = "composer " + std::string(simulator::kComposerOperations[i]);
+            f.add(operation + number, operation + " ",
+                  [=](Settings& s) { s.composerFailures[ComposerOperation(i)] = failure; });
         }
         for (size_t i = 0; i < simulator::kSensorOperations.size(); ++i) {
-            const std::string operation(simulator::kSensorOperations[i]);
-            all.push_back({operation + name, "sensor " + operation, [=, failure = failure](Settings& s) {
-                               s.sensorFailures[static_cast<SensorOperation>(i)] = failure;
-                           }});
+            const std::string operation = "sensor " + std::string(simulator::kSensorOperations[i]);
+            f.add(operation + number, operation, [=](Settings& s) { s.sensorFailures[SensorOperation(i)] = failure; });
         }
     }
     for (const uint32_t count : {0U, 1U, 3U, 1024U, 1025U, UINT32_MAX})
-        all.push_back(
-            {std::to_string(count) + " displays", "getNumOfDisplay ", [=](Settings& s) { s.displays = count; }});
-    const std::string kStart = "sensor getDefaultSensor";
-    all.push_back({"no composer", "getNumOfDisplay ", [](Settings& s) { s.composer = false; }});
-    all.push_back({"composer restarted", "composer ", [](Settings& s) { ++s.composerLife; }});
-    all.push_back({"no sensors", kStart, [](Settings& s) { s.sensors = false; }});
-    all.push_back({"no queue", kStart, [](Settings& s) { s.queue = false; }});
-    all.push_back({"no threads", kStart, [](Settings& s) { s.threads = false; }});
+        f.add(std::to_string(count) + " displays", "getNumOfDisplay ", [=](Settings& s) { s.displays = count; });
+    f.add("no composer", "getNumOfDisplay ", [](Settings& s) { s.composer = false; });
+    f.add("composer restarted", "composer ", [](Settings& s) { ++s.composerLife; });
+    f.add("no sensors", "getDefaultSensor", [](Settings& s) { s.sensors = false; });
+    f.add("no queue", "getDefaultSensor", [](Settings& s) { s.queue = false; });
+    f.add("no threads", "getDefaultSensor", [](Settings& s) { s.threads = false; });
 
-    const auto addNodes = [&all](const char* name, const char* touches, Node Settings::*node,
-                                 const std::vector<std::string>& texts) {
-        for (const auto kind : {Node::Kind::FOLDER, Node::Kind::MISSING})
-            all.push_back({name + " "s + std::to_string(static_cast<int>(kind)), touches,
-                           [=](Settings& s) { s.*node = {kind}; }});
-        for (const auto& text : texts)
-            all.push_back({name + " "s + text, touches, [=](Settings& s) { s.*node = {Node::Kind::FILE, text}; }});
-    };
     const std::string kPanelA = "dornel R7TK 35 02 0a hd+ video dsi panel\n";
-    const std::string kPanelB = "dornel R7TK 43 03 0b hd+ video dsi panel\n";
     const std::string kTrimmed = kPanelA.substr(0, kPanelA.size() - 1);
-    addNodes("panel", "panel xml", &Settings::panel,
-             {"", kPanelA, kPanelB, kTrimmed, kTrimmed + "\r\n", kPanelA + "\n", "Dornel" + kPanelA.substr(6),
-              kPanelA + "\0junk"s, "\0"s + kPanelA, kPanelA + std::string(200, 'x')});
-    addNodes("white point", "setSmartEnvironmentMode", &Settings::whitePoint,
-             {"", "x=313,y=329", "x=313", "x=313,y=", "x=313,y=-\n", " x=313,y=329", "x=313 ,y=329", "x=0.313,y=0.329",
-              "X=313,y=329", "x=31\0,y=329"s, "x= -5,y=\t+7 junk", "x=1,y=0x10", "x=99999999999999999999,y=-3000000000",
-              "x=2147483648,y=-2147483649", "x=313,y=" + std::string(53, ' ') + "3299"});
-    addNodes("backlight", "node lcd_cabc_mode", &Settings::cabc, {""});
+    f.addNode("panel", "panel xml", &Settings::panel,
+              {"", kPanelA, "dornel R7TK 43 03 0b hd+ video dsi panel\n", kTrimmed, kTrimmed + "\r\n", kPanelA + "\n",
+               "Dornel" + kPanelA.substr(6), kPanelA + "\0junk"s, "\0"s + kPanelA, kPanelA + std::string(200, 'x')});
+    f.add("panel A's file", "panel xml", [=](Settings& s) {
+        s.panel.text = kPanelA;
+        s.calibrations[1] = {Kind::FILE, true, {}, std::vector<float>(9, 0.5F)};
+    });
+    f.addNode(
+        "white point", "setSmartEnvironmentMode", &Settings::whitePoint,
+        {"", "x=313,y=329", "x=313", "x=313,y=", "x=313,y=-\n", " x=313,y=329", "x=313 ,y=329", "x=0.313,y=0.329",
+         "X=313,y=329", "x=31\0,y=329"s, "x= -5,y=\t+7 junk", "x=1,y=0x10", "x=99999999999999999999,y=-3000000000",
+         "x=2147483648,y=-2147483649", "x=313,y=" + std::string(53, ' ') + "3299"});
+    f.addNode("backlight", "node lcd_cabc_mode", &Settings::cabc, {""});
 
-    const auto addCalibration = [&all](const char* name, const std::function<void(Calibration&)>& change) {
-        all.push_back({"calibration "s + name, "panel xml",
-                       [=](Settings& s) { change(s.calibrations[0] = Settings().calibrations[0]); }});
-    };
-    using File = Calibration::File;
-    for (const File file : {File::MISSING, File::FOLDER, File::MALFORMED})
-        addCalibration("file", [=](Calibration& c) { c.file = file; });
-    addCalibration("empty", [](Calibration& c) { c = {File::GOOD}; });
-    addCalibration("white point", [](Calibration& c) { c.whitePoint.pop_back(); });
-    addCalibration("correction", [](Calibration& c) { c.colorCorrection.pop_back(); });
-    addCalibration("parameters", [](Calibration& c) { c.whitePointParams.pop_back(); });
-    addCalibration("end points", [](Calibration& c) { c.endPoints.pop_back(); });
-    addCalibration("eye care", [](Calibration& c) { c.eyeCare.pop_back(); });
-    addCalibration("eye care range", [](Calibration& c) {
-        c.eyeCare[0] = -1e300;
-        c.eyeCare[1] = NAN;
-    });
-    addCalibration("a table short", [](Calibration& c) { c.tuned.assign(4095, 0.5F); });
-    addCalibration("tuned", [](Calibration& c) { c.tuned.assign(4096, 0.5F); });
-    addCalibration("calibrated", [](Calibration& c) { c.calibrated.assign(4096, 0.75F); });
-    addCalibration("two tables", [](Calibration& c) {
-        c.tuned.assign(4096, 0.5F);
+    f.addCalibration("no file", [](Calibration& c) { c.kind = Kind::MISSING; });
+    f.addCalibration("a folder", [](Calibration& c) { c.kind = Kind::FOLDER; });
+    f.addCalibration("not XML", [](Calibration& c) { c.isWellFormed = false; });
+    f.addCalibration("no block", [](Calibration& c) { c = {}; });
+    f.addCalibration("short white point", [](Calibration& c) { c.whitePoint.pop_back(); });
+    f.addCalibration("short correction", [](Calibration& c) { c.colorCorrection.pop_back(); });
+    f.addCalibration("short parameters", [](Calibration& c) { c.whitePointParams.pop_back(); });
+    f.addCalibration("one end point", [](Calibration& c) { c.endPoints.pop_back(); });
+    f.addCalibration("short eye care", [](Calibration& c) { c.eyeCare.pop_back(); });
+    f.addCalibration("minimum beyond int", [](Calibration& c) { c.eyeCare[1] = -1e300; });
+    f.addCalibration("no maximum", [](Calibration& c) { c.eyeCare[0] = NAN; });
+    f.addCalibration("short table", [](Calibration& c) { c.tuned.assign(4095, 0.5F); });
+    f.addCalibration("tuned table", [](Calibration& c) { c.tuned.assign(4096, 0.5F); });
+    f.addCalibration("calibrated table", [](Calibration& c) { c.calibrated.assign(4096, 0.75F); });
+    f.addCalibration("two tables", [](Calibration& c) {
         c.calibrated.assign(4096, 0.75F);
+        c.tuned.assign(4096, 0.5F);
     });
-    addCalibration("more values", [](Calibration& c) {
-        c.whitePoint.push_back(5);
-        c.eyeCare.push_back(5);
-    });
-    all.push_back({"panel A's file", "panel xml", [=](Settings& s) {
-                       s.panel.text = kPanelA;
-                       s.calibrations[1] = {File::GOOD, {}, std::vector<float>(9, 0.5F)};
-                   }});
+    f.addCalibration("more values", [](Calibration& c) { c.eyeCare.push_back(c.whitePoint.emplace_back(5)); });
 
     for (size_t i = 0; i < simulator::kClosedFunctions.size(); ++i) {
-        const std::string name(simulator::kClosedFunctions[i]);
-        all.push_back({name + " fails", "closed " + name, [=](Settings& s) {
-                           s.results[static_cast<ClosedFunction>(i)] = -7;
-                           s.gains.pop_back();  // what has been written is used
-                           s.coefficients.pop_back();
-                           s.whiteGains.pop_back();
-                           s.curves = false;
-                       }});
+        const std::string name = "closed " + std::string(simulator::kClosedFunctions[i]);
+        f.add(name, name, [=](Settings& s) {
+            s.results[ClosedFunction(i)] = -7;
+            for (auto* const values : {&s.gains, &s.coefficients, &s.whiteGains}) values->resize(2);
+            s.curves = false;
+        });
     }
-    all.push_back({"dark", "closed ", [](Settings& s) { s.gains = s.whiteGains = {0, 0, 0}; }});
-    return all;
+    f.add("dark", "closed ", [](Settings& s) { s.gains = s.whiteGains = {0, 0, 0}; });
+    return f.all;
 }
 
 }  // namespace

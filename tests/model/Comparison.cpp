@@ -4,35 +4,54 @@
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace model {
 
 namespace {
 
 using namespace std::chrono_literals;
+using Implementation = ::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl;
 
-// The matrices and levels of a display, in the order of ColorManager.
-template <typename... Matrices>
-std::string textOf(int32_t unlimitedLevel, int32_t eyeCareLevel, const Matrices&... matrices) {
-    std::string text = std::to_string(unlimitedLevel) + " " + std::to_string(eyeCareLevel);
-    ((text += " " + simulator::valueText(simulator::matrixOf(matrices.data()))), ...);
+// Empty if the lists are equal; otherwise each from the first line that differs.
+std::string difference(const std::string& what, const Lines& given, const Lines& expected) {
+    const auto [line, other] = std::mismatch(given.begin(), given.end(), expected.begin(), expected.end());
+    if (line == given.end() && other == expected.end()) return "";
+    std::string text = what;
+    std::for_each(line, given.end(), [&text](const std::string& each) { text += "\n    " + each; });
+    text += "\n  expected";
+    std::for_each(other, expected.end(), [&text](const std::string& each) { text += "\n    " + each; });
+    return text + "\n";
+}
+
+std::string stateOf(int32_t unlimitedLevel, int32_t eyeCareLevel, std::initializer_list<const float*> matrices) {
+    std::string text = "levels " + std::to_string(unlimitedLevel) + " " + std::to_string(eyeCareLevel);
+    for (const float* const matrix : matrices) text += " " + simulator::valueText(simulator::matrixOf(matrix));
     return text;
 }
 
-// The lines of one list from the first that differs on.
-std::string difference(const char* head, const Lines& lines, const Lines& others) {
-    const auto first = std::mismatch(lines.begin(), lines.end(), others.begin(), others.end()).first;
-    std::string text = head;
-    for (auto line = first; line != lines.end(); ++line) text += "\n    " + *line;
-    return text + "\n";
+Lines stateOf(const Implementation& service) {
+    Lines state = {"mode " + std::to_string(service.currentScreenMode())};
+    for (const auto& c : service.displayColors())
+        state.push_back(stateOf(c.unlimitedCT, c.eyeCareCT,
+                                {c.wpcCtm.data(), c.ccmCtm.data(), c.unlimitedCtm.data(), c.eyeCareCtm.data(),
+                                 c.calibWpcCtm.data(), c.calibCcmCtm.data()}));
+    return state;
+}
+
+Lines stateOf(const Service& service) {
+    Lines state = {"mode " + std::to_string(service.currentScreenMode())};
+    for (const Display& d : service.displayColors())
+        state.push_back(stateOf(d.unlimitedLevel, d.eyeCareLevel,
+                                {d.whitePoint.data(), d.colorCorrection.data(), d.unlimited.data(), d.eyeCare.data(),
+                                 d.calibWhitePoint.data(), d.calibColorCorrection.data()}));
+    return state;
 }
 
 }  // namespace
 
 Comparison::Comparison() {
     apply(current, phone);
-    phone.observe([this](const simulator::Event& event) { happened.push_back(simulator::textOf(event)); });
+    phone.observe([this](const simulator::Event& event) { happened.push_back(textOf(event)); });
     begin(current);
 }
 
@@ -50,7 +69,6 @@ void Comparison::begin(const Settings& settings) {
     service->allocUserHandle(0, [&lastHandle](auto, uint64_t handle) { lastHandle = handle; }).isOk();
     modelled = std::make_unique<Service>(current, lastHandle);
     happened.clear();
-    pass(0ms);
 }
 
 void Comparison::set(const Settings& next) {
@@ -62,57 +80,33 @@ std::string Comparison::call(const Call& call) {
     xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});  // libxml2 forgets it after each file
     latestAnswer = answerOf(*service, call);
     phone.clock().settle();
-    return compare(model::textOf(call), latestAnswer, modelled->call(call));
+    return compare(textOf(call), modelled->call(call));
 }
 
 std::string Comparison::light(float lux) {
     phone.sensors().deliver(lux);
     modelled->light(lux);
-    return compare("light");
+    return "";
 }
 
 std::string Comparison::pass(std::chrono::milliseconds duration) {
     phone.clock().advance(duration);
     modelled->pass(duration.count());
-    return compare("time");
+    return compare("time", latestAnswer);
 }
 
 std::string Comparison::end() {
-    std::string difference = call({"setAlad"});
-    difference += pass(5s);
-    return latestEvents.empty() ? difference : difference + "something still runs: " + latestEvents[0];
+    std::string text = call({"setAlad"});
+    text += pass(5s);
+    return latestEvents.empty() ? text : text + "still running: " + latestEvents[0];
 }
 
-std::string Comparison::compare(const std::string& step, const std::string& given, const std::string& expected) {
+std::string Comparison::compare(const std::string& step, const std::string& expectedAnswer) {
     latestEvents = std::exchange(happened, {});
-    const Lines expectedEvents = modelled->takeEvents();
-    std::string text;
-    if (given != expected) text += "answered " + given + "\nexpected " + expected + "\n";
-    if (latestEvents != expectedEvents)
-        text +=
-            difference("happened", latestEvents, expectedEvents) + difference("expected", expectedEvents, latestEvents);
-    if (service->currentScreenMode() != modelled->currentScreenMode()) text += "another screen mode\n";
-    const Lines colors = colorsOfService();
-    const Lines expectedColors = colorsOfModel();
-    if (colors != expectedColors)
-        text += difference("colours", colors, expectedColors) + difference("expected", expectedColors, colors);
+    const std::string text = difference("answer", {latestAnswer}, {expectedAnswer}) +
+                             difference("events", latestEvents, modelled->takeEvents()) +
+                             difference("state", stateOf(*service), stateOf(*modelled));
     return text.empty() ? "" : step + ": " + text;
-}
-
-Lines Comparison::colorsOfService() const {
-    Lines lines;
-    for (const auto& c : service->displayColors())
-        lines.push_back(textOf(c.unlimitedCT, c.eyeCareCT, c.wpcCtm, c.ccmCtm, c.unlimitedCtm, c.eyeCareCtm,
-                               c.calibWpcCtm, c.calibCcmCtm));
-    return lines;
-}
-
-Lines Comparison::colorsOfModel() const {
-    Lines lines;
-    for (const Display& d : modelled->displayColors())
-        lines.push_back(textOf(d.unlimitedLevel, d.eyeCareLevel, d.whitePoint, d.colorCorrection, d.unlimited,
-                               d.eyeCare, d.calibWhitePoint, d.calibColorCorrection));
-    return lines;
 }
 
 }  // namespace model

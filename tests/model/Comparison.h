@@ -33,20 +33,16 @@ public:
     std::string end();
 
     const Settings& settings() const { return current; }
-    // Of the service, since the latest step began.
+    // Of the service, in the latest step.
     const std::string& answer() const { return latestAnswer; }
     const Lines& events() const { return latestEvents; }
 
 private:
-    using Implementation = ::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl;
-
-    std::string compare(const std::string& step, const std::string& given = {}, const std::string& expected = {});
-    Lines colorsOfService() const;
-    Lines colorsOfModel() const;
+    std::string compare(const std::string& step, const std::string& expectedAnswer);
 
     simulator::Phone phone{simulator::Phone::Start::EMPTY};
     Settings current;
-    std::unique_ptr<Implementation> service;
+    std::unique_ptr<::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl> service;
     std::unique_ptr<Service> modelled;
     Lines happened;
     Lines latestEvents;

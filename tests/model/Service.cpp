@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdarg>
 #include <cstdio>
 
 namespace model {
@@ -16,7 +15,7 @@ using simulator::matrixOf;
 using simulator::tableOf;
 using simulator::valueText;
 using Operation = ComposerOperation;
-using Kind = simulator::Outcome::Kind;
+using Ended = simulator::Outcome::Kind;
 
 constexpr int32_t kDebug = ANDROID_LOG_DEBUG;
 constexpr int32_t kInfo = ANDROID_LOG_INFO;
@@ -29,17 +28,26 @@ constexpr size_t kMatrix = 9;
 constexpr size_t kEyeCare = 38;
 constexpr size_t kTable = 4096;
 
-__attribute__((format(printf, 1, 2))) std::string text(const char* format, ...) {
-    char line[256];
-    va_list arguments;
-    va_start(arguments, format);
-    vsnprintf(line, sizeof line, format, arguments);  // NOLINT(clang-analyzer-valist.Uninitialized): it is not
-    va_end(arguments);
-    return line;
+template <typename Part>
+std::string text(const Part& part) {
+    if constexpr (std::is_arithmetic_v<Part>)
+        return std::to_string(part);
+    else
+        return part;
+}
+template <typename... Parts>
+std::string join(const Parts&... parts) {
+    return (text(parts) + ...);
 }
 
 std::string threeFloats(const float* f) {
-    return text("%f %f %f", static_cast<double>(f[0]), static_cast<double>(f[1]), static_cast<double>(f[2]));
+    return join(f[0], " ", f[1], " ", f[2]);
+}
+
+std::string hexadecimal(int32_t color) {
+    char digits[16];
+    snprintf(digits, sizeof digits, "%.8X", static_cast<unsigned>(color));
+    return digits;
 }
 
 int32_t saturated(double value) {
@@ -96,26 +104,23 @@ Table powerTable(float exponent) {
 std::string Service::call(const Call& c) {
     const std::string& operation = c.operation;
     const auto is = [&operation](const char* name) { return operation == name; };
-    const std::string client = std::to_string(kHandle);
-    const std::string clientAndNumber = client + " " + std::to_string(c.number);
+    const std::string client = text(kHandle);
 
     if (is("init")) return init();
     if (is("deInit")) return connected.reset(), "";
     if (is("allocUserHandle")) {
-        log(kInfo, operation, std::to_string(++handle));
-        return "OK " + std::to_string(handle);
+        log(kInfo, operation, text(++handle));
+        return "OK " + text(handle);
     }
     if (is("freeUserHandle")) return log(kInfo, operation, client), "OK";
-    if (is("getNumOfDisplay"))
-        return log(kInfo, operation, client), "OK " + std::to_string(static_cast<uint32_t>(numOfDisplay));
+    if (is("getNumOfDisplay")) return log(kInfo, operation, client), "OK " + text(static_cast<uint32_t>(numOfDisplay));
     if (is("getDisplayInfo")) {
         log(kInfo, operation, client);
         return knows(c.display) ? "OK " + infos[c.display] : "BAD_DISPLAY 0 0 0 \"0\"";
     }
     if (is("setColorTransformMatrix")) {
         log(kDebug, operation, client);
-        for (const size_t i : {0, 1, 2})
-            log(kDebug, operation, operation + text("%zu ", i) + threeFloats(&c.last[3 * i]));
+        for (const size_t i : {0, 1, 2}) log(kDebug, operation, join(operation, i, " ", threeFloats(&c.last[3 * i])));
         return sendMatrices(c.display, kIdentity, c.last);
     }
     if (is("setColorTransformMatrix2")) {
@@ -138,15 +143,13 @@ std::string Service::call(const Call& c) {
         return get(Operation::GET_GLOBAL_DE_GAMMA_LUT, c, valueText(heldFor(c.display).deGamma), kZeroTable);
     if (is("setGlobalGamma")) {
         log(kDebug, operation, client);
-        log(kInfo, "", text("%f", static_cast<double>(c.exponent)));
+        log(kInfo, "", text(c.exponent));
         return sendTable(Operation::SET_GLOBAL_GAMMA_LUT, c.display, powerTable(c.exponent));
     }
     if (is("setUnlimitedCT")) return setLevel(c.display, true, c.number);
     if (is("setEyeCareCT")) return setLevel(c.display, false, c.number);
-    if (is("getUnlimitedCT"))
-        return knows(c.display) ? "OK " + std::to_string(displays[c.display].unlimitedLevel) : "FAILED 0";
-    if (is("getEyeCareCT"))
-        return knows(c.display) ? "OK " + std::to_string(displays[c.display].eyeCareLevel) : "FAILED 0";
+    if (is("getUnlimitedCT")) return knows(c.display) ? "OK " + text(displays[c.display].unlimitedLevel) : "FAILED 0";
+    if (is("getEyeCareCT")) return knows(c.display) ? "OK " + text(displays[c.display].eyeCareLevel) : "FAILED 0";
     if (is("setStandardMode")) return setMode(c.display, kStandard);
     if (is("setEnhanceScreenMode")) return setMode(c.display, kEnhanced);
     if (is("setSmartEnvironmentMode")) return setMode(c.display, kSmartEnvironment);
@@ -160,7 +163,7 @@ std::string Service::call(const Call& c) {
     }
     if (is("getMiscFeature")) return "FAILED 0 values";
     if (is("IsAladEnable")) return worker ? "1" : "0";
-    log(kInfo, operation, clientAndNumber);
+    log(kInfo, operation, join(client, " ", c.number));
     if (is("setAlad")) return setAlad(c.display, c.number != 0);
     if (is("exclusiveModeEnter")) return exclusiveModeEnter();
     return exclusiveModeExit();
@@ -191,7 +194,7 @@ Service::Reply Service::replyOf(Failure failure, bool isGetter, int32_t result) 
     const bool isDead = failure == Failure::TRANSPORT_BEFORE || failure == Failure::TRANSPORT_AFTER;
     const bool isSilent = isGetter && failure == Failure::NO_CALLBACK;
     const bool isRefused = !isGetter && failure == Failure::REFUSED;
-    const Kind kind = isDead ? Kind::DEAD_OBJECT : isSilent ? Kind::NO_CALLBACK : Kind::ANSWERED;
+    const Ended kind = isDead ? Ended::DEAD_OBJECT : isSilent ? Ended::NO_CALLBACK : Ended::ANSWERED;
     return {{kind, result}, failure != Failure::TRANSPORT_BEFORE && !isSilent && !isRefused};
 }
 
@@ -238,8 +241,8 @@ int Service::levelOf(int light) {
 
 // False, with the error logged, if the node cannot be opened or delivers no byte.
 bool Service::canRead(const Node& node, const char* function, const char* openError, const char* readError) {
-    if (node.kind == Node::Kind::FILE && !node.text.empty()) return true;
-    return log(kError, function, node.kind == Node::Kind::MISSING ? openError : readError);
+    if (node.kind == Kind::FILE && !node.text.empty()) return true;
+    return log(kError, function, node.kind == Kind::MISSING ? openError : readError);
 }
 
 const Calibration& Service::readCalibration() {
@@ -251,8 +254,8 @@ const Calibration& Service::readCalibration() {
     if (panel == "dornel R7TK 43 03 0b hd+ video dsi panel\n") file = 2;
     log(kDebug, "parser", std::string("panel xml ") + kCalibrationPaths[file]);
     const Calibration& calibration = phone.calibrations[file];
-    if (calibration.file == Calibration::File::GOOD) return calibration;
-    log(kError, "parser", calibration.file == Calibration::File::MISSING ? "access error!" : "xmlParseFile error!");
+    if (calibration.kind == Kind::FILE && calibration.isWellFormed) return calibration;
+    log(kError, "parser", calibration.kind == Kind::MISSING ? "access error!" : "xmlParseFile error!");
     return kNothing;
 }
 
@@ -266,7 +269,7 @@ std::string Service::init() {
     if (numOfDisplay < 0) return log(kError, "init", "getNumOfDisplay error!"), "-2";
     infos.resize(phone.displays);
     for (uint64_t display = 0; display < phone.displays; ++display) {
-        const std::string number = std::to_string(display);
+        const std::string number = text(display);
         const Reply reply = composer(*connected, {Operation::GET_DISPLAY_INFO, display});
         if (reply.effect && reply.outcome.result != 0)
             log(kError, "operator()", "getDisplayInfo " + number + " error!");
@@ -290,7 +293,7 @@ void Service::applyCalibration() {
         const int32_t maximum = saturated(run[0]);
         const int32_t minimum = saturated(run[1]);
         closed(ClosedFunction::SET_EYE_CARE_PARAMS_OLED, {maximum, minimum}, {run.begin() + 2, run.begin() + kEyeCare});
-        log(kDebug, "init", text("m:%d m:%d", maximum, minimum));
+        log(kDebug, "init", join("m:", maximum, " m:", minimum));
     } else {
         log(kError, "init", "eye care init error");
     }
@@ -298,7 +301,8 @@ void Service::applyCalibration() {
     const int32_t warm = hasEnds ? file.endPoints[0] : 0xFFFFEA;
     const int32_t cold = hasEnds ? file.endPoints[1] : 0xEDFDFF;
     closed(ClosedFunction::SET_PARAMS, {warm, cold});
-    log(hasEnds ? kDebug : kError, "init", hasEnds ? text("w:%.8X c:%.8X", warm, cold) : "Unlimited init error");
+    log(hasEnds ? kDebug : kError, "init",
+        hasEnds ? join("w:", hexadecimal(warm), " c:", hexadecimal(cold)) : "Unlimited init error");
     sendCalibratedGamma(file);
 }
 
@@ -318,10 +322,10 @@ std::string Service::sendMatrices(uint64_t display, const Matrix& first, const M
 }
 
 std::string Service::setTable(const Call& c) {
-    const auto at = [&c](size_t i) { return static_cast<double>((*c.table)[i]); };
-    log(kDebug, c.operation, std::to_string(kHandle));
+    const auto& t = *c.table;
+    log(kDebug, c.operation, text(kHandle));
     log(kDebug, c.operation,
-        text("setGlobalGammaLut 96:%f 320:%f 1024:%f 2048:%f 3840:%f", at(96), at(320), at(1024), at(2048), at(3840)));
+        join("setGlobalGammaLut 96:", t[96], " 320:", t[320], " 1024:", t[1024], " 2048:", t[2048], " 3840:", t[3840]));
     const bool isGamma = c.operation == "setGlobalGammaLut";
     return sendTable(isGamma ? Operation::SET_GLOBAL_GAMMA_LUT : Operation::SET_GLOBAL_DE_GAMMA_LUT, c.display,
                      c.table);
@@ -337,7 +341,7 @@ std::string Service::sendTable(Operation operation, uint64_t display, const Tabl
 
 // Forwards a getter's Result and its values; zeros if the composer delivers none.
 std::string Service::get(Operation operation, const Call& c, const std::string& values, const std::string& zeros) {
-    log(kDebug, c.operation, std::to_string(kHandle));
+    log(kDebug, c.operation, text(kHandle));
     if (!connected) return "FAILED " + zeros;
     const Reply reply = composer(*connected, {operation, c.display});
     if (!reply.arrived()) return "FAILED " + zeros;
@@ -355,15 +359,15 @@ std::string Service::setLevel(uint64_t display, bool isUnlimited, int32_t level)
     const std::vector<float> values =
         isUnlimited ? closed(function, {level}, {1, 1, 1}, phone.gains, 0)
                     : closed(function, {level}, {1, 0, 0, 0, 1, 0, 0, 0, 1}, phone.coefficients, 0);
-    if (const int error = phone.resultOf(function); error != 0) log(kError, name, text("error %d", error));
+    if (const int error = phone.resultOf(function); error != 0) log(kError, name, join("error ", error));
     if (isUnlimited) {
         d->unlimitedLevel = level;
         for (const size_t i : {0, 1, 2}) d->unlimited[4 * i] = values[i];
-        log(kDebug, name, text("%d  ", level) + threeFloats(values.data()));
+        log(kDebug, name, join(level, "  ", threeFloats(values.data())));
     } else {
         d->eyeCareLevel = level;
         d->eyeCare = matrixOf(values.data());
-        log(kDebug, name, text("v:%d", level));
+        log(kDebug, name, join("v:", level));
         for (const size_t i : {0, 3, 6}) log(kDebug, name, threeFloats(&values[i]));
     }
     sendMatrices(display, kIdentity, finalMatrix(displays[display]));
@@ -400,8 +404,7 @@ std::vector<float> Service::calibrateWhitePoint() {
                 xy[i] = std::clamp<long long>(xy[i], INT32_MIN, INT32_MAX);
                 param[i] = static_cast<float>(static_cast<double>(xy[i]) * 0.001);
             }
-            log(kDebug, function,
-                text("%lld %lld %f %f", xy[0], xy[1], static_cast<double>(param[0]), static_cast<double>(param[1])));
+            log(kDebug, function, join(xy[0], " ", xy[1], " ", param[0], " ", param[1]));
         } else {
             log(kError, function, "format wpc error");
         }
@@ -415,7 +418,7 @@ std::vector<float> Service::calibrateWhitePoint() {
 // --- Backlight control and features ---
 
 std::string Service::setCabcSysNode(int32_t level) {
-    if (phone.cabc.kind != Node::Kind::FILE) return log(kError, "setCabcSysNode", "open cabc node error"), "-5";
+    if (phone.cabc.kind != Kind::FILE) return log(kError, "setCabcSysNode", "open cabc node error"), "-5";
     const auto digit = static_cast<uint8_t>(static_cast<uint32_t>(level) + 48);
     add(simulator::NodeWrite{"lcd_cabc_mode", {static_cast<char>(digit), '\n'}});
     return "0";
@@ -423,16 +426,14 @@ std::string Service::setCabcSysNode(int32_t level) {
 
 std::string Service::setCabcMode(int32_t mode) {
     if (screenMode != kSmartEnvironment) return "0";
-    log(kDebug, "setCabcMode", text("enter %d", mode));
+    log(kDebug, "setCabcMode", join("enter ", mode));
     constexpr int32_t kLevels[] = {0, 1, 1, 2, 3};
     if (mode >= 0 && mode <= 4) return setCabcSysNode(kLevels[mode]);
     return log(kError, "setCabcMode", "invalid value"), "-5";
 }
 
 std::string Service::setFeature(uint64_t display, int32_t feature, int32_t value, int32_t value2) {
-    log(kDebug, "setFeature",
-        "u:" + std::to_string(kHandle) + " d:" + std::to_string(display) +
-            text(" m:%d v:%d c:%d", feature, value, value2));
+    log(kDebug, "setFeature", join("u:", kHandle, " d:", display, " m:", feature, " v:", value, " c:", value2));
     if (feature == 7) return setCabcMode(value);
     if (feature == 3 || feature == 23) return setLevel(display, feature == 23, value) == "OK" ? "0" : "-5";
     if (feature < 0 || feature > 2) return "-5";

@@ -26,6 +26,10 @@ std::string block(const std::string& name, const std::vector<float>& values) {
     return values.empty() ? "" : element(name, text);
 }
 
+// A file, one way or another: its kind and what it holds.
+std::string textOf(const Node& node) {
+    return std::to_string(static_cast<int>(node.kind)) + node.text;
+}
 std::string textOf(const Calibration& file) {
     std::string ends;
     for (const int32_t color : file.endPoints) {
@@ -34,42 +38,28 @@ std::string textOf(const Calibration& file) {
         ends += element(ends.empty() ? "Warm" : "Cold", text);
     }
     std::string eyeCare;
-    for (size_t i = 0; i < file.eyeCare.size(); ++i) {
+    for (size_t i = 0; i < file.eyeCare.size(); ++i)
         eyeCare += element(i == 0 ? "MaxCCT" : i == 1 ? "MinCCT" : "c", number("%.17g", file.eyeCare[i]));
-    }
-    const std::string blocks = block("CTM_WPC", file.whitePoint) + block("CTM_CCM", file.colorCorrection) +
-                               block("WPCParam", file.whitePointParams) + block("Gamma_Calib", file.calibrated) +
-                               block("Gamma_Tuning", file.tuned) + element("UnlimitedCT", ends) +
-                               element("EyeCare", eyeCare);
-    return file.file == Calibration::File::MALFORMED ? "<panel>" + blocks : element("panel", blocks);
+    return textOf({file.kind, (file.isWellFormed ? "<panel>" : "<panel><") + block("CTM_WPC", file.whitePoint) +
+                                  block("CTM_CCM", file.colorCorrection) + block("WPCParam", file.whitePointParams) +
+                                  block("Gamma_Calib", file.calibrated) + block("Gamma_Tuning", file.tuned) +
+                                  element("UnlimitedCT", ends) + element("EyeCare", eyeCare) + "</panel>"});
 }
 
-auto fieldsOf(const Calibration& c) {
-    return std::tie(c.file, c.whitePoint, c.colorCorrection, c.whitePointParams, c.calibrated, c.tuned, c.endPoints,
-                    c.eyeCare);
-}
-auto fieldsOf(const Node& node) {
-    return std::tie(node.kind, node.text);
-}
-template <typename File>
-bool differ(const File& a, const File& b) {
-    return fieldsOf(a) != fieldsOf(b);
+bool isSame(const Calibration& a, const Calibration& b) {
+    const auto all = [](const Calibration& c) {
+        return std::tie(c.kind, c.isWellFormed, c.whitePoint, c.colorCorrection, c.whitePointParams, c.calibrated,
+                        c.tuned, c.endPoints, c.eyeCare);
+    };
+    return all(a) == all(b);
 }
 
-void put(const Node& node, std::string_view path, simulator::PhoneFiles& files) {
+void put(const std::string& next, const std::string& last, const char* path, simulator::PhoneFiles& files) {
+    if (next == last) return;
+    const Kind kind{next[0] - '0'};
     files.remove(path);
-    if (node.kind == Node::Kind::FILE) files.write(path, node.text);
-    if (node.kind == Node::Kind::FOLDER) files.makeFolder(path);
-}
-
-void put(const Calibration& calibration, std::string_view path, simulator::PhoneFiles& files) {
-    files.remove(path);
-    if (calibration.file == Calibration::File::MISSING) return;
-    if (calibration.file == Calibration::File::FOLDER) {
-        files.makeFolder(path);
-    } else {
-        files.write(path, textOf(calibration));
-    }
+    if (kind == Kind::FILE) files.write(path, next.substr(1));
+    if (kind == Kind::FOLDER) files.makeFolder(path);
 }
 
 void applyClosed(const Settings& next, simulator::ClosedLibraries& closed) {
@@ -117,15 +107,14 @@ void applyServices(const Settings& next, const Settings& last, simulator::Phone&
 }  // namespace
 
 Settings::Settings()
-    : panel{Node::Kind::FILE, "a panel without a row\n"},
-      whitePoint{Node::Kind::FILE, "x=313,y=329\n"},
-      cabc{Node::Kind::FILE, "9999\n"},
+    : panel{Kind::FILE, "a panel without a row\n"},
+      whitePoint{Kind::FILE, "x=313,y=329\n"},
+      cabc{Kind::FILE, "9999\n"},
       gains{1, 0.5F, 0.25F},
       coefficients{1, 0.125F, 0, 0.25F, 0.75F, 0, 0, 0, 0.5F},
       whiteGains{0.75F, 1, 0.5F} {
-    for (Calibration& calibration : calibrations) calibration.file = Calibration::File::MISSING;
+    calibrations[1].kind = calibrations[2].kind = Kind::MISSING;
     Calibration& complete = calibrations[0];
-    complete.file = Calibration::File::GOOD;
     complete.whitePoint = {0.5F, 0.1F, 0.2F, -0.1F, 0.9F, 0.05F, 0, 0.3F, 1};
     complete.colorCorrection = {1.25F, -0.2F, 0, 0.1F, 1, -0.1F, 0.3F, 0, 0.75F};
     complete.whitePointParams = {1, 2, 3, 4, 5, 6, 7, 8, 9};
@@ -151,20 +140,19 @@ void Settings::writeCurve(int level, int32_t* curve) const {
 void apply(const Settings& next, const Settings& last, simulator::Phone& phone) {
     applyServices(next, last, phone);
     applyClosed(next, phone.closed());
-    auto& files = phone.files();
-    if (differ(next.panel, last.panel)) put(next.panel, simulator::kPanelNameNode, files);
-    if (differ(next.whitePoint, last.whitePoint)) put(next.whitePoint, simulator::kWhitePointNode, files);
-    if (differ(next.cabc, last.cabc)) put(next.cabc, simulator::kCabcNode, files);
+    put(textOf(next.panel), textOf(last.panel), simulator::kPanelNameNode, phone.files());
+    put(textOf(next.whitePoint), textOf(last.whitePoint), simulator::kWhitePointNode, phone.files());
+    put(textOf(next.cabc), textOf(last.cabc), simulator::kCabcNode, phone.files());
     for (size_t i = 0; i < kCalibrationPaths.size(); ++i) {
-        if (differ(next.calibrations[i], last.calibrations[i])) put(next.calibrations[i], kCalibrationPaths[i], files);
+        if (isSame(next.calibrations[i], last.calibrations[i])) continue;
+        put(textOf(next.calibrations[i]), textOf(last.calibrations[i]), kCalibrationPaths[i], phone.files());
     }
 }
 
 void apply(const Settings& first, simulator::Phone& phone) {
-    Settings none;
-    none.panel.kind = none.whitePoint.kind = none.cabc.kind = Node::Kind::MISSING;
-    for (Calibration& calibration : none.calibrations) calibration = {Calibration::File::MISSING};
-    none.composerLife = first.composerLife;
+    Settings none = first;
+    for (Node* const node : {&none.panel, &none.whitePoint, &none.cabc}) node->kind = Kind::MISSING;
+    for (Calibration& calibration : none.calibrations) calibration.kind = Kind::MISSING;
     apply(first, none, phone);
 }
 

@@ -17,11 +17,17 @@ using simulator::ComposerOperation;
 using simulator::Failure;
 using simulator::SensorOperation;
 
+enum class Kind { FILE, FOLDER, MISSING };
+
+struct Node {
+    Kind kind = Kind::FILE;
+    std::string text = {};
+};
+
 // A block with fewer values than it needs is incomplete; one without values is not in the file.
 struct Calibration {
-    enum class File { MISSING, FOLDER, MALFORMED, GOOD };
-
-    File file = File::GOOD;
+    Kind kind = Kind::FILE;
+    bool isWellFormed = true;
     std::vector<float> whitePoint = {};        // 9
     std::vector<float> colorCorrection = {};   // 9
     std::vector<float> whitePointParams = {};  // 9
@@ -29,13 +35,6 @@ struct Calibration {
     std::vector<float> tuned = {};             // 4096
     std::vector<int32_t> endPoints = {};       // 2: warm, cold
     std::vector<double> eyeCare = {};          // 38: maximum, minimum, coefficients
-};
-
-struct Node {
-    enum class Kind { FILE, FOLDER, MISSING };
-
-    Kind kind = Kind::FILE;
-    std::string text = {};
 };
 
 // The default file, panel 0a's and panel 0b's.
