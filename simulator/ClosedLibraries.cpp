@@ -74,17 +74,20 @@ void ClosedLibraries::fail(ClosedFunction function, std::optional<int> result) {
     }
 }
 
-template <typename Body>
-int ClosedLibraries::serve(ClosedCall call, const float* buffer, size_t floats, Body body) {
-    const bool observed = journal->isObserved();
-    if (observed) call.before.assign(buffer, buffer + floats);
-    const auto failure = failures.find(call.function);
-    const int result = failure == failures.end() ? body(*this) : failure->second;
-    if (observed) {
-        call.after.assign(buffer, buffer + floats);
-        call.result = result;
-        journal->add(std::move(call));
-    }
+template <typename Describe, typename Body>
+int ClosedLibraries::serve(ClosedFunction function, Describe describe, const float* buffer, size_t floats, Body body) {
+    const auto run = [&] {
+        const auto failure = failures.find(function);
+        return failure == failures.end() ? body(*this) : failure->second;
+    };
+    if (!journal->isObserved()) return run();
+    ClosedCall call = describe();
+    call.function = function;
+    call.before.assign(buffer, buffer + floats);
+    call.result = run();
+    call.after.assign(buffer, buffer + floats);
+    const int result = *call.result;
+    journal->add(std::move(call));
     return result;
 }
 
@@ -99,40 +102,52 @@ void ClosedLibraries::setOfProcess(ClosedLibraries* libraries) {
 
 }  // namespace simulator
 
+using simulator::ClosedCall;
 using simulator::ClosedFunction;
 using simulator::ClosedLibraries;
 
+namespace {
+
+// Describes a call by its integers.
+template <typename... Arguments>
+auto with(Arguments... arguments) {
+    return [=] { return ClosedCall{{}, {int64_t{arguments}...}}; };
+}
+
+}  // namespace
+
 int setParams(int warm, int cold) {
-    return ClosedLibraries::ofProcess().serve({ClosedFunction::SET_PARAMS, {warm, cold}}, nullptr, 0,
+    return ClosedLibraries::ofProcess().serve(ClosedFunction::SET_PARAMS, with(warm, cold), nullptr, 0,
                                               [=](auto& libraries) { return libraries.setParams(warm, cold); });
 }
 
 int getUnlimitedCTParams(int level, float* gains) {
     return ClosedLibraries::ofProcess().serve(
-        {ClosedFunction::GET_UNLIMITED_CT_PARAMS, {level}}, gains, 3,
+        ClosedFunction::GET_UNLIMITED_CT_PARAMS, with(level), gains, 3,
         [=](auto& libraries) { return libraries.getUnlimitedCTParams(level, gains); });
 }
 
 int setEyeCareParamsOled(EyeCareParams& params) {
+    const auto describe = [&params] { return ClosedCall{{}, {params.maxCCT, params.minCCT}, params.coeffs}; };
     return ClosedLibraries::ofProcess().serve(
-        {ClosedFunction::SET_EYE_CARE_PARAMS_OLED, {params.maxCCT, params.minCCT}, params.coeffs}, nullptr, 0,
+        ClosedFunction::SET_EYE_CARE_PARAMS_OLED, describe, nullptr, 0,
         [&params](auto& libraries) { return libraries.setEyeCareParamsOled(params); });
 }
 
 int getEyeCareCoeffOled(int level, float* coefficients) {
     return ClosedLibraries::ofProcess().serve(
-        {ClosedFunction::GET_EYE_CARE_COEFF_OLED, {level}}, coefficients, 9,
+        ClosedFunction::GET_EYE_CARE_COEFF_OLED, with(level), coefficients, 9,
         [=](auto& libraries) { return libraries.getEyeCareCoeffOled(level, coefficients); });
 }
 
 int getAGTMLevel(int lux) {
-    return ClosedLibraries::ofProcess().serve({ClosedFunction::GET_AGTM_LEVEL, {lux}}, nullptr, 0,
+    return ClosedLibraries::ofProcess().serve(ClosedFunction::GET_AGTM_LEVEL, with(lux), nullptr, 0,
                                               [=](auto& libraries) { return libraries.getAGTMLevel(lux); });
 }
 
 int getAGTMCurveParams(int level, int32_t* curve) {
     return ClosedLibraries::ofProcess().serve(
-        {ClosedFunction::GET_AGTM_CURVE_PARAMS, {level}}, nullptr, 0,
+        ClosedFunction::GET_AGTM_CURVE_PARAMS, with(level), nullptr, 0,
         [=](auto& libraries) { return libraries.getAGTMCurveParams(level, curve); });
 }
 
@@ -147,7 +162,7 @@ DisplayPostProcessingAlgorithm::~DisplayPostProcessingAlgorithm() {
 }
 
 int DisplayPostProcessingAlgorithm::WhitePointCalibrate(WhitePointCalibrateParam* param) {
-    return ClosedLibraries::ofProcess().serve({ClosedFunction::WHITE_POINT_CALIBRATE}, &param->whiteX,
+    return ClosedLibraries::ofProcess().serve(ClosedFunction::WHITE_POINT_CALIBRATE, with(), &param->whiteX,
                                               sizeof *param / sizeof(float),
                                               [=](auto& libraries) { return libraries.whitePointCalibrate(param); });
 }

@@ -37,10 +37,10 @@ public:
     // From now on the function returns result and does nothing else; with nothing it works again.
     void fail(ClosedFunction function, std::optional<int> result);
 
-    // Adds the call to the journal, with the floats of its buffer before and after, and returns what body returns, or
-    // the result that the function fails with.
-    template <typename Body>
-    int serve(ClosedCall call, const float* buffer, size_t floats, Body body);
+    // Returns what body returns, or the result that the function fails with. The journal gets the call, described by
+    // describe's result, with the floats of its buffer before and after.
+    template <typename Describe, typename Body>
+    int serve(ClosedFunction function, Describe describe, const float* buffer, size_t floats, Body body);
     void note(ClosedFunction function) { journal->add(ClosedCall{function}); }
 
     // Those of the phone that lives; without a phone some that nobody observes.

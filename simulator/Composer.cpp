@@ -50,16 +50,6 @@ uint32_t Composer::displayCount() const {
     return count;
 }
 
-void Composer::stop() {
-    const platform::Lock lock(mutex);
-    stopped = true;
-}
-
-bool Composer::hasStopped() const {
-    const platform::Lock lock(mutex);
-    return stopped;
-}
-
 std::optional<DisplayState> Composer::stateOf(uint64_t display) const {
     const platform::Lock lock(mutex);
     if (stopped || display >= count) return std::nullopt;
@@ -69,7 +59,7 @@ std::optional<DisplayState> Composer::stateOf(uint64_t display) const {
 
 Failure Composer::beginCall(Operation operation, CallKind kind) {
     const Failure failure = begin(operation, kind);
-    return hasStopped() ? Failure::TRANSPORT_BEFORE : failure;
+    return stopped ? Failure::TRANSPORT_BEFORE : failure;
 }
 
 template <typename Change, typename Describe>

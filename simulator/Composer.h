@@ -5,6 +5,7 @@
 #include <platform/Mutex.h>
 #include <vendor/kov/hardware/composer_ext/1.0/IComposerExt.h>
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <optional>
@@ -49,8 +50,8 @@ public:
     uint32_t displayCount() const PLATFORM_EXCLUDES(mutex);
 
     // From now on every call fails at the transport, as calls of a process that has died do.
-    void stop() PLATFORM_EXCLUDES(mutex);
-    bool hasStopped() const PLATFORM_EXCLUDES(mutex);
+    void stop() { stopped = true; }
+    bool hasStopped() const { return stopped; }
 
     // What it holds for a display; nothing for one that it does not have, or when it has stopped.
     std::optional<DisplayState> stateOf(uint64_t display) const PLATFORM_EXCLUDES(mutex);
@@ -82,7 +83,7 @@ private:
     using Operation = ComposerOperation;
 
     // The failure of a call that begins now.
-    Failure beginCall(Operation operation, CallKind kind) PLATFORM_EXCLUDES(mutex);
+    Failure beginCall(Operation operation, CallKind kind);
     // Runs change on the display's state and adds the call, which describe completes, to the journal.
     template <typename Change, typename Describe>
     Return<Result> set(Operation operation, uint64_t display, Change change, Describe describe);
@@ -94,7 +95,7 @@ private:
     mutable platform::Mutex mutex;  // never held while somebody else is called
     uint32_t count PLATFORM_GUARDED_BY(mutex);
     std::map<uint64_t, DisplayState> displays PLATFORM_GUARDED_BY(mutex);  // those that are not as new
-    bool stopped PLATFORM_GUARDED_BY(mutex) = false;
+    std::atomic<bool> stopped{false};
 };
 
 }  // namespace simulator

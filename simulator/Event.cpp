@@ -72,14 +72,6 @@ std::string paramText(const composer_ext::AladParamPair& pair) {
     return key + std::to_string(values.size()) + " values " + digestOf(values.data(), values.size());
 }
 
-std::string sensorResultName(int32_t result) {
-    constexpr std::array<std::string_view, 8> kNames = {
-        "OK",        "NOT_EXIST",         "NO_MEMORY",    "NO_INIT", "PERMISSION_DENIED",
-        "BAD_VALUE", "INVALID_OPERATION", "UNKNOWN_ERROR"};
-    const auto index = static_cast<size_t>(result);
-    return result >= 0 && index < kNames.size() ? std::string(kNames[index]) : std::to_string(result);
-}
-
 std::string arrow(const Outcome& outcome, std::string (*nameOfResult)(int32_t)) {
     if (outcome.kind == Outcome::Kind::DEAD_OBJECT) return " -> DEAD_OBJECT";
     if (outcome.kind == Outcome::Kind::NO_CALLBACK) return " -> no callback";
@@ -221,6 +213,14 @@ std::string composerResultName(int32_t result) {
             return "FAILED";
     }
     return std::to_string(result);
+}
+
+std::string sensorResultName(int32_t result) {
+    constexpr std::array<std::string_view, 8> kNames = {
+        "OK",        "NOT_EXIST",         "NO_MEMORY",    "NO_INIT", "PERMISSION_DENIED",
+        "BAD_VALUE", "INVALID_OPERATION", "UNKNOWN_ERROR"};
+    const auto index = static_cast<size_t>(result);
+    return result >= 0 && index < kNames.size() ? std::string(kNames[index]) : std::to_string(result);
 }
 
 std::string printable(std::string_view bytes) {

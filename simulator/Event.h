@@ -196,8 +196,9 @@ std::string_view kindOf(const Event::What& what);
 std::string valueText(const Value& value);
 std::string floatText(float value);
 
-// "OK", "BAD_DISPLAY", "FAILED", or the number of a Result without a name.
+// The name of a Result of the composer or of the sensor service, or its number when it has none.
 std::string composerResultName(int32_t result);
+std::string sensorResultName(int32_t result);
 
 // Bytes as text: what is not printable ASCII as \n or \xF8.
 std::string printable(std::string_view bytes);

@@ -5,6 +5,7 @@
 #include <hidl/Status.h>
 #include <platform/Mutex.h>
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -39,6 +40,7 @@ public:
     void fail(Operation operation, Failure failure) PLATFORM_EXCLUDES(mutex) {
         const platform::Lock lock(mutex);
         byOperation[operation] = failure;
+        set = true;
     }
     // This happens to one call, or to every call from that one on, whatever it is. The next call is number 1. It takes
     // precedence over fail().
@@ -49,6 +51,7 @@ public:
         const platform::Lock lock(mutex);
         byOperation.clear();
         scheduled = Failure::NONE;
+        set = false;
     }
     // What refused calls answer.
     void refuseWith(Result result) PLATFORM_EXCLUDES(mutex) {
@@ -74,6 +77,7 @@ protected:
     // What happens to the call that begins now.
     Failure begin(Operation operation, CallKind kind) PLATFORM_EXCLUDES(mutex) {
         announce(operation);
+        if (!set) return Failure::NONE;
         const platform::Lock lock(mutex);
         ++made;
         Failure failure = Failure::NONE;
@@ -84,6 +88,7 @@ protected:
 
     // The outcome of a call that answers result unless it fails.
     Outcome outcomeOf(Failure failure, Result result) const PLATFORM_EXCLUDES(mutex) {
+        if (failure == Failure::NONE) return {Outcome::Kind::ANSWERED, static_cast<int32_t>(result)};
         const platform::Lock lock(mutex);
         const auto answered = static_cast<int32_t>(failure == Failure::REFUSED ? refusal : result);
         switch (failure) {
@@ -106,8 +111,10 @@ private:
         firstFailing = first;
         lastFailing = last;
         scheduled = failure;
+        set = true;
     }
 
+    std::atomic<bool> set{false};  // something may fail: without that a call costs nothing here
     mutable platform::Mutex mutex;
     std::map<Operation, Failure> byOperation PLATFORM_GUARDED_BY(mutex);
     size_t made PLATFORM_GUARDED_BY(mutex) = 0;

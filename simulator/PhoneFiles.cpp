@@ -12,8 +12,6 @@
 #include <system_error>
 #include <utility>
 
-#include "calibration/PanelTable.h"
-
 namespace simulator {
 
 namespace {

@@ -12,14 +12,16 @@
 
 namespace simulator {
 
+using vendor::kov::hardware::display_control::V1_0::implementation::kCabcNode;
+using vendor::kov::hardware::display_control::V1_0::implementation::kDefaultCalibFile;
+using vendor::kov::hardware::display_control::V1_0::implementation::kPanelNameNode;
+using vendor::kov::hardware::display_control::V1_0::implementation::kWhitePointNode;
+
 // The driver's nodes by the names that people use for them.
 struct PhoneNode {
     std::string_view name;
     std::string_view path;  // the phone's
 };
-using vendor::kov::hardware::display_control::V1_0::implementation::kCabcNode;
-using vendor::kov::hardware::display_control::V1_0::implementation::kPanelNameNode;
-using vendor::kov::hardware::display_control::V1_0::implementation::kWhitePointNode;
 constexpr std::array<PhoneNode, 3> kPhoneNodes = {
     {{"panel", kPanelNameNode}, {"cabc", kCabcNode}, {"whitepoint", kWhitePointNode}}};
 

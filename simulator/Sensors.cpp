@@ -33,17 +33,17 @@ sensors::Event lightEvent(float lux) {
 // Runs its delivery thread from enableSensor to disableSensor or to its own end.
 class Sensors::Queue final : public sensorservice::IEventQueue {
 public:
-    Queue(const sp<Sensors>& service, sp<sensorservice::IEventQueueCallback> target)
-        : sensors(service), callback(std::move(target)) {}
+    Queue(const sp<Sensors>& owner, sp<sensorservice::IEventQueueCallback> target)
+        : service(owner), callback(std::move(target)) {}
     ~Queue() override {
         disable();
-        sensors->announce(SensorOperation::RELEASE_QUEUE);
-        sensors->journal->add(SensorCall{SensorOperation::RELEASE_QUEUE, {}});
+        service->announce(SensorOperation::RELEASE_QUEUE);
+        service->journal->add(SensorCall{SensorOperation::RELEASE_QUEUE, {}});
     }
 
     Return<Result> enableSensor(int32_t sensorHandle, int32_t samplingPeriodUs, int64_t latencyUs) override {
         const bool isValid = sensorHandle == kLightSensor && samplingPeriodUs > 0;
-        return returnOf<Result>(sensors->call(SensorOperation::ENABLE_SENSOR, CallKind::SETTER,
+        return returnOf<Result>(service->call(SensorOperation::ENABLE_SENSOR, CallKind::SETTER,
                                               {sensorHandle, samplingPeriodUs, latencyUs},
                                               isValid ? Result::OK : Result::BAD_VALUE, [&](Result) {
                                                   if (isValid) enable(std::chrono::microseconds(samplingPeriodUs));
@@ -52,7 +52,7 @@ public:
 
     Return<Result> disableSensor(int32_t sensorHandle) override {
         const bool isValid = sensorHandle == kLightSensor;
-        return returnOf<Result>(sensors->call(SensorOperation::DISABLE_SENSOR, CallKind::SETTER, {sensorHandle},
+        return returnOf<Result>(service->call(SensorOperation::DISABLE_SENSOR, CallKind::SETTER, {sensorHandle},
                                               isValid ? Result::OK : Result::BAD_VALUE, [&](Result) {
                                                   if (isValid) disable();
                                               }));
@@ -69,17 +69,17 @@ private:
     void enable(platform::Clock::Duration samplingPeriod) {
         period = samplingPeriod;
         {
-            const platform::Lock lock(sensors->mutex);
-            sensors->queues.push_back(this);
+            const platform::Lock lock(service->mutex);
+            service->queues.push_back(this);
         }
-        if (sensors->delivering) startDelivery();
+        if (service->delivering) startDelivery();
     }
 
     void disable() {
         {
-            const platform::Lock lock(sensors->mutex);
-            auto& queues = sensors->queues;
-            queues.erase(std::remove(queues.begin(), queues.end(), this), queues.end());
+            const platform::Lock lock(service->mutex);
+            auto& enabled = service->queues;
+            enabled.erase(std::remove(enabled.begin(), enabled.end(), this), enabled.end());
         }
         if (delivery == nullptr) return;
         setStopping(true);
@@ -90,7 +90,7 @@ private:
     void deliver() {
         platform::Clock::Duration next = platform::clock().now() + kFirstEvent;
         while (waitUntil(next)) {
-            if (sensors->delivering) platform::dropAnswer(callback->onEvent(lightEvent(sensors->lux)));
+            if (service->delivering) platform::dropAnswer(callback->onEvent(lightEvent(service->lux)));
             next += period;
         }
     }
@@ -110,7 +110,7 @@ private:
         changed.notifyOne();
     }
 
-    const sp<Sensors> sensors;
+    const sp<Sensors> service;
     const sp<sensorservice::IEventQueueCallback> callback;
     platform::Clock::Duration period{0};
     std::unique_ptr<platform::Thread> delivery;

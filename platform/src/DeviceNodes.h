@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The part of node access that differs between host and phone.
+// Node access: the part that differs between host and phone.
 #pragma once
 
 #include <string_view>

@@ -11,12 +11,13 @@ namespace {
 
 class RealClock final : public Clock {
 public:
+    // steady_clock is CLOCK_MONOTONIC, as Condition is.
     Duration now() override { return std::chrono::steady_clock::now().time_since_epoch(); }
 
     void sleepFor(Duration duration) override { std::this_thread::sleep_for(duration); }
 
     void waitUntil(Condition& condition, Lock& lock, Duration deadline) override {
-        condition.waitUntil(lock, std::chrono::steady_clock::time_point(deadline));
+        condition.waitUntil(lock, deadline);
     }
 
     std::unique_ptr<Thread> startThread(std::function<void()> body) override { return Thread::start(std::move(body)); }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/light/Replay.h"
 
 #include <platform/Answer.h>
@@ -18,7 +19,7 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kAfterTrace{10'000};
 
-// Puts the decisions together from what the worker logs and the composer is told.
+// Builds the decisions from the worker's samples and the composer's calls.
 class Recorder {
 public:
     explicit Recorder(const std::function<void(const Decision&)>& sink) : report(sink) {}
@@ -42,8 +43,8 @@ public:
         previousLux = lux;
     }
 
-    // The composer has been told something about the tone curve.
-    void told(const ComposerCall& call) {
+    // The composer has received a message about the tone curve.
+    void received(const ComposerCall& call) {
         if (*call.enable == 0) composerLevel.reset();
         if (const auto level = toneCurveLevelOf(call)) composerLevel = *level;
         if (decision) decision->messages.push_back({now(), composerLevel});
@@ -91,7 +92,7 @@ std::string Decision::reason() const {
             text = light + " is not below " + dim + ": stays on, level " + std::to_string(*targetLevel);
             break;
         case CurveAction::NONE:
-            text = mean < 0 ? light + " is no light level" : light + " is not above " + bright + ": stays off";
+            text = mean < 0 ? light + " is not a light level" : light + " is not above " + bright + ": stays off";
             break;
     }
     if (fastReset)
@@ -106,7 +107,7 @@ void replay(const LightTrace& trace, const std::function<void(const Decision&)>&
     Phone phone(Phone::Start::SAMPLE);
     phone.observe([&recorder](const Event& event) {
         const auto* const call = std::get_if<ComposerCall>(&event.what);
-        if (call != nullptr && call->operation == ComposerOperation::SET_ALAD_PARAMS) recorder.told(*call);
+        if (call != nullptr && call->operation == ComposerOperation::SET_ALAD_PARAMS) recorder.received(*call);
         if (const auto* const sample = std::get_if<LightSample>(&event.what))
             recorder.sampled(sample->mean, sample->lux);
     });

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/picture/DisplayPipeline.h"
 
 #include <algorithm>
@@ -19,7 +20,7 @@ constexpr float kClipTolerance = 1.0F / 8192;
 
 using Matrix = std::array<float, 9>;
 
-// Also takes what is no number, to 0.
+// NaN gives 0.
 float notBelow0(float value) {
     return value > 0.0F ? value : 0.0F;
 }

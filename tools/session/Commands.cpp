@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The table of commands.
 #include <algorithm>
 #include <array>
@@ -7,6 +8,7 @@
 
 #include "tools/session/Command.h"
 #include "tools/session/Session.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -85,13 +87,13 @@ int32_t valueOrZero(const Values& values, size_t index) {
 // --- The served operations ---
 
 void initService(Session& session, const Values&) {
-    session.report({{"event", "answer"}, {"result", session.service().init()}});
+    session.answer(int64_t{session.service().init()});
     session.noteCalibration();
 }
 
 void deInitService(Session& session, const Values&) {
     session.service().deInit();
-    session.report({{"event", "answer"}, {"result", "done"}});
+    session.answer(std::string("done"));
 }
 
 void allocUserHandle(Session& session, const Values&) {
@@ -107,15 +109,15 @@ void freeUserHandle(Session& session, const Values&) {
 
 void getNumOfDisplay(Session& session, const Values&) {
     session.service().getNumOfDisplay(session.handle(), [&session](Result result, uint32_t count) {
-        session.answer(result, {{"count", count}});
+        session.answer(result, {{"count", int64_t{count}}});
     });
 }
 
 void getDisplayInfo(Session& session, const Values& values) {
     session.service().getDisplayInfo(
         session.handle(), values.number(0), [&session](Result result, const DisplayInfo& info) {
-            const std::vector<uint32_t> numbers(info.values.data(), info.values.data() + info.values.size());
-            session.answer(result, {{"name", info.name.c_str()}, {"values", numbers}});
+            const std::vector<int64_t> numbers(info.values.data(), info.values.data() + info.values.size());
+            session.answer(result, {{"name", std::string(info.name)}, {"values", numbers}});
         });
 }
 
@@ -130,18 +132,18 @@ void setColorTransformMatrix2(Session& session, const Values& values) {
 }
 
 void getColorTransformMatrix(Session& session, const Values& values) {
-    session.service().getColorTransformMatrix(
-        session.handle(), values.number(0), [&session](Result result, const ColorTransformMatrix& first) {
-            session.answer(result, {{"first", matrixToJson(first.elements.data())}});
-        });
+    session.service().getColorTransformMatrix(session.handle(), values.number(0),
+                                              [&session](Result result, const ColorTransformMatrix& first) {
+                                                  session.answer(result, {{"first", matrixOf(first.elements.data())}});
+                                              });
 }
 
 void getColorTransformMatrix2(Session& session, const Values& values) {
     session.service().getColorTransformMatrix2(
         session.handle(), values.number(0),
         [&session](Result result, const ColorTransformMatrix& first, const ColorTransformMatrix& last) {
-            session.answer(
-                result, {{"first", matrixToJson(first.elements.data())}, {"last", matrixToJson(last.elements.data())}});
+            session.answer(result,
+                           {{"first", matrixOf(first.elements.data())}, {"last", matrixOf(last.elements.data())}});
         });
 }
 
@@ -155,7 +157,7 @@ template <auto Operation>
 void getTable(Session& session, const Values& values) {
     (session.service().*Operation)(session.handle(), values.number(0),
                                    [&session](Result result, const GammaLut& table) {
-                                       session.answer(result, {{"table", tableToJson(table.entries.data())}});
+                                       session.answer(result, {{"table", tableOf(table.entries.data())}});
                                    });
 }
 
@@ -172,7 +174,7 @@ void setInteger(Session& session, const Values& values) {
 template <auto Operation>
 void getLevel(Session& session, const Values& values) {
     (session.service().*Operation)(session.handle(), values.number(0), [&session](Result result, int32_t level) {
-        session.answer(result, {{"level", level}});
+        session.answer(result, {{"level", int64_t{level}}});
     });
 }
 
@@ -183,7 +185,7 @@ void setAlad(Session& session, const Values& values) {
 
 void isAladEnable(Session& session, const Values& values) {
     const int32_t enabled = session.service().IsAladEnable(session.handle(), values.number(0)).withDefault(0);
-    session.report({{"event", "answer"}, {"result", enabled}});
+    session.answer(int64_t{enabled});
 }
 
 void enterExclusive(Session& session, const Values& values) {
@@ -299,7 +301,7 @@ void setPanel(Session& session, const Values& values) {
 
 void setCalibration(Session& session, const Values& values) {
     const std::string path = session.phone().files().installCalibration(values.text(0));
-    session.report({{"event", "file"}, {"path", path}, {"from", values.text(0)}});
+    session.report(InstalledFile{path, values.text(0)});
 }
 
 void setWhitePoint(Session& session, const Values& values) {
@@ -322,7 +324,7 @@ const std::vector<Command>& commands() {
     using Kind = Argument::Kind;
     static const std::vector<Command> table = {
         {"init", {}, "start the service: find the composer and apply the panel's calibration", initService, "service"},
-        {"deInit", {}, "stop the service: let go of the composer", deInitService},
+        {"deInit", {}, "stop the service: release the composer", deInitService},
         {"allocUserHandle", {}, "get a user handle, which later commands use", allocUserHandle},
         {"freeUserHandle", {}, "give the user handle back", freeUserHandle},
         {"getNumOfDisplay", {}, "how many displays the service knows", getNumOfDisplay},
@@ -435,10 +437,10 @@ const std::vector<Command>& commands() {
          {{"name", Kind::NAME}, {"display", Kind::DISPLAY, 1, true}},
          "write the picture as the display shows it now",
          writePicture,
-         "what there is to see"},
+         "output"},
         {"show",
          {},
-         "the state of the service and of all it stands on",
+         "the state of the service and of everything it uses",
          [](Session& session, const Values&) { session.show(); }},
     };
     return table;

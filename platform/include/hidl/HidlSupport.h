@@ -59,7 +59,7 @@ private:
     std::vector<T> elements;
 };
 
-// Exactly N elements in place. Default construction leaves numbers uninitialised.
+// Exactly N elements, stored inline. Default construction leaves numbers uninitialised.
 template <typename T, size_t N>
 class hidl_array {
 public:

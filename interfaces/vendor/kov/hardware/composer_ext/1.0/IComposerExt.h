@@ -43,7 +43,7 @@ struct IComposerExt : public ::android::hidl::base::V1_0::IBase {
     // enable: 1 to enter, 0 to leave.
     virtual Return<Result> setExclusiveMode(uint64_t display, uint32_t enable) = 0;
 
-    // The service of that instance name, or null. There are no passthrough stubs: asking for one gives null.
+    // The service with that instance name, or null. There are no passthrough stubs: a request for one returns null.
     static sp<IComposerExt> getService(const std::string& serviceName = "default", bool getStub = false) {
         if (getStub) return nullptr;
         return static_cast<IComposerExt*>(platform::findService(descriptor, serviceName).get());
