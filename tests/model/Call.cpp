@@ -63,11 +63,15 @@ dc::GammaLut recordOf(const Table& table) {
     return {*table};
 }
 
+uint32_t bitsOf(const Call& call) {
+    return static_cast<uint32_t>(call.number);
+}
+
 using Run = void (*)(Service& s, const Call& c, const Recorder& r);
 const std::map<std::string, Run> kOperations = {
     {"init", [](auto& s, auto&, auto& r) { r(s.init()); }},
     {"deInit", [](auto& s, auto&, auto&) { s.deInit(); }},
-    {"allocUserHandle", [](auto& s, auto& c, auto& r) { r.take(s.allocUserHandle(c.number, r)); }},
+    {"allocUserHandle", [](auto& s, auto& c, auto& r) { r.take(s.allocUserHandle(bitsOf(c), r)); }},
     {"freeUserHandle", [](auto& s, auto&, auto& r) { r.take(s.freeUserHandle(kHandle)); }},
     {"getNumOfDisplay", [](auto& s, auto&, auto& r) { r.take(s.getNumOfDisplay(kHandle, r)); }},
     {"getDisplayInfo", [](auto& s, auto& c, auto& r) { r.take(s.getDisplayInfo(kHandle, c.display, r)); }},
@@ -104,10 +108,10 @@ const std::map<std::string, Run> kOperations = {
     {"setMiscFeature",
      [](auto& s, auto& c, auto& r) { r.take(s.setMiscFeature(kHandle, c.display, c.number, c.values, r)); }},
     {"getMiscFeature", [](auto& s, auto& c, auto& r) { r.take(s.getMiscFeature(kHandle, c.display, c.number, r)); }},
-    {"setAlad", [](auto& s, auto& c, auto& r) { r.take(s.setAlad(kHandle, c.display, c.number)); }},
+    {"setAlad", [](auto& s, auto& c, auto& r) { r.take(s.setAlad(kHandle, c.display, bitsOf(c))); }},
     {"IsAladEnable", [](auto& s, auto& c, auto& r) { r.take(s.IsAladEnable(kHandle, c.display)); }},
-    {"exclusiveModeEnter", [](auto& s, auto& c, auto& r) { r.take(s.exclusiveModeEnter(kHandle, c.number)); }},
-    {"exclusiveModeExit", [](auto& s, auto& c, auto& r) { r.take(s.exclusiveModeExit(kHandle, c.number)); }},
+    {"exclusiveModeEnter", [](auto& s, auto& c, auto& r) { r.take(s.exclusiveModeEnter(kHandle, bitsOf(c))); }},
+    {"exclusiveModeExit", [](auto& s, auto& c, auto& r) { r.take(s.exclusiveModeExit(kHandle, bitsOf(c))); }},
 };
 
 }  // namespace

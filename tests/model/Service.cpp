@@ -120,13 +120,13 @@ std::string Service::call(const Call& c) {
     }
     if (is("setColorTransformMatrix")) {
         log(kDebug, operation, client);
-        for (const size_t i : {0, 1, 2}) log(kDebug, operation, join(operation, i, " ", threeFloats(&c.last[3 * i])));
+        for (const size_t i : {0U, 1U, 2U}) log(kDebug, operation, join(operation, i, " ", threeFloats(&c.last[3 * i])));
         return sendMatrices(c.display, kIdentity, c.last);
     }
     if (is("setColorTransformMatrix2")) {
         log(kDebug, operation, client);
-        for (const size_t i : {0, 3, 6}) log(kDebug, operation, "first " + threeFloats(&c.first[i]));
-        for (const size_t i : {0, 3, 6}) log(kDebug, operation, "last " + threeFloats(&c.last[i]));
+        for (const size_t i : {0U, 3U, 6U}) log(kDebug, operation, "first " + threeFloats(&c.first[i]));
+        for (const size_t i : {0U, 3U, 6U}) log(kDebug, operation, "last " + threeFloats(&c.last[i]));
         return sendMatrices(c.display, c.first, c.last);
     }
     const std::string zeros = valueText(Matrix{});
@@ -362,13 +362,13 @@ std::string Service::setLevel(uint64_t display, bool isUnlimited, int32_t level)
     if (const int error = phone.resultOf(function); error != 0) log(kError, name, join("error ", error));
     if (isUnlimited) {
         d->unlimitedLevel = level;
-        for (const size_t i : {0, 1, 2}) d->unlimited[4 * i] = values[i];
+        for (const size_t i : {0U, 1U, 2U}) d->unlimited[4 * i] = values[i];
         log(kDebug, name, join(level, "  ", threeFloats(values.data())));
     } else {
         d->eyeCareLevel = level;
         d->eyeCare = matrixOf(values.data());
         log(kDebug, name, join("v:", level));
-        for (const size_t i : {0, 3, 6}) log(kDebug, name, threeFloats(&values[i]));
+        for (const size_t i : {0U, 3U, 6U}) log(kDebug, name, threeFloats(&values[i]));
     }
     sendMatrices(display, kIdentity, finalMatrix(displays[display]));
     return "OK";
@@ -383,7 +383,7 @@ std::string Service::setMode(uint64_t display, int32_t mode) {
     d->colorCorrection = mode == kStandard ? d->calibColorCorrection : kIdentity;
     if (mode == kSmartEnvironment) {
         const std::vector<float> gains = calibrateWhitePoint();
-        for (const size_t i : {0, 1, 2}) d->whitePoint[4 * i] = gains[i];
+        for (const size_t i : {0U, 1U, 2U}) d->whitePoint[4 * i] = gains[i];
     }
     sendMatrices(display, kIdentity, finalMatrix(displays[display]));
     screenMode = mode;
@@ -400,7 +400,7 @@ std::vector<float> Service::calibrateWhitePoint() {
     if (canRead(phone.whitePoint, function, "open wpc node error", "read wpc node error")) {
         long long xy[2];
         if (sscanf(phone.whitePoint.text.substr(0, 64).c_str(), "x=%lld,y=%lld\n", &xy[0], &xy[1]) == 2) {
-            for (const size_t i : {0, 1}) {
+            for (const size_t i : {0U, 1U}) {
                 xy[i] = std::clamp<long long>(xy[i], INT32_MIN, INT32_MAX);
                 param[i] = static_cast<float>(static_cast<double>(xy[i]) * 0.001);
             }
