@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // One long session, compared with the file that holds its events: it notices changes of order and text.
 #include <gtest/gtest.h>
-#include <libxml/xmlerror.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
-#include "tests/model/Call.h"
-#include "tests/model/Settings.h"
+#include "tests/model/Comparison.h"
 
 namespace model {
 
@@ -49,57 +47,39 @@ void expectHead(const simulator::LogLine& log) {
     EXPECT_TRUE(isFound) << log.function << ":" << log.line << ": " << log.message;
 }
 
-// A service in a session on the phone.
-struct Session {
-    Session() {
-        apply(settings, phone);
-        phone.observe([this](const simulator::Event& event) {
-            text += std::to_string(event.time / 1ms) + " " + simulator::textOf(event) + "\n";
-            if (const auto* const log = std::get_if<simulator::LogLine>(&event.what)) expectHead(*log);
-        });
-    }
-    void call(const Call& call) {
-        xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});  // libxml2 forgets it after each file
-        const std::string answer = answerOf(service, call);
-        phone.clock().settle();
-        phone.report(simulator::Answer{textOf(call), answer});
-    }
-    void set(const Settings& next) { apply(next, std::exchange(settings, next), phone); }
-    void light(float lux, std::chrono::milliseconds duration) {
-        phone.sensors().deliver(lux);
-        phone.clock().advance(duration);
-    }
-
-    Settings settings;
-    simulator::Phone phone{simulator::Phone::Start::EMPTY};
-    ::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl service;
-    std::string text;
-};
-
-// Every operation on a phone where all is well; then on one where little is.
+// Every operation on a phone where all is well; then on one where little is; then without a composer.
 std::string aLongSession() {
-    Session s;
     Settings complete;
     complete.calibrations[0].tuned.assign(4096, 0.5F);
-    s.set(complete);
+    Comparison c;
+    c.begin(complete);
+    std::string text;
+    c.observer = [&text](const simulator::Event& event) {
+        text += std::to_string(event.time / 1ms) + " " + textOf(event) + "\n";
+        if (const auto* const log = std::get_if<simulator::LogLine>(&event.what)) expectHead(*log);
+    };
+    const auto call = [&](const Call& each) {
+        c.call(each);
+        text += "answer " + textOf(each) + " -> " + c.answer() + "\n";
+    };
+    const auto light = [&c](float lux, std::chrono::milliseconds duration) { c.light(lux), c.pass(duration); };
     std::vector<Call> rest;
     for (const std::string& operation : operations()) {
-        const bool isSpecial =
-            operation == "init" || operation == "deInit" || operation == "setAlad" || operation == "allocUserHandle";
-        if (!isSpecial) rest.push_back({operation, 0, 2, 3, 4, {5.5, 6}});
+        const bool isOften = operation == "init" || operation == "deInit" || operation == "setAlad";
+        if (!isOften && operation != "allocUserHandle") rest.push_back({operation, 0, 2, 3, 4, {5.5, 6}});
     }
     const auto callAll = [&] {
-        s.call({"init"});
-        s.call({"setAlad", 0, 1});
-        s.light(9000, 1s + 20ms);
-        s.light(12000, 3s);
-        for (const Call& call : rest) s.call(call);
-        s.call({"setAlad", 0, 1});
-        s.light(20000, 1s + 40ms);
-        s.call({"setAlad", 0, 0});
+        call({"init"});
+        call({"setAlad", 0, 1});
+        light(9000, 1s + 20ms);
+        light(12000, 3s);
+        for (const Call& each : rest) call(each);
+        call({"setAlad", 0, 1});
+        light(20000, 1s + 40ms);
+        call({"setAlad", 0, 0});
     };
     callAll();
-    Settings poor = complete;
+    Settings poor = c.settings();
     poor.displays = 1;
     poor.panel = {Kind::MISSING};
     poor.whitePoint.text = "x=1";
@@ -110,11 +90,12 @@ std::string aLongSession() {
     poor.composerFailures[ComposerOperation::SET_COLOR_TRANSFORM_MATRIX] = Failure::TRANSPORT_AFTER;
     poor.sensorFailures[SensorOperation::DISABLE_SENSOR] = Failure::REFUSED;
     poor.results[ClosedFunction::GET_UNLIMITED_CT_PARAMS] = -7;
-    s.set(poor);
+    c.set(poor);
     callAll();
-    s.call({"deInit"});
-    for (const Call& call : rest) s.call(call);
-    return s.text;
+    call({"deInit"});
+    for (const Call& each : rest) call(each);
+    c.end();
+    return text;
 }
 
 }  // namespace

@@ -120,45 +120,30 @@ std::vector<Call> calls() {
     add("setCabcSysNode", {9}, {0, 9, 12, -49, 208, INT32_MAX});
     for (int32_t feature = -1; feature <= 24; ++feature) all.push_back({"setFeature", 0, feature, 3, -9});
     for (const int32_t feature : {0, 1, 2, 3, 7, 23}) all.push_back({"setFeature", 2, feature, 9});
-    for (const auto& values : std::vector<std::vector<double>>{{},
-                                                               {1},
-                                                               {1, 2, 3},
-                                                               {2.9, -1.9},
-                                                               {-0.9, 0.9},
-                                                               {INFINITY, NAN},
-                                                               {-1e300, 1e300},
-                                                               {2147483647.9, -2147483648.9}}) {
-        all.push_back({"setMiscFeature", 1, 23, 0, 0, values});
-        all.push_back({"setMiscFeature", 1, 5, 0, 0, values});
+    const std::vector<std::vector<double>> kValues = {
+        {}, {1}, {1, 2, 3}, {2.9, -1.9}, {INFINITY, NAN}, {-1e300, 1e300}};
+    for (const auto& values : kValues) {
+        for (const int32_t feature : {5, 23}) all.push_back({"setMiscFeature", 1, feature, 0, 0, values});
     }
     add("getMiscFeature", {0}, {0, 23});
-    std::array<float, 4096> ramp{};
+    std::vector<float> ramp(4096);
     for (size_t i = 0; i < ramp.size(); ++i) ramp[i] = static_cast<float>(i) / 64;
     for (const uint64_t display : kDisplays) {
         for (const char* const operation :
              {"setColorTransformMatrix", "getColorTransformMatrix2", "setColorTransformMatrix2",
               "getColorTransformMatrix2", "getColorTransformMatrix", "setGlobalGammaLut", "getGlobalGammaLut",
-              "setGlobalGamma", "getGlobalGammaLut", "setGlobalDeGammaLut", "getGlobalDeGammaLut"})
-            all.push_back({operation,
-                           display,
-                           0,
-                           0,
-                           0,
-                           {},
-                           2.2F,
-                           {0.25F, 0.5F, 0, 1, 1, 0, 0, 1, 2},
-                           {1, 2, 3, -4, 0.5F, 1e-9F, INFINITY, NAN, -0.0F},
-                           simulator::tableOf(ramp.data())});
+              "setGlobalGamma", "getGlobalGammaLut", "setGlobalDeGammaLut", "getGlobalDeGammaLut"}) {
+            Call& call = all.emplace_back(Call{operation, display});
+            call.first = {0.25F, 0.5F, 0, 1, 1, 0, 0, 1, 2};
+            call.last = {1, 2, 3, -4, 0.5F, 1e-9F, INFINITY, NAN, -0.0F};
+            call.exponent = 2.2F;
+            call.table = simulator::tableOf(ramp.data());
+        }
     }
     add("setAlad", {0, 1}, {0, 1, -1});
-    add("IsAladEnable", {0, 9}, {0});
-    add("exclusiveModeEnter", {0}, {-1});
-    add("IsAladEnable", {0}, {0});
-    add("exclusiveModeExit", {0}, {1});
-    add("setAlad", {0}, {7});
-    add("init", {0}, {0});
-    add("setAlad", {0}, {0});
-    add("deInit", {0}, {0});
+    for (const char* const operation : {"IsAladEnable", "exclusiveModeEnter", "IsAladEnable", "exclusiveModeExit",
+                                        "setAlad", "init", "IsAladEnable", "deInit"})
+        add(operation, {0}, {7});
     return all;
 }
 
@@ -170,94 +155,83 @@ struct Fault {
     Change make;
 };
 
-class Faults {
-public:
+std::vector<Fault> faults() {
     std::vector<Fault> all;
-
-    void add(const std::string& name, const std::string& touches, const Change& make) {
+    const auto add = [&all](const std::string& name, const std::string& touches, const Change& make) {
         all.push_back({name, touches, make});
-    }
-    void addNode(const std::string& name, const std::string& touches, Node Settings::*node, const Lines& texts) {
+    };
+    const auto addNode = [&](const std::string& name, const std::string& touches, Node Settings::*node,
+                             const Lines& texts) {
         add("no " + name, touches, [=](Settings& s) { s.*node = {Kind::MISSING}; });
         add(name + " folder", touches, [=](Settings& s) { s.*node = {Kind::FOLDER}; });
-        for (const auto& text : texts)
-            add(name + " " + text, touches, [=](Settings& s) { s.*node = {Kind::FILE, text}; });
-    }
+        for (const auto& text : texts) add(name + " " + text, touches, [=](Settings& s) { (s.*node).text = text; });
+    };
     // A change of the complete calibration.
-    void addCalibration(const std::string& name, const std::function<void(Calibration&)>& change) {
+    const auto addCalibration = [&](const std::string& name, const std::function<void(Calibration&)>& change) {
         add(name, "panel xml", [=](Settings& s) { change(s.calibrations[0] = Settings().calibrations[0]); });
-    }
-};
-
-std::vector<Fault> faults() {
-    Faults f;
+    };
     for (const auto failure :
          {Failure::REFUSED, Failure::NO_CALLBACK, Failure::TRANSPORT_BEFORE, Failure::TRANSPORT_AFTER}) {
         const std::string number = std::to_string(static_cast<int>(failure));
         for (size_t i = 0; i < simulator::kComposerOperations.size(); ++i) {
             const std::string operation = "composer " + std::string(simulator::kComposerOperations[i]);
-            f.add(operation + number, operation + " ",
-                  [=](Settings& s) { s.composerFailures[ComposerOperation(i)] = failure; });
+            add(operation + number, operation + " ",
+                [=](Settings& s) { s.composerFailures[ComposerOperation(i)] = failure; });
         }
         for (size_t i = 0; i < simulator::kSensorOperations.size(); ++i) {
             const std::string operation = "sensor " + std::string(simulator::kSensorOperations[i]);
-            f.add(operation + number, operation, [=](Settings& s) { s.sensorFailures[SensorOperation(i)] = failure; });
+            add(operation + number, operation, [=](Settings& s) { s.sensorFailures[SensorOperation(i)] = failure; });
         }
     }
     for (const uint32_t count : {0U, 1U, 3U, 1024U, 1025U, UINT32_MAX})
-        f.add(std::to_string(count) + " displays", "getNumOfDisplay ", [=](Settings& s) { s.displays = count; });
-    f.add("no composer", "getNumOfDisplay ", [](Settings& s) { s.composer = false; });
-    f.add("composer restarted", "composer ", [](Settings& s) { ++s.composerLife; });
-    f.add("no sensors", "getDefaultSensor", [](Settings& s) { s.sensors = false; });
-    f.add("no queue", "getDefaultSensor", [](Settings& s) { s.queue = false; });
-    f.add("no threads", "getDefaultSensor", [](Settings& s) { s.threads = false; });
+        add(std::to_string(count) + " displays", "getNumOfDisplay ", [=](Settings& s) { s.displays = count; });
+    add("no composer", "getNumOfDisplay ", [](Settings& s) { s.composer = false; });
+    add("composer restarted", "composer ", [](Settings& s) { ++s.composerLife; });
+    add("no sensors", "getDefaultSensor", [](Settings& s) { s.sensors = false; });
+    add("no queue", "getDefaultSensor", [](Settings& s) { s.queue = false; });
+    add("no threads", "getDefaultSensor", [](Settings& s) { s.threads = false; });
 
     const std::string kPanelA = "dornel R7TK 35 02 0a hd+ video dsi panel\n";
     const std::string kTrimmed = kPanelA.substr(0, kPanelA.size() - 1);
-    f.addNode("panel", "panel xml", &Settings::panel,
-              {"", kPanelA, "dornel R7TK 43 03 0b hd+ video dsi panel\n", kTrimmed, kTrimmed + "\r\n", kPanelA + "\n",
-               "Dornel" + kPanelA.substr(6), kPanelA + "\0junk"s, "\0"s + kPanelA, kPanelA + std::string(200, 'x')});
-    f.add("panel A's file", "panel xml", [=](Settings& s) {
+    addNode("panel", "panel xml", &Settings::panel,
+            {"", kPanelA, "dornel R7TK 43 03 0b hd+ video dsi panel\n", kTrimmed, kTrimmed + "\r\n", kPanelA + "\n",
+             "Dornel" + kPanelA.substr(6), kPanelA + "\0junk"s, "\0"s + kPanelA, kPanelA + std::string(200, 'x')});
+    add("panel A's file", "panel xml", [=](Settings& s) {
         s.panel.text = kPanelA;
         s.calibrations[1] = {Kind::FILE, true, {}, std::vector<float>(9, 0.5F)};
     });
-    f.addNode(
-        "white point", "setSmartEnvironmentMode", &Settings::whitePoint,
-        {"", "x=313,y=329", "x=313", "x=313,y=", "x=313,y=-\n", " x=313,y=329", "x=313 ,y=329", "x=0.313,y=0.329",
-         "X=313,y=329", "x=31\0,y=329"s, "x= -5,y=\t+7 junk", "x=1,y=0x10", "x=99999999999999999999,y=-3000000000",
-         "x=2147483648,y=-2147483649", "x=313,y=" + std::string(53, ' ') + "3299"});
-    f.addNode("backlight", "node lcd_cabc_mode", &Settings::cabc, {""});
+    addNode("white point", "setSmartEnvironmentMode", &Settings::whitePoint,
+            {"", "x=313,y=329", "x=313", "x=313,y=", "x=313,y=-\n", " x=313,y=329", "x=313 ,y=329", "x=0.313,y=0.329",
+             "X=313,y=329", "x=31\0,y=329"s, "x= -5,y=\t+7 junk", "x=1,y=0x10", "x=99999999999999999999,y=-3000000000",
+             "x=2147483648,y=-2147483649", "x=313,y=" + std::string(53, ' ') + "3299"});
+    addNode("backlight", "node lcd_cabc_mode", &Settings::cabc, {""});
 
-    f.addCalibration("no file", [](Calibration& c) { c.kind = Kind::MISSING; });
-    f.addCalibration("a folder", [](Calibration& c) { c.kind = Kind::FOLDER; });
-    f.addCalibration("not XML", [](Calibration& c) { c.isWellFormed = false; });
-    f.addCalibration("no block", [](Calibration& c) { c = {}; });
-    f.addCalibration("short white point", [](Calibration& c) { c.whitePoint.pop_back(); });
-    f.addCalibration("short correction", [](Calibration& c) { c.colorCorrection.pop_back(); });
-    f.addCalibration("short parameters", [](Calibration& c) { c.whitePointParams.pop_back(); });
-    f.addCalibration("one end point", [](Calibration& c) { c.endPoints.pop_back(); });
-    f.addCalibration("short eye care", [](Calibration& c) { c.eyeCare.pop_back(); });
-    f.addCalibration("minimum beyond int", [](Calibration& c) { c.eyeCare[1] = -1e300; });
-    f.addCalibration("no maximum", [](Calibration& c) { c.eyeCare[0] = NAN; });
-    f.addCalibration("short table", [](Calibration& c) { c.tuned.assign(4095, 0.5F); });
-    f.addCalibration("tuned table", [](Calibration& c) { c.tuned.assign(4096, 0.5F); });
-    f.addCalibration("calibrated table", [](Calibration& c) { c.calibrated.assign(4096, 0.75F); });
-    f.addCalibration("two tables", [](Calibration& c) {
-        c.calibrated.assign(4096, 0.75F);
-        c.tuned.assign(4096, 0.5F);
-    });
-    f.addCalibration("more values", [](Calibration& c) { c.eyeCare.push_back(c.whitePoint.emplace_back(5)); });
+    addCalibration("no file", [](Calibration& c) { c.kind = Kind::MISSING; });
+    addCalibration("a folder", [](Calibration& c) { c.kind = Kind::FOLDER; });
+    addCalibration("not XML", [](Calibration& c) { c.isWellFormed = false; });
+    addCalibration("no block", [](Calibration& c) { c = {}; });
+    addCalibration("short white point", [](Calibration& c) { c.whitePoint.pop_back(); });
+    addCalibration("short correction", [](Calibration& c) { c.colorCorrection.pop_back(); });
+    addCalibration("short parameters", [](Calibration& c) { c.whitePointParams.pop_back(); });
+    addCalibration("one end point", [](Calibration& c) { c.endPoints.pop_back(); });
+    addCalibration("short eye care", [](Calibration& c) { c.eyeCare.pop_back(); });
+    addCalibration("odd range", [](Calibration& c) { c.eyeCare[0] = NAN, c.eyeCare[1] = -1e300; });
+    addCalibration("short table", [](Calibration& c) { c.tuned.assign(4095, 0.5F); });
+    addCalibration("tuned table", [](Calibration& c) { c.tuned.assign(4096, 0.5F); });
+    addCalibration("calibrated table", [](Calibration& c) { c.calibrated.assign(4096, 0.75F); });
+    addCalibration("two tables", [](Calibration& c) { c.tuned.resize(4096), c.calibrated.resize(4097); });
+    addCalibration("more values", [](Calibration& c) { c.eyeCare.push_back(c.whitePoint.emplace_back(5)); });
 
     for (size_t i = 0; i < simulator::kClosedFunctions.size(); ++i) {
         const std::string name = "closed " + std::string(simulator::kClosedFunctions[i]);
-        f.add(name, name, [=](Settings& s) {
+        add(name, name, [=](Settings& s) {
             s.results[ClosedFunction(i)] = -7;
             for (auto* const values : {&s.gains, &s.coefficients, &s.whiteGains}) values->resize(2);
             s.curves = false;
         });
     }
-    f.add("dark", "closed ", [](Settings& s) { s.gains = s.whiteGains = {0, 0, 0}; });
-    return f.all;
+    add("dark", "closed ", [](Settings& s) { s.gains = s.whiteGains = {0, 0, 0}; });
+    return all;
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The phone's runtime on the host.
 #include <hidl/Status.h>
-#include <platform/Answer.h>
 #include <platform/DeviceFiles.h>
 #include <platform/Log.h>
 #include <platform/Services.h>
@@ -12,9 +11,8 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
 
-#include "simulator/Phone.h"
+#include "simulator/PhoneFiles.h"
 
 namespace {
 
@@ -31,28 +29,29 @@ Status failed() {
     return Status::fromStatusT(android::DEAD_OBJECT);
 }
 
-TEST(ReturnDeathTest, AnUncheckedFailureEndsTheProcess) {
+TEST(ReturnDeathTest, AFailureThatIsNotExaminedEndsTheProcess) {
+    Return<int32_t> other(5);
     EXPECT_DEATH({ Return<void> answer(failed()); }, "not checked.*-32");
     EXPECT_DEATH({ Return<int32_t> answer(failed()); }, "not checked");
-    EXPECT_DEATH(
-        {
-            Return<int32_t> answer(failed());
-            answer = Return<int32_t>(5);
-        },
-        "not checked");
-    EXPECT_DEATH(
-        {
-            Return<int32_t> answer(failed());
-            const Return<int32_t> moved = std::move(answer);
-        },
-        "not checked");
-    EXPECT_DEATH(
-        {
-            const Return<int32_t> answer = Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, "no light");
-            const int32_t value = answer;
-            static_cast<void>(value);
-        },
-        "retrieve value.*no light");
+    EXPECT_DEATH((other = Return<int32_t>(failed()), other = Return<int32_t>(5)), "not checked");
+    EXPECT_DEATH({ const Return<int32_t> moved = Return<int32_t>(failed()); }, "not checked");
+    EXPECT_DEATH(static_cast<int32_t>(Return<int32_t>(Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, "no light"))),
+                 "retrieve value.*no light");
+}
+
+TEST(Return, AFailureThatIsExaminedIsAValue) {
+    Return<int32_t> answer(failed());
+    EXPECT_EQ(answer.withDefault(7), 7);
+    EXPECT_TRUE(answer.isDeadObject());
+    EXPECT_FALSE(Return<void>(failed()).isOk());
+    Return<int32_t> given(failed());
+    const Return<int32_t> taken = std::move(given);
+    EXPECT_FALSE(taken.isOk());
+    answer = Return<int32_t>(6);
+    EXPECT_EQ(answer.withDefault(7), 6);
+    EXPECT_EQ(answer.description(), "Status(EX_NONE)");
+    EXPECT_TRUE(Status::fromStatusT(android::OK).isOk());
+    EXPECT_EQ(Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, nullptr).exceptionCode(), Status::EX_ILLEGAL_STATE);
 }
 
 TEST(Services, TheLatestOneIsFoundUntilTheyAreCleared) {
@@ -77,23 +76,6 @@ TEST(Services, TheLatestOneIsFoundUntilTheyAreCleared) {
     EXPECT_THAT(ends, ElementsAre("replaced", "gone"));
 }
 
-TEST(Return, ACheckedFailureDoesNot) {
-    Return<int32_t> answer(failed());
-    EXPECT_EQ(answer.withDefault(7), 7);
-    EXPECT_TRUE(answer.isDeadObject());
-    EXPECT_FALSE(Return<void>(failed()).isOk());
-    Return<int32_t> given(failed());
-    const Return<int32_t> taken = std::move(given);
-    EXPECT_FALSE(taken.isOk());
-    answer = Return<int32_t>(5);
-    answer = Return<int32_t>(6);
-    EXPECT_EQ(answer.withDefault(7), 6);
-    EXPECT_EQ(answer.description(), "Status(EX_NONE)");
-    EXPECT_EQ(Return<int32_t>(5).withDefault(7), 5);
-    EXPECT_TRUE(Status::fromStatusT(android::OK).isOk());
-    EXPECT_EQ(Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, nullptr).exceptionCode(), Status::EX_ILLEGAL_STATE);
-}
-
 TEST(Log, BelowTheMinimumPriorityNoArgumentIsEvaluated) {
     static Lines lines;
     __android_log_set_logger(
@@ -112,13 +94,12 @@ TEST(Log, BelowTheMinimumPriorityNoArgumentIsEvaluated) {
                                    "TAG " + std::string(1023, 'x')));
 }
 
-std::string briefLine(const std::string& begin, pid_t process, const std::string& text) {
-    char number[16];
-    snprintf(number, sizeof number, "(%5d): ", process);
-    return begin + number + text + "\n";
-}
-
 TEST(Log, TheDefaultLoggerWritesBriefLines) {
+    const auto head = [](const char* begin, pid_t process) {
+        char text[32];
+        snprintf(text, sizeof text, "%s(%5d): ", begin, process);
+        return std::string(text);
+    };
     const std::string longTag(2000, 't');
     testing::internal::CaptureStderr();
     __android_log_print(ANDROID_LOG_WARN, "TAG", "%s %d", "level", 5);
@@ -127,9 +108,9 @@ TEST(Log, TheDefaultLoggerWritesBriefLines) {
     const pid_t forked = fork();
     if (forked == 0) _exit(__android_log_print(ANDROID_LOG_INFO, "TAG", "forked") - 1);
     waitpid(forked, nullptr, 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              briefLine("W/TAG", getpid(), "level 5") + briefLine("?/", getpid(), std::string(1023, 'x')) + "I/" +
-                  longTag.substr(0, 1150) + "\n" + briefLine("I/TAG", forked, "forked"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), head("W/TAG", getpid()) + "level 5\n" + head("?/", getpid()) +
+                                                          std::string(1023, 'x') + "\nI/" + longTag.substr(0, 1150) +
+                                                          "\n" + head("I/TAG", forked) + "forked\n");
 }
 
 TEST(StrongPointer, TheLastOneDeletes) {
@@ -187,15 +168,14 @@ TEST(RealClock, SleepsAndWaitsEndInTime) {
     EXPECT_TRUE(waited >= 2ms && waited < 5s) << waited / 1us;
 
     std::unique_ptr<platform::Thread> notifier;
-    bool isNotified = false;
     const auto woken = duration([&] {
         platform::Lock lock(mutex);
+        const uint64_t before = changed.notifications();
         notifier = clock.startThread([&] {
             const platform::Lock own(mutex);  // not before the wait has released it
-            isNotified = true;
             changed.notifyOne();
         });
-        while (!isNotified) clock.waitUntil(changed, lock, clock.now() + std::chrono::hours(24));
+        while (changed.notifications() == before) clock.waitUntil(changed, lock, clock.now() + std::chrono::hours(24));
     });
     clock.join(*notifier);
     EXPECT_LT(woken, 5s);
@@ -203,7 +183,7 @@ TEST(RealClock, SleepsAndWaitsEndInTime) {
 
 class VirtualClockTest : public testing::Test {
 protected:
-    // Ticks count times, period apart, and says so with the time.
+    // Adds a line with the time, count times, period apart. Of two at once the one that began to wait first is first.
     std::unique_ptr<platform::Thread> ticking(const std::string& name, Clock::Duration period, int count) {
         return clock.startThread([this, name, period, count] {
             for (int i = 0; i < count; ++i) {
@@ -226,12 +206,11 @@ TEST_F(VirtualClockTest, DeadlinesComeInOrderAndAlwaysInTheSame) {
         const auto quick = ticking("quick ", 2s, 3);
         clock.settle();
         clock.advance(1s);
-        EXPECT_THAT(lines, testing::IsEmpty());
+        EXPECT_EQ(lines, Lines());
         clock.advance(5s);
         const auto at = [start](const char* name, int seconds) { return name + std::to_string(start / 1s + seconds); };
         ASSERT_THAT(lines,
-                    ElementsAre(at("quick ", 2), at("slow ", 3), at("quick ", 4), at("slow ", 6), at("quick ", 6)))
-            << "round " << round << ": of two at once the one that began to wait first";
+                    ElementsAre(at("quick ", 2), at("slow ", 3), at("quick ", 4), at("slow ", 6), at("quick ", 6)));
         slow->join();
         quick->join();
         EXPECT_EQ(clock.now() - start, 6s);

@@ -51,7 +51,10 @@ Lines stateOf(const Service& service) {
 
 Comparison::Comparison() {
     apply(current, phone);
-    phone.observe([this](const simulator::Event& event) { happened.push_back(textOf(event)); });
+    phone.observe([this](const simulator::Event& event) {
+        happened.push_back(textOf(event));
+        if (observer) observer(event);
+    });
     begin(current);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -31,6 +32,9 @@ public:
     std::string pass(std::chrono::milliseconds duration);
     // Switches ALAD off, and lets time pass: nothing may happen any more.
     std::string end();
+
+    // Receives the phone's events too.
+    std::function<void(const simulator::Event&)> observer;
 
     const Settings& settings() const { return current; }
     // Of the service, in the latest step.

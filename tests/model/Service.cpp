@@ -120,7 +120,8 @@ std::string Service::call(const Call& c) {
     }
     if (is("setColorTransformMatrix")) {
         log(kDebug, operation, client);
-        for (const size_t i : {0U, 1U, 2U}) log(kDebug, operation, join(operation, i, " ", threeFloats(&c.last[3 * i])));
+        for (const size_t i : {0U, 1U, 2U})
+            log(kDebug, operation, join(operation, i, " ", threeFloats(&c.last[3 * i])));
         return sendMatrices(c.display, kIdentity, c.last);
     }
     if (is("setColorTransformMatrix2")) {
