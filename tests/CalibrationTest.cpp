@@ -45,21 +45,20 @@ std::string valuesOf(const T (&values)[N]) {
 
 // Every block that holds something: its name, "!" if it is complete, and its values.
 std::string summary(const ConfigXmlParser& r) {
-    std::string result;
-    const auto add = [&result](const char* name, bool isComplete, const std::string& values) {
-        if (isComplete || values != "[]")
-            result += (result.empty() ? "" : " ") + (name + (isComplete ? "!"s : ""s)) + values;
-    };
     const double ends[] = {static_cast<double>(r.unlimitedWarm), static_cast<double>(r.unlimitedCold)};
     const double range[] = {r.eyeCareMaxCCT, r.eyeCareMinCCT};
-    add("WPC", r.hasCtmWpc, valuesOf(r.ctmWpc));
-    add("CCM", r.hasCtmCcm, valuesOf(r.ctmCcm));
-    add("Calib", r.hasGammaCalib, valuesOf(r.gammaCalib));
-    add("Tuning", r.hasGammaTuning, valuesOf(r.gammaTuning));
-    add("CT", r.hasUnlimitedCT, valuesOf(ends));
-    add("Range", r.hasEyeCare, valuesOf(range));
-    add("Coeffs", r.hasEyeCare, valuesOf(r.eyeCareCoeffs));
-    add("Param", r.hasWpcParam, valuesOf(r.wpcParam));
+    std::string result;
+    for (const auto& [name, isComplete, values] : {std::tuple("WPC", r.hasCtmWpc, valuesOf(r.ctmWpc)),
+                                                   {"CCM", r.hasCtmCcm, valuesOf(r.ctmCcm)},
+                                                   {"Calib", r.hasGammaCalib, valuesOf(r.gammaCalib)},
+                                                   {"Tuning", r.hasGammaTuning, valuesOf(r.gammaTuning)},
+                                                   {"CT", r.hasUnlimitedCT, valuesOf(ends)},
+                                                   {"Range", r.hasEyeCare, valuesOf(range)},
+                                                   {"Coeffs", r.hasEyeCare, valuesOf(r.eyeCareCoeffs)},
+                                                   {"Param", r.hasWpcParam, valuesOf(r.wpcParam)}}) {
+        if (isComplete || values != "[]")
+            result += (result.empty() ? ""s : " "s) + name + (isComplete ? "!" : "") + values;
+    }
     return result;
 }
 

@@ -51,9 +51,9 @@ void expectHead(const simulator::LogLine& log) {
 std::string aLongSession() {
     Settings complete;
     complete.calibrations[0].tuned.assign(4096, 0.5F);
+    std::string text;
     Comparison c;
     c.begin(complete);
-    std::string text;
     c.observer = [&text](const simulator::Event& event) {
         text += std::to_string(event.time / 1ms) + " " + textOf(event) + "\n";
         if (const auto* const log = std::get_if<simulator::LogLine>(&event.what)) expectHead(*log);
@@ -94,7 +94,7 @@ std::string aLongSession() {
     callAll();
     call({"deInit"});
     for (const Call& each : rest) call(each);
-    c.end();
+    c.observer = {};
     return text;
 }
 

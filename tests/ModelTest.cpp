@@ -302,8 +302,11 @@ TEST(Model, ASessionGoesWellAfterEveryFault) {
 TEST(Model, TheToneCurveFollowsAnyLight) {
     const float kLights[] = {300,  0,     -5,   -0.7F, 123.9F, 4999,  5000, 5001,      7999,     8000,
                              8001, 20000, 9000, 49999, 60000,  5e10F, NAN,  -INFINITY, INFINITY, 2e9F};
-    const Change kChanges[] = {[](auto& s) { s.results[ClosedFunction::GET_AGTM_LEVEL] = -3; },
-                               [](auto& s) { s.results.clear(); }, [](auto& s) { s.curves = !s.curves; }};
+    // Curves that are not written, and levels that are negative or end with the int range.
+    const Change kChanges[] = {[](auto& s) { s.curves = !s.curves; },
+                               [](auto& s) { s.results[ClosedFunction::GET_AGTM_LEVEL] = -9; },
+                               [](auto& s) { s.results[ClosedFunction::GET_AGTM_LEVEL] = INT32_MAX - 24; },
+                               [](auto& s) { s.results[ClosedFunction::GET_AGTM_LEVEL] = INT32_MIN; }};
     std::mt19937 random(1);
     const auto below = [&random](size_t count) { return random() % count; };
     Comparison c;
@@ -313,7 +316,7 @@ TEST(Model, TheToneCurveFollowsAnyLight) {
         const auto duration = std::chrono::milliseconds(below(3) == 0 ? below(5000) : 1000);
         ASSERT_TRUE(holds(c, {light(lux), pass(duration)})) << "step " << i << ", " << lux << " lux";
         if (below(50) != 0) continue;
-        ASSERT_TRUE(holds(c, {call("setAlad"), set(kChanges[below(3)]), call("setAlad", 0, 1)}));
+        ASSERT_TRUE(holds(c, {call("setAlad"), set(kChanges[below(std::size(kChanges))]), call("setAlad", 0, 1)}));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "tests/model/Call.h"
 
 #include <map>
+#include <type_traits>
 
 namespace model {
 
@@ -11,22 +12,16 @@ namespace dc = ::vendor::kov::hardware::display_control::V1_0;
 using Service = dc::implementation::DisplayControlImpl;
 using ::android::hardware::Return;
 
-std::string textOf(uint64_t value) {
-    return std::to_string(value);
-}
-std::string textOf(uint32_t value) {
-    return std::to_string(value);
-}
-std::string textOf(int32_t value) {
+template <typename Number, typename = std::enable_if_t<std::is_integral_v<Number>>>
+std::string textOf(Number value) {
     return std::to_string(value);
 }
 std::string textOf(dc::Result result) {
     return simulator::composerResultName(static_cast<int32_t>(result));
 }
 std::string textOf(const dc::DisplayInfo& info) {
-    std::string text;
-    for (size_t i = 0; i < info.values.size(); ++i) text += std::to_string(info.values[i]) + " ";
-    return text + "\"" + info.name.c_str() + "\"";
+    const auto& v = info.values;
+    return textOf(v[0]) + " " + textOf(v[1]) + " " + textOf(v[2]) + " \"" + info.name.c_str() + "\"";
 }
 std::string textOf(const dc::ColorTransformMatrix& matrix) {
     return simulator::valueText(simulator::matrixOf(matrix.elements.data()));
@@ -56,13 +51,6 @@ struct Recorder {
     std::string& answer;
 };
 
-dc::ColorTransformMatrix recordOf(const Matrix& matrix) {
-    return {matrix};
-}
-dc::GammaLut recordOf(const Table& table) {
-    return {*table};
-}
-
 uint32_t bitsOf(const Call& call) {
     return static_cast<uint32_t>(call.number);
 }
@@ -76,20 +64,18 @@ const std::map<std::string, Run> kOperations = {
     {"getNumOfDisplay", [](auto& s, auto&, auto& r) { r.take(s.getNumOfDisplay(kHandle, r)); }},
     {"getDisplayInfo", [](auto& s, auto& c, auto& r) { r.take(s.getDisplayInfo(kHandle, c.display, r)); }},
     {"setColorTransformMatrix",
-     [](auto& s, auto& c, auto& r) { r.take(s.setColorTransformMatrix(kHandle, c.display, recordOf(c.last))); }},
+     [](auto& s, auto& c, auto& r) { r.take(s.setColorTransformMatrix(kHandle, c.display, {c.last})); }},
     {"getColorTransformMatrix",
      [](auto& s, auto& c, auto& r) { r.take(s.getColorTransformMatrix(kHandle, c.display, r)); }},
     {"setColorTransformMatrix2",
-     [](auto& s, auto& c, auto& r) {
-         r.take(s.setColorTransformMatrix2(kHandle, c.display, recordOf(c.first), recordOf(c.last)));
-     }},
+     [](auto& s, auto& c, auto& r) { r.take(s.setColorTransformMatrix2(kHandle, c.display, {c.first}, {c.last})); }},
     {"getColorTransformMatrix2",
      [](auto& s, auto& c, auto& r) { r.take(s.getColorTransformMatrix2(kHandle, c.display, r)); }},
     {"setGlobalGammaLut",
-     [](auto& s, auto& c, auto& r) { r.take(s.setGlobalGammaLut(kHandle, c.display, recordOf(c.table))); }},
+     [](auto& s, auto& c, auto& r) { r.take(s.setGlobalGammaLut(kHandle, c.display, {*c.table})); }},
     {"getGlobalGammaLut", [](auto& s, auto& c, auto& r) { r.take(s.getGlobalGammaLut(kHandle, c.display, r)); }},
     {"setGlobalDeGammaLut",
-     [](auto& s, auto& c, auto& r) { r.take(s.setGlobalDeGammaLut(kHandle, c.display, recordOf(c.table))); }},
+     [](auto& s, auto& c, auto& r) { r.take(s.setGlobalDeGammaLut(kHandle, c.display, {*c.table})); }},
     {"getGlobalDeGammaLut", [](auto& s, auto& c, auto& r) { r.take(s.getGlobalDeGammaLut(kHandle, c.display, r)); }},
     {"setGlobalGamma", [](auto& s, auto& c, auto& r) { r.take(s.setGlobalGamma(kHandle, c.display, c.exponent)); }},
     {"setUnlimitedCT", [](auto& s, auto& c, auto& r) { r.take(s.setUnlimitedCT(kHandle, c.display, c.number)); }},

@@ -535,8 +535,8 @@ void Service::takeSample() {
 
 void Service::planSteps(int from, int to) {
     const int step = to >= from ? 1 : -1;
-    for (int level = from; level != to + step; level += step)
-        worker->messages.emplace_back(Worker::Message::STEP, level);
+    for (int64_t level = from; level != int64_t{to} + step; level += step)
+        worker->messages.emplace_back(Worker::Message::STEP, static_cast<int>(level));
 }
 
 // Sends the next message.

@@ -129,8 +129,7 @@ int Settings::resultOf(ClosedFunction function) const {
 }
 
 int Settings::levelOf(int lux) const {
-    if (const auto found = results.find(ClosedFunction::GET_AGTM_LEVEL); found != results.end()) return found->second;
-    return lux < 1000 ? 2 : lux < 50000 ? lux / 2000 : 1;
+    return resultOf(ClosedFunction::GET_AGTM_LEVEL) + (lux < 1000 ? 2 : lux < 50000 ? lux / 2000 : 1);
 }
 
 void Settings::writeCurve(int level, int32_t* curve) const {

@@ -70,7 +70,7 @@ struct Settings {
     std::map<ClosedFunction, int> results;
 
     int resultOf(ClosedFunction function) const;
-    // getAGTMLevel: 2 indoors, then a level per 2000 lux, but 1 from 50000 lux on; or the result that is set.
+    // getAGTMLevel: 2 indoors, then a level per 2000 lux, but 1 from 50000 lux on; above the result that is set.
     int levelOf(int lux) const;
     // getAGTMCurveParams: the level in a place of its own.
     void writeCurve(int level, int32_t* curve) const;
