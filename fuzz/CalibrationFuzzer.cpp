@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The calibration reader on any document: the same record each time, the record that a plainer reading makes, and
 // nothing left open.
 #include <fcntl.h>
@@ -8,7 +9,7 @@
 #include "fuzz/PlainReading.h"
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "tests/fakes/PhoneFolder.h"
+#include "simulator/PhoneFiles.h"
 
 namespace fuzz {
 
@@ -36,8 +37,8 @@ int lowestFreeDescriptor() {
 }
 
 void readCalibration(const std::string& document) {
-    static const fakes::PhoneFolder kPhone;
-    kPhone.write(fakes::kDefaultCalibration, document);
+    static auto phone = simulator::PhoneFiles::empty();
+    phone.write("/vendor/etc/disp_calib_data_default.xml", document);
     beQuiet();
     const int free = lowestFreeDescriptor();
     const auto record = read();

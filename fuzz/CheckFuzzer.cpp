@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 // The check of calibration files on any document: it comes to an end, what it says can be printed, and a block that it
 // finds no fault with is one that the library uses.
 #include <algorithm>
 
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/check/Document.h"
 #include "tools/check/Summary.h"
 
@@ -41,7 +42,7 @@ void requireBlocks(const CheckedCalibration& checked) {
 }
 
 void check(const std::string& document) {
-    static const fakes::TemporaryFolder kFolder;
+    static const tests::TemporaryFolder kFolder;
     beQuiet();
     const CheckedCalibration checked = simulator::checkCalibration(kFolder.write("calibration.xml", document));
     requireSentences(checked);

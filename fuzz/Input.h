@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A fuzzer's bytes as a row of choices.
 #pragma once
 

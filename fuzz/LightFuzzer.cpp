@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any light trace: it is read or its error says what was expected, and short ones are replayed.
 #include <algorithm>
 #include <optional>
 
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/light/Replay.h"
 
 namespace fuzz {
@@ -41,7 +42,7 @@ void replayTrace(const LightTrace& trace) {
 }
 
 void readTrace(const std::string& text) {
-    static const fakes::TemporaryFolder kFolder;
+    static const tests::TemporaryFolder kFolder;
     beQuiet();
     try {
         const LightTrace trace = simulator::readLightTrace(kFolder.write("trace.csv", text));

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The rules by which a calibration document is read, told once more: element by element as they come.
 #pragma once
 

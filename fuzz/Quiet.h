@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The process without a word on standard error but the fuzzer's own.
 #pragma once
 

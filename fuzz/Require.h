@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What has to hold, whatever the bytes.
 #pragma once
 

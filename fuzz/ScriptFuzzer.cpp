@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any script, in a session on a small phone: it runs to its end or to a line whose error says what was expected, what
 // is reported is JSON, and whatever is typed can be completed.
 #include <array>
@@ -5,7 +6,7 @@
 
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/session/Completion.h"
 #include "tools/session/ScriptFile.h"
 #include "tools/session/SessionJson.h"
@@ -40,7 +41,7 @@ public:
         return phone();
     }
     std::filesystem::path pictures() const { return folder.path() / "pictures"; }
-    const fakes::TemporaryFolder folder;
+    const tests::TemporaryFolder folder;
 
 private:
     static constexpr const char* kCalibration =

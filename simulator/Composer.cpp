@@ -50,6 +50,24 @@ uint32_t Composer::displayCount() const {
     return count;
 }
 
+void Composer::stop() {
+    std::vector<Link> broken;
+    {
+        const platform::Lock lock(mutex);
+        stopped = true;
+        broken.swap(links);
+    }
+    for (const auto& [recipient, cookie] : broken) recipient->serviceDied(cookie, {});
+}
+
+Composer::Return<bool> Composer::linkToDeath(const ::android::sp<::android::hardware::hidl_death_recipient>& recipient,
+                                             uint64_t cookie) {
+    const platform::Lock lock(mutex);
+    if (stopped) return ::android::hardware::Status::fromStatusT(::android::DEAD_OBJECT);
+    links.push_back({recipient, cookie});
+    return true;
+}
+
 std::optional<DisplayState> Composer::stateOf(uint64_t display) const {
     const platform::Lock lock(mutex);
     if (stopped || display >= count) return std::nullopt;

@@ -49,8 +49,9 @@ public:
     void setDisplayCount(uint32_t newCount) PLATFORM_EXCLUDES(mutex);
     uint32_t displayCount() const PLATFORM_EXCLUDES(mutex);
 
-    // From now on every call fails at the transport, as calls of a process that has died do.
-    void stop() { stopped = true; }
+    // From now on every call fails at the transport, as calls of a process that has died do. Notifies the recipients of
+    // linkToDeath, on this thread.
+    void stop() PLATFORM_EXCLUDES(mutex);
     bool hasStopped() const { return stopped; }
 
     // What it holds for a display; nothing for one that it does not have, or when it has stopped.
@@ -63,6 +64,9 @@ public:
     using GammaLut = composer_ext::GammaLut;
     using TableCallback = std::function<void(Result, const GammaLut&)>;
 
+    // DEAD_OBJECT when it has stopped.
+    Return<bool> linkToDeath(const ::android::sp<::android::hardware::hidl_death_recipient>& recipient,
+                             uint64_t cookie) override PLATFORM_EXCLUDES(mutex);
     Return<void> getNumOfDisplay(std::function<void(Result, uint32_t)> callback) override;
     Return<void> getDisplayInfo(uint64_t display,
                                 std::function<void(Result, const composer_ext::DisplayInfo&)> callback) override;
@@ -96,6 +100,11 @@ private:
     uint32_t count PLATFORM_GUARDED_BY(mutex);
     std::map<uint64_t, DisplayState> displays PLATFORM_GUARDED_BY(mutex);  // those that are not as new
     std::atomic<bool> stopped{false};
+    struct Link {
+        ::android::sp<::android::hardware::hidl_death_recipient> recipient;
+        uint64_t cookie;
+    };
+    std::vector<Link> links PLATFORM_GUARDED_BY(mutex);
 };
 
 }  // namespace simulator

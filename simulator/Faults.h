@@ -69,9 +69,14 @@ public:
 protected:
     explicit Faults(Result defaultRefusal) : refusal(defaultRefusal) {}
 
+    // Invokes the hook for what is not a call.
+    void announce(Operation operation) {
+        if (hook) hook(operation);
+    }
+
     // What happens to the call that begins now.
     Failure begin(Operation operation, CallKind kind) PLATFORM_EXCLUDES(mutex) {
-        if (hook) hook(operation);
+        announce(operation);
         if (!set) return Failure::NONE;
         const platform::Lock lock(mutex);
         ++made;

@@ -37,6 +37,7 @@ public:
         : service(owner), callback(std::move(target)) {}
     ~Queue() override {
         disable();
+        service->announce(SensorOperation::RELEASE_QUEUE);
         service->journal->add(SensorCall{SensorOperation::RELEASE_QUEUE, {}});
     }
 
@@ -127,17 +128,14 @@ void Sensors::setDelivering(bool on) {
     for (Queue* const queue : queues) queue->startDelivery();
 }
 
-void Sensors::deliver(float level) {
-    deliver(lightEvent(level));
+sp<sensorservice::IEventQueueCallback> Sensors::callback() const {
+    const platform::Lock lock(mutex);
+    return lastCallback;
 }
 
-void Sensors::deliver(const sensors::Event& event) {
-    sp<sensorservice::IEventQueueCallback> callback;
-    {
-        const platform::Lock lock(mutex);
-        callback = lastCallback;
-    }
-    if (callback != nullptr) platform::dropAnswer(callback->onEvent(event));
+void Sensors::deliver(float level) {
+    const auto receiver = callback();
+    if (receiver != nullptr) platform::dropAnswer(receiver->onEvent(lightEvent(level)));
 }
 
 template <typename CarryOut>

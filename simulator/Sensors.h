@@ -31,10 +31,11 @@ public:
     // createEventQueue answers OK and null.
     void setWithoutQueue(bool without) { withoutQueue = without; }
 
-    // An event now, on the calling thread, to the callback that createEventQueue was last given; also when that queue
-    // was refused, is not enabled or has been released, as an event that was on its way. Nothing without a callback.
+    // The callback that createEventQueue was last given, or null. It is kept when the queue is refused or released, as
+    // by an event that is on its way.
+    ::android::sp<sensorservice::IEventQueueCallback> callback() const PLATFORM_EXCLUDES(mutex);
+    // An event now, on the calling thread, to that callback. Nothing without a callback.
     void deliver(float level);
-    void deliver(const sensors::Event& event);
 
     template <typename T>
     using Return = ::android::hardware::Return<T>;
@@ -58,7 +59,7 @@ private:
     std::atomic<float> lux{0.0F};
     std::atomic<bool> delivering{true};
     std::atomic<bool> withoutQueue{false};
-    platform::Mutex mutex;
+    mutable platform::Mutex mutex;
     ::android::sp<sensorservice::IEventQueueCallback> lastCallback PLATFORM_GUARDED_BY(mutex);
     std::vector<Queue*> queues PLATFORM_GUARDED_BY(mutex);  // that have the sensor enabled
 };

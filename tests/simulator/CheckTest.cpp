@@ -13,7 +13,7 @@
 #include <set>
 #include <utility>
 
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/check/Rules.h"
 #include "tools/check/Summary.h"
 #include "tools/sample_data/CalibrationFile.h"
@@ -221,7 +221,7 @@ protected:
         return sentences;
     }
 
-    const fakes::TemporaryFolder folder;
+    const tests::TemporaryFolder folder;
 };
 
 TEST_F(CheckTest, EachRuleKnowsGoodFromBad) {

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "simulator/closed/ToneCurve.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/light/LightTrace.h"
 #include "tools/light/Replay.h"
 
@@ -56,7 +56,7 @@ protected:
         }
     }
 
-    const fakes::TemporaryFolder folder;
+    const tests::TemporaryFolder folder;
 };
 
 TEST_F(LightTraceTest, ReadsWhatASensorMaySay) {

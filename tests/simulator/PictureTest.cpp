@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/picture/Chart.h"
 
 namespace {
@@ -84,7 +84,7 @@ protected:
         return errorOf([this] { loadPng(file); });
     }
 
-    const fakes::TemporaryFolder temporary;
+    const tests::TemporaryFolder temporary;
     const fs::path folder = temporary.path();
     const fs::path file = folder / "picture.png";
 };

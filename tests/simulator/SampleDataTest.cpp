@@ -15,7 +15,7 @@
 
 #include "calibration/ConfigXmlParser.h"
 #include "service/WhitePointText.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/picture/Picture.h"
 
 namespace {
@@ -56,7 +56,7 @@ protected:
         if (!panelName.empty()) std::ofstream(platform::devicePath(kNodes + "lcd_panel_name")) << panelName;
     }
 
-    const fakes::TemporaryFolder temporary;
+    const tests::TemporaryFolder temporary;
     const fs::path folder = temporary.path();
 };
 

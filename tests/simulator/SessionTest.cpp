@@ -6,7 +6,7 @@
 
 #include <sstream>
 
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/session/Command.h"
 #include "tools/session/SessionJson.h"
 
@@ -79,7 +79,7 @@ protected:
         return folder.write("table.txt", table.str()).string();
     }
 
-    const fakes::TemporaryFolder folder;
+    const tests::TemporaryFolder folder;
     const std::filesystem::path out = folder.path() / "pictures";
     std::ostringstream stream;
     std::optional<Timeline> timeline;

@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <functional>
 
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/session/Completion.h"
 #include "tools/session/Help.h"
 #include "tools/session/SessionDump.h"
@@ -32,7 +32,7 @@ protected:
         return temporary.write(name, text).string();
     }
 
-    const fakes::TemporaryFolder temporary;
+    const tests::TemporaryFolder temporary;
     const std::filesystem::path folder = temporary.path();
 };
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Endurance: the service on the simulated phone, for minutes of real time at full speed and through days of virtual
 // light. Ends with 1 when memory grows, a descriptor stays open, calls become slower or something is answered wrongly.
 #include <android/log.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A folder for the files of one test or fuzzer.
 #pragma once
 
@@ -9,7 +10,7 @@
 #include <string>
 #include <system_error>
 
-namespace fakes {
+namespace tests {
 
 // Nobody else's: tests run side by side. Empty at first, removed at the end.
 class TemporaryFolder {
@@ -40,4 +41,4 @@ private:
     std::filesystem::path folder;
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/model/Settings.h"
+
+#include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+#include <tuple>
+
+namespace model {
+
+namespace {
+
+std::string number(const char* format, double value) {
+    char text[64];
+    snprintf(text, sizeof text, format, value);
+    return text;
+}
+
+std::string element(const std::string& name, const std::string& text) {
+    return "<" + name + ">" + text + "</" + name + ">\n";
+}
+
+std::string block(const std::string& name, const std::vector<float>& values) {
+    std::string text;
+    for (const float value : values) text += element("v", number("%.9g", static_cast<double>(value)));
+    return values.empty() ? "" : element(name, text);
+}
+
+// A file, one way or another: its kind and what it holds.
+std::string textOf(const Node& node) {
+    return std::to_string(static_cast<int>(node.kind)) + node.text;
+}
+std::string textOf(const Calibration& file) {
+    std::string ends;
+    for (const int32_t color : file.endPoints) {
+        char text[16];
+        snprintf(text, sizeof text, "%" PRIX32, static_cast<uint32_t>(color));
+        ends += element(ends.empty() ? "Warm" : "Cold", text);
+    }
+    std::string eyeCare;
+    for (size_t i = 0; i < file.eyeCare.size(); ++i)
+        eyeCare += element(i == 0 ? "MaxCCT" : i == 1 ? "MinCCT" : "c", number("%.17g", file.eyeCare[i]));
+    return textOf({file.kind, (file.isWellFormed ? "<panel>" : "<panel><") + block("CTM_WPC", file.whitePoint) +
+                                  block("CTM_CCM", file.colorCorrection) + block("WPCParam", file.whitePointParams) +
+                                  block("Gamma_Calib", file.calibrated) + block("Gamma_Tuning", file.tuned) +
+                                  element("UnlimitedCT", ends) + element("EyeCare", eyeCare) + "</panel>"});
+}
+
+bool isSame(const Calibration& a, const Calibration& b) {
+    const auto all = [](const Calibration& c) {
+        return std::tie(c.kind, c.isWellFormed, c.whitePoint, c.colorCorrection, c.whitePointParams, c.calibrated,
+                        c.tuned, c.endPoints, c.eyeCare);
+    };
+    return all(a) == all(b);
+}
+
+void put(const std::string& next, const std::string& last, const char* path, simulator::PhoneFiles& files) {
+    if (next == last) return;
+    const Kind kind{next[0] - '0'};
+    files.remove(path);
+    if (kind == Kind::FILE) files.write(path, next.substr(1));
+    if (kind == Kind::FOLDER) files.makeFolder(path);
+}
+
+void applyClosed(const Settings& next, simulator::ClosedLibraries& closed) {
+    const auto writes = [](const std::vector<float>& values, int result) {
+        return [values, result](int, float* buffer) {
+            std::copy(values.begin(), values.end(), buffer);
+            return result;
+        };
+    };
+    closed.setParams = [result = next.resultOf(ClosedFunction::SET_PARAMS)](int, int) { return result; };
+    closed.setEyeCareParamsOled = [result = next.resultOf(ClosedFunction::SET_EYE_CARE_PARAMS_OLED)](auto&) {
+        return result;
+    };
+    closed.getUnlimitedCTParams = writes(next.gains, next.resultOf(ClosedFunction::GET_UNLIMITED_CT_PARAMS));
+    closed.getEyeCareCoeffOled = writes(next.coefficients, next.resultOf(ClosedFunction::GET_EYE_CARE_COEFF_OLED));
+    closed.whitePointCalibrate =
+        [write = writes(next.whiteGains, next.resultOf(ClosedFunction::WHITE_POINT_CALIBRATE))](auto* param) {
+            return write(0, &param->gainR);
+        };
+    closed.getAGTMLevel = [next](int lux) { return next.levelOf(lux); };
+    closed.getAGTMCurveParams = [next](int level, int32_t* curve) {
+        next.writeCurve(level, curve);
+        return next.resultOf(ClosedFunction::GET_AGTM_CURVE_PARAMS);
+    };
+}
+
+void applyServices(const Settings& next, const Settings& last, simulator::Phone& phone) {
+    if (next.composerLife != last.composerLife) {
+        phone.stopComposer();
+        phone.startComposer();
+    }
+    phone.setComposerPresent(next.composer);
+    phone.composer().setDisplayCount(next.displays);
+    phone.composer().refuseWith(static_cast<simulator::Composer::Result>(kRefusal));
+    phone.composer().recover();
+    for (const auto& [operation, failure] : next.composerFailures) phone.composer().fail(operation, failure);
+    phone.setSensorsPresent(next.sensors);
+    phone.sensors().setDelivering(false);
+    phone.sensors().setWithoutQueue(!next.queue);
+    phone.sensors().recover();
+    for (const auto& [operation, failure] : next.sensorFailures) phone.sensors().fail(operation, failure);
+    phone.clock().refuseThreads(!next.threads);
+}
+
+}  // namespace
+
+Settings::Settings()
+    : panel{Kind::FILE, "a panel without a row\n"},
+      whitePoint{Kind::FILE, "x=313,y=329\n"},
+      cabc{Kind::FILE, "9999\n"},
+      gains{1, 0.5F, 0.25F},
+      coefficients{1, 0.125F, 0, 0.25F, 0.75F, 0, 0, 0, 0.5F},
+      whiteGains{0.75F, 1, 0.5F} {
+    calibrations[1].kind = calibrations[2].kind = Kind::MISSING;
+    Calibration& complete = calibrations[0];
+    complete.whitePoint = {0.5F, 0.1F, 0.2F, -0.1F, 0.9F, 0.05F, 0, 0.3F, 1};
+    complete.colorCorrection = {1.25F, -0.2F, 0, 0.1F, 1, -0.1F, 0.3F, 0, 0.75F};
+    complete.whitePointParams = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+    complete.endPoints = {0xC0FFEE, 0x0000FF};
+    complete.eyeCare = {6500.9, 2700.2};
+    for (int i = 0; i < 36; ++i) complete.eyeCare.push_back(i / 8.0);
+}
+
+int Settings::resultOf(ClosedFunction function) const {
+    const auto found = results.find(function);
+    return found == results.end() ? 0 : found->second;
+}
+
+int Settings::levelOf(int lux) const {
+    return resultOf(ClosedFunction::GET_AGTM_LEVEL) + (lux < 1000 ? 2 : lux < 50000 ? lux / 2000 : 1);
+}
+
+void Settings::writeCurve(int level, int32_t* curve) const {
+    if (curves) curve[static_cast<uint32_t>(level) % 256] = level;
+}
+
+void apply(const Settings& next, const Settings& last, simulator::Phone& phone) {
+    applyServices(next, last, phone);
+    applyClosed(next, phone.closed());
+    put(textOf(next.panel), textOf(last.panel), simulator::kPanelNameNode, phone.files());
+    put(textOf(next.whitePoint), textOf(last.whitePoint), simulator::kWhitePointNode, phone.files());
+    put(textOf(next.cabc), textOf(last.cabc), simulator::kCabcNode, phone.files());
+    for (size_t i = 0; i < kCalibrationPaths.size(); ++i) {
+        if (isSame(next.calibrations[i], last.calibrations[i])) continue;
+        put(textOf(next.calibrations[i]), textOf(last.calibrations[i]), kCalibrationPaths[i], phone.files());
+    }
+}
+
+void apply(const Settings& first, simulator::Phone& phone) {
+    Settings none = first;
+    for (Node* const node : {&none.panel, &none.whitePoint, &none.cabc}) node->kind = Kind::MISSING;
+    for (Calibration& calibration : none.calibrations) calibration.kind = Kind::MISSING;
+    apply(first, none, phone);
+}
+
+}  // namespace model

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: Apache-2.0
+// A phone as plain data: what the simulated phone is set to, and what the model answers by.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "simulator/Phone.h"
+
+namespace model {
+
+using simulator::ClosedFunction;
+using simulator::ComposerOperation;
+using simulator::Failure;
+using simulator::SensorOperation;
+
+enum class Kind { FILE, FOLDER, MISSING };
+
+struct Node {
+    Kind kind = Kind::FILE;
+    std::string text = {};
+};
+
+// A block with fewer values than it needs is incomplete; one without values is not in the file.
+struct Calibration {
+    Kind kind = Kind::FILE;
+    bool isWellFormed = true;
+    std::vector<float> whitePoint = {};        // 9
+    std::vector<float> colorCorrection = {};   // 9
+    std::vector<float> whitePointParams = {};  // 9
+    std::vector<float> calibrated = {};        // 4096
+    std::vector<float> tuned = {};             // 4096
+    std::vector<int32_t> endPoints = {};       // 2: warm, cold
+    std::vector<double> eyeCare = {};          // 38: maximum, minimum, coefficients
+};
+
+// The default file, panel 0a's and panel 0b's.
+constexpr std::array<const char*, 3> kCalibrationPaths = {"/vendor/etc/disp_calib_data_default.xml",
+                                                          "/vendor/etc/disp_calib_data_0a.xml",
+                                                          "/vendor/etc/disp_calib_data_0b.xml"};
+
+// Without changes: a phone with two displays on which everything works, with a complete calibration in the default
+// file.
+struct Settings {
+    Settings();
+
+    bool composer = true;  // found by getService
+    int composerLife = 0;  // another number: another process of the composer
+    uint32_t displays = 2;
+    std::map<ComposerOperation, Failure> composerFailures;
+
+    bool sensors = true;  // found by getService
+    bool queue = true;    // createEventQueue delivers one
+    bool threads = true;  // can be started
+    std::map<SensorOperation, Failure> sensorFailures;
+
+    Node panel;
+    Node whitePoint;
+    Node cabc;
+    std::array<Calibration, kCalibrationPaths.size()> calibrations;
+
+    // What the closed functions write, which may be less than their buffers hold, and return: 0 if nothing is set.
+    std::vector<float> gains;         // getUnlimitedCTParams: up to 3
+    std::vector<float> coefficients;  // getEyeCareCoeffOled: up to 9
+    std::vector<float> whiteGains;    // WhitePointCalibrate: up to 3
+    bool curves = true;               // getAGTMCurveParams
+    std::map<ClosedFunction, int> results;
+
+    int resultOf(ClosedFunction function) const;
+    // getAGTMLevel: 2 indoors, then a level per 2000 lux, but 1 from 50000 lux on; above the result that is set.
+    int levelOf(int lux) const;
+    // getAGTMCurveParams: the level in a place of its own.
+    void writeCurve(int level, int32_t* curve) const;
+};
+
+// What refused calls of the composer answer.
+constexpr int32_t kRefusal = -42;
+
+// The phone becomes what next says; it was what last said. Sensors deliver only what the test delivers.
+void apply(const Settings& next, const Settings& last, simulator::Phone& phone);
+// The same for a phone that is as new.
+void apply(const Settings& first, simulator::Phone& phone);
+
+}  // namespace model
