@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "simulator/Colorimetry.h"
 #include "simulator/SimulatedComposer.h"
 #include "tools/picture/Picture.h"
 
@@ -21,5 +22,9 @@ struct ShownPicture {
 // number is taken as 0 and counts.
 // The picture is shared out among so many threads; 0 is as many as the machine has cores.
 ShownPicture showPicture(const Picture& input, const DisplayState& state, size_t threads = 0);
+
+// The levels of red, green and blue, 0 to 1, that drive the panel for one coded colour, 0 to 1 as well: the same steps
+// in double precision, not rounded to codes.
+Vec3 driveLevels(const DisplayState& state, const Vec3& color);
 
 }  // namespace simulator
