@@ -96,6 +96,13 @@ TEST(Gamut, CoverageIsThatOfTheIntersection) {
     for (const auto& [what, gamut, expected] : kCases) EXPECT_NEAR(coverage(gamut, unit), expected, 1e-12) << what;
 }
 
+TEST(Target, IsOneOfTheKnownWithAWhiteInside) {
+    EXPECT_EQ(primariesOf("srgb")->green.y, 0.6);
+    EXPECT_EQ(primariesOf("display-p3")->green.y, 0.69);
+    EXPECT_FALSE(primariesOf("SRGB"));
+    EXPECT_FALSE(makeTarget(kSrgbPrimaries, {0.6, 0.6}));
+}
+
 // Codes computed by another colour management system with a profile of sRGB, relative colorimetric.
 TEST(ColorChecker, MeetsTheCodesOfSrgbAndIsClippedOnlyWhereItEnds) {
     const auto chart = colorChecker(makeTarget(kSrgbPrimaries).value());

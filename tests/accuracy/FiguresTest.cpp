@@ -67,6 +67,7 @@ TEST(FiguresTest, APanelLikeTheTargetIsRight) {
     EXPECT_THAT(figures.greys, Each(Field(&GreyFigure::deltaE, Le(0.05))));
     EXPECT_THAT(figures.colorChecker, Each(Field(&PatchFigure::deltaE, Le(0.05))));
     EXPECT_THAT(figures.primaries, Each(Field(&PatchFigure::deltaE, Le(0.05))));
+    EXPECT_EQ(figures.primaries.front().name, "red");
     EXPECT_EQ(figures.codes.falls, 0);
     EXPECT_EQ(figures.codes.levels, 256);
 }
@@ -116,6 +117,8 @@ TEST(FiguresTest, MeasuredPatchesTakeTheModelsPlace) {
     const PanelModel panel(native);
     const DisplayState state = stateOf(2.2, {1, 0.9, 0.8});
     const std::vector<Patch> coded = standardPatches(kSrgb);
+    ASSERT_EQ(coded.size(), 3U + 33 + 6 + 24);
+    EXPECT_EQ(coded.back().rgb, coded.front().rgb);
     Measurement after{{}, 8.0};
     for (const Patch& driven : drivenPatches(state, coded)) {
         Vec3 xyz = panel.xyz(driven.rgb);
@@ -137,7 +140,9 @@ TEST(FiguresTest, MeasuredPatchesTakeTheModelsPlace) {
     const Figures part = figuresOf(state, panel, kSrgb, measured(few));
     EXPECT_EQ(part.greys.size(), 10U) << "the white is the last grey";
     EXPECT_TRUE(part.colorChecker.empty() && !part.coverageXy && judge(part, {}).size() == 4);
-    EXPECT_GT(compare(patches, few, whiteOf(kSrgb)).largest, 0.5);
+    const ColorErrors errors = compare(patches, few, whiteOf(kSrgb));
+    EXPECT_NEAR(errors.mean, errors.largest / 10, 1e-9) << "one of ten differs";
+    EXPECT_GT(whiteDrift({few[0], patches.back()}).largest, errors.largest / 3);
     EXPECT_THROW(figuresOf(state, panel, kSrgb, measured({})), std::runtime_error);
 }
 
@@ -184,6 +189,7 @@ TEST(LimitsTest, AFileReplacesWhatItNames) {
         {R"({"gamma": "1"})", "gamma is \"1\"; expected a number from 0"},
         {R"({"white": -1})", "white is -1; expected a number from 0"},
     };
+    EXPECT_EQ(errorOf([] { readLimits("none.json"); }), "none.json: could not be read; expected a JSON file of limits");
     for (const auto& [text, error] : kFaults) {
         const auto file = folder.write("limits.json", text);
         EXPECT_EQ(errorOf([&file] { readLimits(file); }), file.string() + ": " + error);
