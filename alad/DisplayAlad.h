@@ -20,10 +20,10 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 // Follows the ambient light on display 0 and ramps the composer's tone curve with it.
 //
 // Owned by the service, which calls enable() and disable() one at a time, never on the worker thread, and deletes an
-// enabled controller only after disable(). The sensor service calls in on its own thread, through a SensorCallback. The
-// controller starts one thread, the worker, which runs from enable() to the end of disable(). mutex guards what these
-// threads share: the latest light level and the worker's running flag. It is not held during calls of the composer and
-// the sensor service.
+// enabled controller only after disable(). The sensor service delivers events on its own thread, to a SensorCallback.
+// The controller starts one thread, the worker, which runs from enable() to the end of disable(). mutex guards what
+// these threads share: the latest light level and the worker's running flag. It is not held during calls of the
+// composer and the sensor service.
 class DisplayAlad {
 public:
     explicit DisplayAlad(const ::android::sp<composer_ext::V1_0::IComposerExt>& composer);
@@ -36,8 +36,9 @@ public:
     // no event queue, -4 the sensor cannot be switched on, -5 the worker thread cannot be started.
     int enable();
 
-    // Switches the sensor off, joins the worker and has the composer drop the tone curve. Returns at once while the
-    // worker waits for a sample, and after the current message and its pause during a ramp. Does nothing if disabled.
+    // Switches the sensor off, joins the worker and switches the tone curve off at the composer. Returns at once while
+    // the worker waits for a sample, and after the current message and its pause during a ramp. Does nothing if
+    // disabled.
     void disable();
 
     // Sets the latest light level in lux, as a sensor event does. The worker reads it with its next sample. Any thread.

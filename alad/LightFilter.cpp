@@ -7,18 +7,16 @@
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 int32_t LightFilter::add(int32_t lux, bool curveActive) {
-    if (samplePos >= kSamples) samplePos = 0;
-    const auto slot = static_cast<size_t>(samplePos);
-    const size_t previousSlot = slot == 0 ? luxSamples.size() - 1 : slot - 1;
+    if (samplePos == kSamples) samplePos = 0;
+    const size_t previousPos = samplePos == 0 ? kSamples - 1 : samplePos - 1;
     if (firstSample) {
         luxSamples.fill(lux);
         firstSample = false;
     } else {
-        luxSamples[slot] = lux;
-        ++samplePos;
+        luxSamples[samplePos++] = lux;
     }
 
-    if (isFastReset(lux, luxSamples[previousSlot], curveActive)) luxSamples.fill(lux);
+    if (isFastReset(lux, luxSamples[previousPos], curveActive)) luxSamples.fill(lux);
     return meanOfMiddle(luxSamples);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
@@ -14,14 +15,14 @@ constexpr int32_t kDimLux = 5000;
 // A ring of the last five light samples, in lux. The first sample and a fast reset fill the whole ring. Plain
 // arithmetic: no thread, no clock.
 struct LightFilter {
-    static constexpr int32_t kSamples = 5;
+    static constexpr size_t kSamples = 5;
 
     // Adds a sample and returns the mean of the middle three.
     int32_t add(int32_t lux, bool curveActive);
 
     bool firstSample = true;
     std::array<int32_t, kSamples> luxSamples{-1, -1, -1, -1, -1};
-    int32_t samplePos = 0;  // slot of the next sample, 0 to kSamples; kSamples means slot 0
+    size_t samplePos = 0;  // slot of the next sample, 0 to kSamples; kSamples means slot 0
 };
 
 // Whether a sample and the previous one are both below kDimLux while the curve is on, or both above kBrightLux while it

@@ -10,7 +10,7 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
 namespace sensorservice = ::android::frameworks::sensorservice::V1_0;
 
-// Each returns false if the transport fails, if the result is not OK, and if no result is delivered.
+// Each returns false if the transport fails, the result is not OK or no result is delivered.
 
 // Gets the handle of the default light sensor.
 bool findLightSensor(sensorservice::ISensorManager& manager, int32_t& sensorHandle);

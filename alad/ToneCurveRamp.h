@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the tone curve does at a light level, and the levels that it passes through.
+// Decides what the tone curve does at a light level, and which levels a ramp sends.
 #pragma once
 
 #include <cstdint>
@@ -16,21 +16,21 @@ enum class CurveAction {
 // Action for a mean light level in lux. A negative level is not valid: NONE.
 CurveAction actionFor(bool curveActive, int32_t meanLux);
 
-// The levels from first to last, one step at a time. Wider than a level, so that a ramp to the end of the int range
-// terminates.
+// The levels from first to last, one step at a time. 64 bits, because a ramp may end at either end of the int32_t
+// range.
 struct Ramp {
     int64_t first;
     int64_t last;
-    int64_t step;  // 1 or -1; a ramp whose last is in the other direction is empty
+    int64_t step;  // 1 or -1; the ramp is empty if last is in the other direction
 
     bool reaches(int64_t level) const { return step > 0 ? level <= last : level >= last; }
 };
 
-// From the level above from up to target; empty if target is not above.
+// Levels from + 1 up to target; empty if target <= from.
 Ramp rampUp(int32_t from, int32_t target);
-// From the level next to from to target, up or down; empty if they are equal.
+// Levels from + 1 up to target or from - 1 down to target; empty if target == from.
 Ramp rampTo(int32_t from, int32_t target);
-// From from down to target, both included; empty if target is above.
+// Levels from down to target, both included; empty if target > from.
 Ramp rampDown(int32_t from, int32_t target);
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the worker of the ambient-light display does while the light stays as it is: a second of its clock.
 #include <benchmark/benchmark.h>
 #include <platform/VirtualClock.h>
@@ -9,7 +10,7 @@
 #include "alad/DisplayAlad.h"
 #include "bench/Allocations.h"
 #include "bench/QuietLog.h"
-#include "bench/QuietServices.h"
+#include "simulator/Phone.h"
 
 namespace bench {
 namespace {
@@ -17,9 +18,11 @@ namespace {
 using namespace std::chrono_literals;
 using vendor::kov::hardware::display_control::V1_0::implementation::DisplayAlad;
 
-// A virtual clock that counts the wake-ups of threads and what they allocate between them.
+// The phone's clock, which counts the wake-ups of threads and what they allocate between them.
 class CountingClock final : public platform::Clock {
 public:
+    explicit CountingClock(platform::VirtualClock& phones) : clock(phones) {}
+
     Duration now() override { return clock.now(); }
     void sleepFor(Duration duration) override { clock.sleepFor(duration); }
     void waitUntil(platform::Condition& condition, platform::Lock& lock, Duration deadline) override {
@@ -28,10 +31,12 @@ public:
         ++wakeUps;
         cycle.emplace();
     }
-    std::unique_ptr<platform::Thread> startThread(std::function<void()> body) override { return clock.startThread(std::move(body)); }
+    std::unique_ptr<platform::Thread> startThread(std::function<void()> body) override {
+        return clock.startThread(std::move(body));
+    }
     void join(platform::Thread& thread) override { clock.join(thread); }
 
-    platform::VirtualClock clock;
+    platform::VirtualClock& clock;
     uint64_t wakeUps = 0;  // to be read while the threads wait
 
 private:
@@ -41,11 +46,11 @@ private:
 void idleWorker(benchmark::State& state, int32_t lux) {
     constexpr auto kSettled = 60s;  // of the first cycles, and a ramp if there is one
     const QuietLog quiet;
-    CountingClock clock;
+    simulator::Phone phone(simulator::Phone::Start::EMPTY);
+    phone.sensors().setDelivering(false);
+    CountingClock clock(phone.clock());
     platform::setClock(&clock);
-    const sp<QuietSensors> sensors(new QuietSensors);
-    sensors->registerAsService();
-    DisplayAlad alad(new QuietComposer(1));
+    DisplayAlad alad(&phone.composer());
     if (alad.enable() != 0) state.SkipWithError("the ambient-light display could not be switched on");
     alad.notifyData(lux);
     clock.clock.advance(kSettled);
@@ -59,8 +64,6 @@ void idleWorker(benchmark::State& state, int32_t lux) {
         benchmark::Counter(static_cast<double>(allocationsCounted() - allocations), benchmark::Counter::kAvgIterations);
 
     alad.disable();
-    platform::setClock(nullptr);
-    platform::clearServices();
 }
 
 BENCHMARK_CAPTURE(idleWorker, curve_off, 300)->Name("alad/idle/curve off");

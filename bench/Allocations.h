@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Counts what is allocated with new.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a display shows of a picture of 12 megapixels, against a colour management engine with an equal pipeline.
 #include <benchmark/benchmark.h>
 #include <lcms2.h>

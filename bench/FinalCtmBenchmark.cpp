@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The final matrix, against other ways to compute it.
 #include <benchmark/benchmark.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A log line, suppressed and printed.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The gamma table of an exponent, against asking pow for every entry.
 #include <benchmark/benchmark.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How time and memory grow. Each run measures one case in a process of its own and prints one line:
 //
 //     growth displays COUNT     microseconds of init, nanoseconds of a setUnlimitedCT, peak KiB
@@ -23,9 +24,8 @@
 #include <system_error>
 
 #include "bench/QuietLog.h"
-#include "bench/QuietServices.h"
-#include "bench/SamplePhone.h"
 #include "service/DisplayControlImpl.h"
+#include "simulator/Phone.h"
 
 namespace {
 
@@ -38,7 +38,7 @@ uint64_t toCount(const std::string& text) {
     uint64_t count = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
     if (error != std::errc() || end != text.data() + text.size() || count == 0) {
-        throw std::runtime_error("\"" + text + "\" is no count; expected a whole number above 0");
+        throw std::runtime_error("\"" + text + "\" is not a count; expected a whole number above 0");
     }
     return count;
 }
@@ -76,8 +76,8 @@ void setLevel(DisplayControlImpl& service, uint64_t display, uint64_t level) {
 void growDisplays(uint64_t count) {
     constexpr int kInits = 50;
     constexpr uint64_t kCalls = 1'000'000;
-    const sp<bench::QuietComposer> composer(new bench::QuietComposer(static_cast<uint32_t>(count)));
-    composer->registerAsService();
+    simulator::Phone phone(simulator::PhoneFiles::samplePhone());
+    phone.composer().setDisplayCount(static_cast<uint32_t>(count));
     DisplayControlImpl service;
     const double init = secondsOf([&] {
         for (int i = 0; i < kInits; ++i) startService(service);
@@ -120,8 +120,7 @@ void callService(DisplayControlImpl& service, uint64_t number) {
 }
 
 void growCalls(uint64_t count) {
-    const sp<bench::QuietComposer> composer(new bench::QuietComposer(1));
-    composer->registerAsService();
+    const simulator::Phone phone(simulator::PhoneFiles::samplePhone());
     DisplayControlImpl service;
     startService(service);
     const double seconds = secondsOf([&] {
@@ -173,7 +172,6 @@ void run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     const bench::QuietLog quiet;
-    const bench::SamplePhone phone;
     try {
         run(argc, argv);
         return 0;

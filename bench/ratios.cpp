@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 // Makes the table of ratios: ratios ROWS.json RESULTS.json
 //
 // ROWS.json says what is compared, and what has to hold; RESULTS.json is what the benchmarks reported. A row compares
 // the median times of two benchmarks, "ours" and "theirs": "ratio" is the most that one may be of the other, "extraNs"
 // the most that it may be above it; a row without either is for information. "counter" looks at a count of one
-// benchmark instead, and "most" is the most of it. With "each" the row stands for as many, {} being replaced, and shows
-// the worst.
+// benchmark instead, and "most" is the most of it. With "each" the row represents one row for each, with {} replaced,
+// and shows the worst.
 #include <algorithm>
 #include <cstdio>
 #include <fstream>

@@ -4,7 +4,11 @@
 #include <libxml/parser.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <string_view>
+
+// libxml2 marks xmlKeepBlanksDefault as deprecated from 2.12 on; earlier releases offer nothing else for a plain parse.
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -42,7 +46,7 @@ void readBlock(ConfigXmlParser& record, const CalibrationBlock& block, const xml
 }  // namespace
 
 CalibrationDocument loadCalibration(const std::string& path) {
-    if (!isAcceptedFile(path)) return {Refusal::NOT_A_FILE, nullptr};
+    if (!isAcceptedFile(path)) return {Refusal::NOT_ACCEPTED, nullptr};
     xmlKeepBlanksDefault(0);
     CalibrationDocument document{Refusal::NONE, {xmlParseFile(path.c_str()), {}}};
     if (document.xml == nullptr) return {Refusal::NOT_WELL_FORMED, nullptr};
@@ -53,9 +57,10 @@ CalibrationDocument loadCalibration(const std::string& path) {
 void readBlocks(ConfigXmlParser& record, const xmlNode& root) {
     for (const xmlNode* child = root.children; child != nullptr; child = child->next) {
         if (child->type != XML_ELEMENT_NODE) continue;
-        for (const CalibrationBlock& block : kCalibrationBlocks) {
-            if (std::string_view(charsOf(child->name)) == block.name) readBlock(record, block, *child);
-        }
+        const std::string_view name = charsOf(child->name);
+        const auto block = std::find_if(kCalibrationBlocks.begin(), kCalibrationBlocks.end(),
+                                        [name](const CalibrationBlock& candidate) { return name == candidate.name; });
+        if (block != kCalibrationBlocks.end()) readBlock(record, *block, *child);
     }
 }
 

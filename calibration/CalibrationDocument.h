@@ -16,7 +16,7 @@ constexpr long kLongestCalibrationFile = 16L << 20;  // bytes
 // Why a calibration file is not used.
 enum class Refusal {
     NONE,
-    NOT_A_FILE,         // not a regular file of at most kLongestCalibrationFile
+    NOT_ACCEPTED,       // not a regular file of at most kLongestCalibrationFile
     NOT_WELL_FORMED,    // libxml2 cannot parse it
     DECLARES_ENTITIES,  // a few entities can expand to any amount of text
 };
@@ -27,11 +27,10 @@ struct XmlRelease {
 
 struct CalibrationDocument {
     Refusal refusal;
-    std::unique_ptr<xmlDoc, XmlRelease>
-        xml;  // null unless refusal is NONE; without a root element for an empty document
+    std::unique_ptr<xmlDoc, XmlRelease> xml;  // null unless refusal is NONE
 };
 
-// Parses the file at path. The caller calls xmlCleanupParser after it has released the document.
+// Parses the file at path. The caller releases the document and then calls xmlCleanupParser.
 CalibrationDocument loadCalibration(const std::string& path);
 
 // Stores the values of every block below root in record.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The panel's calibration as its XML file gives it.
+// The panel's calibration, read from its XML file.
 #pragma once
 
 #include <array>
@@ -15,8 +15,8 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 // tables; readCalibration() does. Use it on one thread at a time: reading ends with a clean-up of libxml2's global
 // state.
 //
-// A flag is set if its block was complete. A short block leaves the values that it has, and its flag false. Values are
-// converted as C's atof does: a text that is not a number gives 0.
+// A flag is set if its block is complete. A short block stores the values that it has and leaves its flag false. Text
+// that is not a number becomes 0, as with C's atof and strtol.
 class ConfigXmlParser {
 public:
     static constexpr size_t kMatrix = 9;
@@ -24,10 +24,9 @@ public:
     static constexpr size_t kEyeCareCoeffs = 36;
     static constexpr size_t kWpcParams = 9;
 
-    // Chooses the file by the panel's name and reads it into the members. Failures are logged, not returned: a file
-    // that is missing, cannot be parsed or is refused leaves the record unchanged. Refused are files that are not
-    // regular files of at most 16 MiB, and documents that declare entities: a few of them can expand to any amount of
-    // text.
+    // Chooses the file by the panel's name and reads it into the members. Failures are logged, not returned: the record
+    // stays unchanged if the file is missing, is not a regular file of at most 16 MiB, cannot be parsed or declares
+    // entities (a few entities can expand to any amount of text).
     void parser();
 
     float ctmWpc[kMatrix];  // white-point matrix by rows
@@ -49,15 +48,15 @@ public:
     bool hasWpcParam;
 };
 
-// A new record, filled by parser().
+// Creates a record and calls parser().
 std::unique_ptr<ConfigXmlParser> readCalibration();
 
 // One block of a calibration file.
 struct CalibrationBlock {
     const char* name;
     size_t elements;                    // element children that complete the block; more are ignored
-    bool ConfigXmlParser::*isComplete;  // the flag that they set
-    // Stores one element's text. place counts the values that go by position, from 0.
+    bool ConfigXmlParser::*isComplete;  // set when the block is complete
+    // Stores one element's text. place is the index of the next value that is stored by position.
     void (*store)(ConfigXmlParser& record, const char* elementName, const char* text, size_t& place);
 };
 extern const std::array<CalibrationBlock, 7> kCalibrationBlocks;

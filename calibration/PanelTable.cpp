@@ -5,17 +5,11 @@
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-const std::string kDefaultCalibFile = "/vendor/etc/disp_calib_data_default.xml";
-
-const std::string& calibFileOf(const std::string& panelName) {
-    const auto row = panelCalibFiles.find(panelName);
-    return row == panelCalibFiles.end() ? kDefaultCalibFile : row->second;
-}
-
 PanelIdentity identifyPanel() {
     constexpr size_t kLimit = 128;  // bytes
     platform::NodeText name = platform::readNode(kPanelNameNode, kLimit);
-    std::string calibFile = name.status == platform::NodeStatus::OK ? calibFileOf(name.text) : kDefaultCalibFile;
+    const auto row = panelCalibFiles.find(name.text);  // a node that was not read has no name, and so no row
+    std::string calibFile = row == panelCalibFiles.end() ? kDefaultCalibFile : row->second;
     return {std::move(name), std::move(calibFile)};
 }
 

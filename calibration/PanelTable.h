@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Calibration file of each panel.
+// Identifies the panel and its calibration file.
 #pragma once
 
 #include <platform/DeviceFiles.h>
@@ -9,17 +9,14 @@
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-// Panel name, exactly as the driver's node delivers it with the final line feed, to the absolute path of the panel's
-// calibration file. The product chooses its panels: the service's chief source defines the table.
+// Calibration file of each panel of this product: absolute path by panel name. The name is the exact text of the
+// driver's node, with the final line feed. Defined in service/DisplayControlImpl.cpp.
 extern const std::map<std::string, std::string> panelCalibFiles;
 
 // Calibration file of a panel that is not in the table.
-extern const std::string kDefaultCalibFile;
+constexpr const char* kDefaultCalibFile = "/vendor/etc/disp_calib_data_default.xml";
 
 constexpr const char* kPanelNameNode = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_panel_name";
-
-// Calibration file of the panel with that name: an exact match, letter case and line feed included, or the default.
-const std::string& calibFileOf(const std::string& panelName);
 
 struct PanelIdentity {
     platform::NodeText name;  // as read from the node

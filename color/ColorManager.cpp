@@ -43,8 +43,8 @@ float positive(float value) {
     return value > 0.0F ? value : 0.0F;
 }
 
-// The same value for finite elements. A corner sums a subset of each row's elements, in order, and a rounded sum never
-// falls when a term grows: so the largest sum takes each positive element, and 0 instead of a negative one.
+// The same value, if all elements are finite. A corner sums a subset of each row's elements, in order, and a rounded
+// sum never falls when a term grows: so the largest sum takes the positive elements, and 0 instead of the others.
 float largestOfRows(const TMat33<float>& m) {
     float best = 0.0F;
     for (size_t row = 0; row < TMat33<float>::kSize; row += 3) {

@@ -15,7 +15,6 @@ namespace vendor::kov::hardware::display_control::V1_0::implementation {
 // at a time. The closed colour libraries keep their configuration for the whole process.
 class ColorManager {
 public:
-    static constexpr size_t kEndPoints = 2;            // values of the end-point pair: warm, cold
     static constexpr size_t kEyeCareRun = 38;          // values of the eye-care run: maximum, minimum, 36 coefficients
     static constexpr int32_t kDefaultWarm = 0xFFFFEA;  // 0xRRGGBB
     static constexpr int32_t kDefaultCold = 0xEDFDFF;  // 0xRRGGBB

@@ -54,10 +54,11 @@ void fillOneByOne(float* entries, double exponent) {
 
 // Calls pow for the primes only, because (a * b) ^ e is a ^ e * b ^ e: a seventh of the calls.
 //
-// A product has at most twelve powers, those of eleven factors and of one step. If each of them and pow's own result
-// are wrong by less than 4 units in the last place, the product differs from that result by less than kError of it: (13
-// * 4 + 11 / 2) * 2^-52 < 2^-46. (The C libraries state an error below 1 unit.) If both ends of that range round to the
-// same float, pow's result does too; otherwise pow is called.
+// A product has at most twelve powers, those of eleven factors and of one step. If the error of each power and of pow's
+// result is below 4 units in the last place, the relative difference of product and result is below kError:
+//     (13 * 4 + 11 / 2) * 2^-52 < 2^-46
+// (The C libraries state an error below 1 unit.) If both ends of that range round to the same float, pow's result does
+// too; otherwise pow is called.
 void fillByFactors(float* entries, double exponent) {
     constexpr double kError = 0x1p-46;
     std::array<double, kPowerTable> powers;

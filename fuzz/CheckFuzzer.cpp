@@ -25,17 +25,18 @@ void requireSentences(const CheckedCalibration& checked) {
         require(std::all_of(sentence.begin(), sentence.end(), [](char c) { return c >= ' ' && c <= '~'; }),
                 "a finding is printable: " + sentence);
     }
-    const simulator::Json summary = summaryOf(checked);
-    require(!summary.dump().empty() && !simulator::textOf(summary).empty(), "the summary can be printed");
+    const simulator::Summary summary = summaryOf(checked);
+    require(!toJson(summary).dump().empty() && !simulator::textOf(summary).empty(), "the summary can be printed");
 }
 
 void requireBlocks(const CheckedCalibration& checked) {
     const bool hasErrors = countOf(checked.findings, Finding::Severity::ERROR) > 0;
     for (const auto& block : checked.blocks) {
-        const bool complete = (*checked.record).*simulator::formOf(block.block).complete;
+        const bool complete = (*checked.record).*block.block->isComplete;
         const bool there = block.line > 0 || block.values > 0;
-        require(hasErrors || !there || complete, std::string(block.block) + " is faulty or complete");
-        require(hasErrors || !there || block.values == block.needed, std::string(block.block) + " is faulty or exact");
+        require(hasErrors || !there || complete, std::string(block.block->name) + " is faulty or complete");
+        require(hasErrors || !there || block.values == block.block->elements,
+                std::string(block.block->name) + " is faulty or exact");
     }
 }
 

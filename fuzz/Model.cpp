@@ -175,8 +175,8 @@ Model::Outcome Model::call(const std::string& service, const Faults& faults, con
     told.push_back(service + " " + name + "(" + arguments + ")");
     const auto exact = faults.find(name);
     const Fault fault = exact == faults.end() ? Fault::NONE : exact->second;
-    return {fault != Fault::UNREACHABLE && fault != Fault::DIES_AFTER_ANSWER,
-            fault != Fault::SILENT, fault == Fault::REFUSES ? fakes::kRefusal : 0};
+    return {fault != Fault::UNREACHABLE && fault != Fault::DIES_AFTER_ANSWER, fault != Fault::SILENT,
+            fault == Fault::REFUSES ? fakes::kRefusal : 0};
 }
 
 Model::Outcome Model::callComposer(const std::string& name, const std::string& arguments) {

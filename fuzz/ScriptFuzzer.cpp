@@ -8,6 +8,7 @@
 #include "tests/fakes/TemporaryFolder.h"
 #include "tools/session/Completion.h"
 #include "tools/session/ScriptFile.h"
+#include "tools/session/SessionJson.h"
 
 namespace fuzz {
 
@@ -87,7 +88,7 @@ void runScript(const std::string& script) {
             const std::string text = error.what();
             require(text.find("; expected ") != std::string::npos, "an error says what was expected: " + text);
         }
-        require(!session.state().dump().empty(), "the state can be shown");
+        require(!stateToJson(session.state()).dump().empty(), "the state can be shown");
     }
     requireJson(events.str());
     std::filesystem::remove_all(kDesk.pictures());

@@ -31,7 +31,6 @@ using ::android::hardware::hidl_vec;
 using ::android::hardware::Return;
 
 constexpr uint64_t kHandle = 7;
-constexpr size_t kMostMemory = 64 << 20;  // bytes in one piece
 constexpr uint64_t kDisplays[] = {0, 0, 0, 0, 1, 1, 2, 3, uint64_t{1} << 32, UINT64_MAX};
 // 400000: there is memory for what is known of the displays, and none for their colours.
 constexpr uint32_t kCounts[] = {0, 1, 2, 2, 3, 400000, INT32_MAX, uint32_t{INT32_MAX} + 1, UINT32_MAX};
@@ -41,9 +40,8 @@ constexpr float kLights[] = {300,  0,     -5,    4999,  5000,  5001,   7999,  80
                              9999, 20000, 30000, 49999, 60000, 123.9F, -0.7F, 5e10F, -INFINITY, NAN};
 constexpr int64_t kDurations[] = {0, 1, 19, 20, 21, 500, 979, 980, 1000, 1020, 2000, 5000};  // milliseconds
 constexpr std::array<size_t, 64> kTableSizes = {0, 0, 0, 0, 0, 0, 3, 4096, 4097};  // mostly none: they take long
-constexpr fakes::Fault kFaults[] = {
-    fakes::Fault::NONE, fakes::Fault::REFUSES, fakes::Fault::SILENT,
-    fakes::Fault::NONE, fakes::Fault::UNREACHABLE, fakes::Fault::DIES_AFTER_ANSWER};
+constexpr fakes::Fault kFaults[] = {fakes::Fault::NONE, fakes::Fault::REFUSES,     fakes::Fault::SILENT,
+                                    fakes::Fault::NONE, fakes::Fault::UNREACHABLE, fakes::Fault::DIES_AFTER_ANSWER};
 constexpr const char* kComposerCalls[] = {"getNumOfDisplay",         "getDisplayInfo",      "setColorTransformMatrix",
                                           "getColorTransformMatrix", "setGlobalGammaLut",   "getGlobalGammaLut",
                                           "setGlobalDeGammaLut",     "getGlobalDeGammaLut", "setAladParams",

@@ -19,21 +19,20 @@ constexpr std::array<int32_t, 5> kCabcLevelOfMode = {0, 1, 1, 2, 3};
 }  // namespace
 
 Return<int32_t> DisplayControlImpl::setCabcSysNode(uint64_t /*handle*/, uint64_t /*display*/, int32_t level) {
-    const char digit = static_cast<char>(static_cast<uint8_t>(static_cast<uint32_t>(level) + '0'));
-    const std::array<char, 2> bytes = {digit, '\n'};
-    if (platform::writeNode(kCabcNode, {bytes.data(), bytes.size()}) != platform::NodeStatus::OK) {
+    const char bytes[] = {static_cast<char>(static_cast<uint32_t>(level) + '0'), '\n'};
+    if (platform::writeNode(kCabcNode, {bytes, sizeof bytes}) != platform::NodeStatus::OK) {
         PLATFORM_LOG_ERROR("open cabc node error");
-        return static_cast<int32_t>(Result::FAILED);
+        return kFailed;
     }
-    return static_cast<int32_t>(Result::OK);
+    return kOk;
 }
 
 Return<int32_t> DisplayControlImpl::setCabcMode(uint64_t handle, uint64_t display, int32_t mode) {
-    if (screenMode != SMART_ENVIRONMENT) return static_cast<int32_t>(Result::OK);
+    if (screenMode != SMART_ENVIRONMENT) return kOk;
     PLATFORM_LOG_DEBUG("enter %" PRId32, mode);
     if (mode < 0 || static_cast<size_t>(mode) >= kCabcLevelOfMode.size()) {
         PLATFORM_LOG_ERROR("invalid value");
-        return static_cast<int32_t>(Result::FAILED);
+        return kFailed;
     }
     return setCabcSysNode(handle, display, kCabcLevelOfMode[static_cast<size_t>(mode)]);
 }

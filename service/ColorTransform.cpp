@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The composer's colour transform, forwarded: the service stores nothing of it.
+// The composer's colour transform. Calls are forwarded; the service stores no matrix.
 #include <platform/Log.h>
 
 #include <cinttypes>
@@ -9,7 +9,7 @@
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-struct DisplayControlImpl::ColorTransform {
+struct DisplayControlImpl::ColorTransformAnswer {
     Result result = Result::OK;
     ColorTransformMatrix first{};
     ColorTransformMatrix last{};
@@ -42,7 +42,7 @@ Return<Result> DisplayControlImpl::setColorTransformMatrix2(uint64_t handle, uin
 
 Return<void> DisplayControlImpl::getColorTransformMatrix(uint64_t handle, uint64_t display, const Matrix& callback) {
     PLATFORM_LOG_DEBUG("%" PRIu64, handle);
-    const ColorTransform matrices = queryColorTransform(display);
+    const ColorTransformAnswer matrices = queryColorTransform(display);
     callback(matrices.result, matrices.first);
     return Void();
 }
@@ -50,29 +50,29 @@ Return<void> DisplayControlImpl::getColorTransformMatrix(uint64_t handle, uint64
 Return<void> DisplayControlImpl::getColorTransformMatrix2(uint64_t handle, uint64_t display,
                                                           const MatrixPair& callback) {
     PLATFORM_LOG_DEBUG("%" PRIu64, handle);
-    const ColorTransform matrices = queryColorTransform(display);
+    const ColorTransformAnswer matrices = queryColorTransform(display);
     callback(matrices.result, matrices.first, matrices.last);
     return Void();
 }
 
-Result DisplayControlImpl::sendColorTransform(uint64_t display, const ComposerMatrix& first,
-                                              const ComposerMatrix& last) {
+Result DisplayControlImpl::sendColorTransform(uint64_t display, const composer_types::ColorTransformMatrix& first,
+                                              const composer_types::ColorTransformMatrix& last) {
     if (composerExt == nullptr) return Result::FAILED;
     auto answer = composerExt->setColorTransformMatrix(display, first, last);
     return fromComposer(answer.withDefault(composer_types::Result::FAILED));
 }
 
 // OK and zeros if the composer does not call back; FAILED and zeros without a composer and if the transport fails.
-DisplayControlImpl::ColorTransform DisplayControlImpl::queryColorTransform(uint64_t display) {
-    const ColorTransform failed{Result::FAILED, {}, {}};
-    if (composerExt == nullptr) return failed;
-    ColorTransform answer;
+DisplayControlImpl::ColorTransformAnswer DisplayControlImpl::queryColorTransform(uint64_t display) {
+    if (composerExt == nullptr) return {Result::FAILED, {}, {}};
+    ColorTransformAnswer answer;
     const auto status = composerExt->getColorTransformMatrix(
         display, [&answer](composer_types::Result result, const composer_types::ColorTransformMatrix& first,
                            const composer_types::ColorTransformMatrix& last) {
             answer = {fromComposer(result), fromComposer(first), fromComposer(last)};
         });
-    return status.isOk() ? answer : failed;
+    if (!status.isOk()) answer = {Result::FAILED, {}, {}};
+    return answer;
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

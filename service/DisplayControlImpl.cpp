@@ -24,11 +24,10 @@ const std::map<std::string, std::string> panelCalibFiles = {
 namespace {
 
 void configureColorLibraries(const ConfigXmlParser& record) {
-    const std::array<int32_t, ColorManager::kEndPoints> endPoints{record.unlimitedWarm, record.unlimitedCold};
+    const int32_t endPoints[] = {record.unlimitedWarm, record.unlimitedCold};
     std::array<double, ColorManager::kEyeCareRun> eyeCare{record.eyeCareMaxCCT, record.eyeCareMinCCT};
     std::copy(std::begin(record.eyeCareCoeffs), std::end(record.eyeCareCoeffs), eyeCare.begin() + 2);
-    ColorManager::init(record.hasUnlimitedCT ? endPoints.data() : nullptr,
-                       record.hasEyeCare ? eyeCare.data() : nullptr);
+    ColorManager::init(record.hasUnlimitedCT ? endPoints : nullptr, record.hasEyeCare ? eyeCare.data() : nullptr);
 }
 
 }  // namespace
@@ -48,7 +47,7 @@ int DisplayControlImpl::init() {
 
     const auto count = static_cast<size_t>(numOfDisplay);
     if (count > 0) displayInfos.resize(count);  // without displays the list stays as it was
-    for (int32_t i = 0; i < numOfDisplay; ++i) displayInfos[static_cast<size_t>(i)] = queryDisplayInfo(i);
+    for (size_t i = 0; i < count; ++i) displayInfos[i] = queryDisplayInfo(i);
     colorManagers.resize(count);
     applyCalibration();
     PLATFORM_LOG_INFO("OK");
@@ -69,12 +68,11 @@ int32_t DisplayControlImpl::queryNumOfDisplay() {
 }
 
 // Zeros and an empty name if the composer does not answer.
-DisplayInfo DisplayControlImpl::queryDisplayInfo(int32_t display) {
+DisplayInfo DisplayControlImpl::queryDisplayInfo(uint64_t display) {
     DisplayInfo answer{};
     const auto status = composerExt->getDisplayInfo(
-        static_cast<uint64_t>(display),
-        [&answer, display](composer_types::Result result, const composer_types::DisplayInfo& info) {
-            if (result != composer_types::Result::OK) PLATFORM_LOG_ERROR("getDisplayInfo %" PRId32 " error!", display);
+        display, [&answer, display](composer_types::Result result, const composer_types::DisplayInfo& info) {
+            if (result != composer_types::Result::OK) PLATFORM_LOG_ERROR("getDisplayInfo %" PRIu64 " error!", display);
             answer = fromComposer(info);
         });
     return status.isOk() ? answer : DisplayInfo{};

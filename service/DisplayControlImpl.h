@@ -33,7 +33,8 @@ class DisplayAlad;
 // is called exactly once, before the operation returns; its arguments are valid only during the call. At the transport
 // each operation succeeds; failures are in the Result. While no composer is connected, an operation reports FAILED and
 // changes nothing. Exceptions: handles, the data that init() read, the getters of levels, backlight control,
-// IsAladEnable and switching ALAD off work without a composer, and setFeature returns OK for a screen mode.
+// IsAladEnable, switching ALAD off and switching it on while it is on work without a composer, and setFeature returns
+// OK for a screen mode.
 class DisplayControlImpl {
 public:
     using Level = std::function<void(Result, int32_t level)>;
@@ -51,7 +52,7 @@ public:
 
     // Connects to the composer, reads the displays and applies the panel's calibration to display 0. Returns 0 on
     // success, -1 without a composer, -2 if the display count fails or exceeds kMaxDisplays. May be called again:
-    // remaining displays keep their colour state.
+    // displays that are still present keep their colour state.
     int init();
     // Releases the composer. All other state stays.
     void deInit();
@@ -67,7 +68,7 @@ public:
                                 const std::function<void(Result, const DisplayInfo&)>& callback);
 
     // --- The composer's colour transform (ColorTransform.cpp) ---
-    // Forwarded for any display, and the composer's Result is returned. FAILED (and zeros) if the transport fails.
+    // Forwarded for any display. Return the composer's Result, and FAILED (getters: with zeros) if the transport fails.
 
     // Sets the first matrix to the identity and the last to matrix.
     Return<Result> setColorTransformMatrix(uint64_t handle, uint64_t display, const ColorTransformMatrix& matrix);
@@ -110,7 +111,7 @@ public:
     // --- Content-adaptive backlight control (Backlight.cpp) ---
     // The panel has one node: handle and display are ignored.
 
-    // Writes a level to the node: 0 to 9 as a digit. FAILED if the node cannot be opened.
+    // Writes a level to the node: the byte level + 48, a digit for 0 to 9. FAILED if the node cannot be opened.
     Return<int32_t> setCabcSysNode(uint64_t handle, uint64_t display, int32_t level);
     // Sets a mode, 0 to 4, in smart environment mode; in other screen modes it does nothing and returns OK. FAILED for
     // any other mode and if the node cannot be opened.
@@ -149,7 +150,10 @@ public:
     const std::vector<ColorManager>& displayColors() const { return colorManagers; }
 
 private:
-    struct ColorTransform;
+    static constexpr int32_t kOk = static_cast<int32_t>(Result::OK);
+    static constexpr int32_t kFailed = static_cast<int32_t>(Result::FAILED);
+
+    struct ColorTransformAnswer;
     struct TableAnswer;
 
     bool knowsDisplay(uint64_t display) const;
@@ -157,14 +161,14 @@ private:
     ColorManager* servedColors(uint64_t display);
 
     int32_t queryNumOfDisplay();
-    DisplayInfo queryDisplayInfo(int32_t display);
+    DisplayInfo queryDisplayInfo(uint64_t display);
     void applyCalibration();
 
-    using ComposerMatrix = ::vendor::kov::hardware::composer_ext::V1_0::ColorTransformMatrix;
-    Result sendColorTransform(uint64_t display, const ComposerMatrix& first, const ComposerMatrix& last);
-    ColorTransform queryColorTransform(uint64_t display);
+    Result sendColorTransform(uint64_t display, const composer_ext::V1_0::ColorTransformMatrix& first,
+                              const composer_ext::V1_0::ColorTransformMatrix& last);
+    ColorTransformAnswer queryColorTransform(uint64_t display);
 
-    // Sends the panel's gamma table to display 0: the tuned one if present, otherwise the calibrated one if present.
+    // Sends the panel's gamma table to display 0: the tuned one if present, else the calibrated one if present.
     void sendCalibratedGamma(const ConfigXmlParser& record);
     Result sendPowerTable(uint64_t display, float exponent);
     Result sendGammaTable(uint64_t display, const float* entries);
@@ -185,7 +189,7 @@ private:
     std::vector<DisplayInfo> displayInfos;
     TMat33<float> firstCtm;                   // identity: the first matrix of requests that give only one
     std::vector<ColorManager> colorManagers;  // index: display
-    DisplayAlad* displayAlad = nullptr;       // owned, enabled; null while ALAD is off. Keeps running after this object
+    DisplayAlad* displayAlad = nullptr;       // null while ALAD is off; not deleted with this object
     float wpcParam[9] = {};                   // parameters of the white-point calibration, in the order of the file
     bool hasWpcParam = false;
     ScreenMode screenMode = NONE;

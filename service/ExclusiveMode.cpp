@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Exclusive mode: a client uses display 0 without any adjustment, and gives it back.
+// Exclusive mode: a client uses display 0 without any adjustment until it leaves the mode.
 #include <platform/Answer.h>
 #include <platform/Log.h>
 
@@ -8,6 +8,7 @@
 #include "calibration/ConfigXmlParser.h"
 #include "service/Composer.h"
 #include "service/DisplayControlImpl.h"
+#include "service/SysfsNodes.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
@@ -16,7 +17,6 @@ namespace {
 constexpr uint32_t kEnter = 1;
 constexpr uint32_t kLeave = 0;
 constexpr float kStandardGamma = 1.0F / 2.2F;
-constexpr int32_t kCabcOff = 0;
 
 }  // namespace
 

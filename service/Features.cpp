@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Features by number: a generic entry to screen modes, colour temperatures and backlight control.
+// Features by number: one entry for screen modes, colour temperatures and backlight control.
+#include <platform/Answer.h>
 #include <platform/Log.h>
 #include <platform/Numbers.h>
 
@@ -9,26 +10,19 @@
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-namespace {
-
-constexpr int32_t kOk = static_cast<int32_t>(Result::OK);
-constexpr int32_t kFailed = static_cast<int32_t>(Result::FAILED);
-
-}  // namespace
-
 Return<int32_t> DisplayControlImpl::setFeature(uint64_t handle, uint64_t display, int32_t feature, int32_t value,
                                                int32_t value2) {
     PLATFORM_LOG_DEBUG("u:%" PRIu64 " d:%" PRIu64 " m:%" PRId32 " v:%" PRId32 " c:%" PRId32, handle, display, feature,
                        value, value2);
     switch (feature) {
         case 0:
-            setSmartEnvironmentMode(handle, display, value);
+            platform::dropAnswer(setSmartEnvironmentMode(handle, display, value));
             return kOk;
         case 1:
-            setEnhanceScreenMode(handle, display, value);
+            platform::dropAnswer(setEnhanceScreenMode(handle, display, value));
             return kOk;
         case 2:
-            setStandardMode(handle, display, value);
+            platform::dropAnswer(setStandardMode(handle, display, value));
             return kOk;
         case 3:
             return static_cast<int32_t>(setLevel(display, &ColorManager::setEyeCareCT, value));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Gamma and de-gamma tables, forwarded: the service stores nothing of them.
+// Gamma and de-gamma tables. Calls are forwarded; the service stores no table.
 #include <platform/Answer.h>
 #include <platform/Log.h>
 
@@ -56,7 +56,6 @@ Return<Result> DisplayControlImpl::setGlobalGamma(uint64_t handle, uint64_t disp
 }
 
 Result DisplayControlImpl::sendPowerTable(uint64_t display, float exponent) {
-    if (composerExt == nullptr) return Result::FAILED;
     GammaLut table;
     fillPowerTable(table.entries.data(), exponent);
     return sendGammaTable(display, table.entries.data());
@@ -78,15 +77,15 @@ Result DisplayControlImpl::sendGammaTable(uint64_t display, const float* entries
 
 // OK and zeros if the composer does not call back; FAILED and zeros without a composer and if the transport fails.
 DisplayControlImpl::TableAnswer DisplayControlImpl::queryTable(uint64_t display, TableGetter getter) {
-    const TableAnswer failed{Result::FAILED, {}};
-    if (composerExt == nullptr) return failed;
+    if (composerExt == nullptr) return {Result::FAILED, {}};
     TableAnswer answer;
     const auto status = (composerExt.get()->*getter)(
         display, [&answer](composer_types::Result result, const composer_types::GammaLut& table) {
             answer.result = fromComposer(result);
             answer.table.entries = table.entries.data();
         });
-    return status.isOk() ? answer : failed;
+    if (!status.isOk()) answer = {Result::FAILED, {}};
+    return answer;
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

@@ -17,17 +17,10 @@
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
 
-namespace {
-
-constexpr int32_t kCabcOff = 0;
-constexpr int32_t kCabcOn = 1;
-
-}  // namespace
-
 Return<int32_t> DisplayControlImpl::setStandardMode(uint64_t /*handle*/, uint64_t display, int32_t /*value*/) {
     PLATFORM_LOG_DEBUG("enter");
     ColorManager* const colors = servedColors(display);
-    if (colors == nullptr) return static_cast<int32_t>(Result::FAILED);
+    if (colors == nullptr) return kFailed;
     colors->ccmCtm = colors->calibCcmCtm;
     colors->wpcCtm = colors->calibWpcCtm;
     return enterScreenMode(display, *colors, STANDARD, kCabcOff);
@@ -36,7 +29,7 @@ Return<int32_t> DisplayControlImpl::setStandardMode(uint64_t /*handle*/, uint64_
 Return<int32_t> DisplayControlImpl::setEnhanceScreenMode(uint64_t /*handle*/, uint64_t display, int32_t /*value*/) {
     PLATFORM_LOG_DEBUG("enter");
     ColorManager* const colors = servedColors(display);
-    if (colors == nullptr) return static_cast<int32_t>(Result::FAILED);
+    if (colors == nullptr) return kFailed;
     colors->ccmCtm = {};
     colors->wpcCtm = {};
     return enterScreenMode(display, *colors, ENHANCED, kCabcOff);
@@ -44,21 +37,20 @@ Return<int32_t> DisplayControlImpl::setEnhanceScreenMode(uint64_t /*handle*/, ui
 
 Return<int32_t> DisplayControlImpl::setSmartEnvironmentMode(uint64_t /*handle*/, uint64_t display, int32_t /*value*/) {
     ColorManager* const colors = servedColors(display);
-    if (colors == nullptr) return static_cast<int32_t>(Result::FAILED);
+    if (colors == nullptr) return kFailed;
     colors->ccmCtm = {};
     colors->wpcCtm = {};
 
-    android::WhitePointCalibrateParam param = kDefaultWhitePoint;
+    ::android::WhitePointCalibrateParam param = kDefaultWhitePoint;
     if (hasWpcParam) std::copy(std::begin(wpcParam), std::end(wpcParam), std::begin(param.params));
 
     constexpr size_t kLimit = 64;  // bytes
     const platform::NodeText node = platform::readNode(kWhitePointNode, kLimit);
-    const auto white = parseWhitePoint(node.text);
     if (node.status == platform::NodeStatus::OPEN_FAILED) {
         PLATFORM_LOG_ERROR("open wpc node error");
     } else if (node.status == platform::NodeStatus::READ_FAILED) {
         PLATFORM_LOG_ERROR("read wpc node error");
-    } else if (!white) {
+    } else if (const auto white = parseWhitePoint(node.text); !white) {
         PLATFORM_LOG_ERROR("format wpc error");
     } else {
         constexpr double kThousandth = 0.001;
@@ -67,7 +59,7 @@ Return<int32_t> DisplayControlImpl::setSmartEnvironmentMode(uint64_t /*handle*/,
         PLATFORM_LOG_DEBUG("%" PRId32 " %" PRId32 " %f %f", white->x, white->y, param.whiteX, param.whiteY);
     }
 
-    android::DisplayPostProcessingAlgorithm algorithm;
+    ::android::DisplayPostProcessingAlgorithm algorithm;
     algorithm.WhitePointCalibrate(&param);
     colors->wpcCtm[0] = param.gainR;
     colors->wpcCtm[4] = param.gainG;
@@ -81,7 +73,7 @@ int32_t DisplayControlImpl::enterScreenMode(uint64_t display, const ColorManager
     sendFinalCtm(display, colors);
     screenMode = mode;
     platform::dropAnswer(setCabcSysNode(/*handle=*/0, display, cabcLevel));
-    return static_cast<int32_t>(Result::OK);
+    return kOk;
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

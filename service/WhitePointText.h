@@ -14,8 +14,8 @@ struct WhitePointThousandths {
     int32_t y;
 };
 
-// Parses "x=%d,y=%d" by scanf's rules: white space may precede a number, any text may follow the second one. A number
-// outside the int range gives the nearest bound. Empty unless both numbers are converted.
+// Parses "x=%d,y=%d" by scanf's rules: white space may precede a number, and any text may follow the second one. A
+// number outside the int32_t range becomes the nearest bound. Returns nothing unless both numbers are converted.
 std::optional<WhitePointThousandths> parseWhitePoint(const std::string& text);
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

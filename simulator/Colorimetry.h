@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Colour arithmetic in CIE 1931 (2 degree observer) terms, in double precision. Pure functions, any thread.
 #pragma once
 

@@ -34,7 +34,7 @@ struct RacingClock : platform::Clock {
     void waitUntil(platform::Condition& condition, platform::Lock& lock, Duration /*deadline*/) override {
         const uint64_t before = condition.notifications();
         while (!passing && condition.notifications() == before) condition.wait(lock);
-        if (passing) condition.waitUntil(lock, std::chrono::steady_clock::now());
+        if (passing) condition.waitUntil(lock, std::chrono::steady_clock::now().time_since_epoch());
     }
     std::unique_ptr<platform::Thread> startThread(std::function<void()> body) override {
         return platform::Thread::start(std::move(body));

@@ -213,6 +213,19 @@ TEST_F(VirtualClockTest, DeadlinesComeInOrderAndAlwaysInTheSame) {
     }
 }
 
+TEST_F(VirtualClockTest, AThreadThatTheSystemRefusesIsNull) {
+    pthread_attr_t usual;
+    pthread_getattr_default_np(&usual);
+    pthread_attr_t tooLarge;
+    pthread_attr_init(&tooLarge);
+    pthread_attr_setstacksize(&tooLarge, size_t{1} << 50);  // more than the address space
+    pthread_setattr_default_np(&tooLarge);
+    EXPECT_EQ(platform::realClock().startThread([] {}), nullptr);
+    EXPECT_EQ(clock.startThread([] {}), nullptr);
+    pthread_setattr_default_np(&usual);
+    clock.settle();  // does not wait for it
+}
+
 TEST_F(VirtualClockTest, ANotificationWakesEarly) {
     platform::Mutex mutex;
     platform::Condition changed;

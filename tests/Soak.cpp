@@ -19,7 +19,7 @@
 #include <vector>
 
 #include "service/DisplayControlImpl.h"
-#include "simulator/SimulatedPhone.h"
+#include "simulator/Phone.h"
 
 namespace {
 
@@ -35,9 +35,10 @@ constexpr double kMostSlowdown = 1.5;    // of the last calls against the first;
 std::atomic<uint64_t> logLines{0};
 std::atomic<uint64_t> errorLines{0};
 
-void countLine(const __android_log_message* line) {
-    ++logLines;
-    if (line->priority >= ANDROID_LOG_ERROR) ++errorLines;
+void countLine(const simulator::Event& event) {
+    const auto* const line = std::get_if<simulator::LogLine>(&event.what);
+    if (line != nullptr || std::holds_alternative<simulator::LightSample>(event.what)) ++logLines;
+    if (line != nullptr && line->priority >= ANDROID_LOG_ERROR) ++errorLines;
 }
 
 size_t residentBytes() {
@@ -185,7 +186,8 @@ void startUp(Service& service, Verdict& verdict) {
 // Calls without a pause; the light changes from dark to bright and back every few seconds.
 bool soakInRealTime(double minutes) {
     printf("%.1f minutes of real time\n", minutes);
-    simulator::SimulatedPhone phone(std::nullopt, nullptr);
+    simulator::Phone phone(simulator::Phone::Start::SAMPLE);
+    phone.observe(countLine);
     platform::setClock(nullptr);
     Service service;
     Client client(service);
@@ -212,7 +214,7 @@ bool soakInRealTime(double minutes) {
         medians.push_back(median(rounds));
         rounds.clear();
         const auto second = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start).count();
-        phone.sensors().setLight(second % 20 < 10 ? 20000.0F : 100.0F);
+        phone.sensors().light(second % 20 < 10 ? 20000.0F : 100.0F);
         if (second % 15 == 0) client.callSeldom();
     }
     household.judge(verdict);
@@ -238,8 +240,10 @@ float lightAt(int64_t second) {
 bool soakInVirtualTime(int days) {
     printf("%d days of virtual light\n", days);
     uint64_t messages = 0;
-    simulator::SimulatedPhone phone(std::nullopt, [&messages](const simulator::ComposerCall& call) {
-        if (call.params != nullptr) ++messages;
+    simulator::Phone phone(simulator::Phone::Start::SAMPLE);
+    phone.observe(countLine);
+    phone.composer().onCall([&messages](simulator::ComposerOperation operation) {
+        if (operation == simulator::ComposerOperation::SET_ALAD_PARAMS) ++messages;
     });
     Service service;
     Client client(service);
@@ -251,7 +255,7 @@ bool soakInVirtualTime(int days) {
     for (int hour = 0; hour < 24 * days; ++hour) {
         if (hour == 24) household = std::make_unique<Household>();
         for (int64_t second = 3600LL * hour; second < 3600LL * (hour + 1); second += 10) {
-            phone.sensors().setLight(lightAt(second));
+            phone.sensors().light(lightAt(second));
             phone.clock().advance(10s);
         }
         client.callAll(hour);
@@ -285,7 +289,6 @@ int main(int argc, char** argv) {
     });
     CLI11_PARSE(app, argc, argv);
     setvbuf(stdout, nullptr, _IOLBF, 0);
-    __android_log_set_logger(countLine);
     bool holds = true;
     if (minutes > 0) holds = soakInRealTime(minutes) && holds;
     if (days > 0) holds = soakInVirtualTime(days) && holds;

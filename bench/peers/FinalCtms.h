@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The final matrix of a colour state as others compute it.
 #pragma once
 

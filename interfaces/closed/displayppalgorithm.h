@@ -8,7 +8,7 @@ struct WhitePointCalibrateParam {
     float whiteX;     // CIE 1931 x of the panel's white
     float whiteY;     // CIE 1931 y of the panel's white
     float params[9];  // the panel's parameters, in the order of the calibration file
-    float gainR;      // gains of the channels: given as 1, left so or overwritten
+    float gainR;      // gains of the channels: 1 on entry; the library may overwrite them
     float gainG;
     float gainB;
 };

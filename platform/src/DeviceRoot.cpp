@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "platform/src/DeviceNodes.h"
+#include "phone/platform/DeviceNodes.h"
 
 namespace platform {
 

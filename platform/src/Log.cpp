@@ -37,7 +37,7 @@ pid_t processId() {
     return id;
 }
 
-// Builds a printed line; the part that does not fit is cut.
+// Builds a printed line. Text that does not fit is cut.
 struct Line {
     void add(std::string_view part) {
         const size_t bytes = std::min(part.size(), kLongest - length);

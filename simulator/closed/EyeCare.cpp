@@ -1,10 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/closed/EyeCare.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-
-#include "simulator/closed/Configuration.h"
 
 namespace simulator {
 
@@ -12,11 +11,6 @@ namespace {
 
 constexpr double kLargestElement = std::numeric_limits<float>::max();
 constexpr size_t kTerms = 4;  // coefficients of an element's cubic
-
-Configuration<EyeCareParams>& configuration() {
-    static Configuration<EyeCareParams> params;
-    return params;
-}
 
 bool isLevel(int level) {
     return level >= kEyeCareWeakest && level <= kEyeCareStrongest;
@@ -96,24 +90,4 @@ std::optional<Mat3> eyeCareMatrix(const EyeCareParams& params, int level) {
     return matrixOfLocus(eyeCareTemperature(params, level), params.maxCCT);
 }
 
-void resetEyeCare() {
-    configuration().clear();
-}
-
 }  // namespace simulator
-
-int setEyeCareParamsOled(EyeCareParams& params) {
-    const int error = simulator::checkEyeCareParams(params);
-    if (error != 0) return error;
-    simulator::configuration().set(params);
-    return 0;
-}
-
-int getEyeCareCoeffOled(int level, float* coefficients) {
-    const auto params = simulator::configuration().get();
-    if (!params) return simulator::kEyeCareNotConfigured;
-    const auto matrix = simulator::eyeCareMatrix(*params, level);
-    if (!matrix) return simulator::kEyeCareBadLevel;
-    std::transform(matrix->begin(), matrix->end(), coefficients, [](double e) { return static_cast<float>(e); });
-    return 0;
-}

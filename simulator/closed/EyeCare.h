@@ -1,4 +1,5 @@
-// Stand-in for the closed library of the eye-care colour temperature (closed/voeyecare.h).
+// SPDX-License-Identifier: Apache-2.0
+// Model of the closed library of the eye-care colour temperature (closed/voeyecare.h).
 //
 // A level L in [0, 100] runs from the maximum colour temperature (0) to the minimum (100); t = L / 100.
 //
@@ -13,7 +14,7 @@
 //     1 / T = (1 - t) / maxCCT + t / minCCT
 //
 // and a channel's gain is the linear sRGB (IEC 61966-2-1) of the locus at T over that at maxCCT, both at the same
-// luminance, divided by the largest of the three. Level 0 is the identity. This is our own model; the phone's library
+// luminance, divided by the largest of the three. Level 0 is the identity. The phone's library
 // may read the coefficients differently.
 #pragma once
 
@@ -51,8 +52,5 @@ double eyeCareTemperature(const EyeCareParams& params, int level);
 // sRGB would need below zero, blue below about 1900 K, is 0. With coefficients it is what they say, at level 0 too.
 // Nothing if the level is outside its range or checkEyeCareParams rejects the parameters.
 std::optional<Mat3> eyeCareMatrix(const EyeCareParams& params, int level);
-
-// Forgets the parameters, as if the library had just been loaded.
-void resetEyeCare();
 
 }  // namespace simulator

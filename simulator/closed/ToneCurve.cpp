@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/closed/ToneCurve.h"
 
 #include <algorithm>
@@ -49,13 +50,3 @@ std::optional<int> levelOfToneCurve(const std::vector<int64_t>& values) {
 }
 
 }  // namespace simulator
-
-int getAGTMLevel(int lux) {
-    return simulator::toneCurveLevel(lux);
-}
-
-int getAGTMCurveParams(int level, int32_t* curve) {
-    const simulator::ToneCurve& params = simulator::toneCurve(level);
-    std::copy(params.begin(), params.end(), curve);
-    return 0;
-}

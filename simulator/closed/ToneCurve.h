@@ -1,4 +1,5 @@
-// Stand-in for the closed tone-curve library of the ambient-light adaptive display (closed/alad_algo_publish.h).
+// SPDX-License-Identifier: Apache-2.0
+// Model of the closed tone-curve library of the ambient-light adaptive display (closed/alad_algo_publish.h).
 //
 // The level of a light of E lux rises with its logarithm, as the brightness of surroundings does to the eye (Fechner,
 // Elemente der Psychophysik, 1860):
@@ -10,7 +11,7 @@
 //
 //     4095 (k / 255)^g, rounded
 //
-// This is our own model; the phone's library may bend its curves differently.
+// The phone's library may bend its curves differently.
 #pragma once
 
 #include <closed/alad_algo_publish.h>
@@ -25,10 +26,10 @@ namespace simulator {
 constexpr int kLowestAgtmLevel = 0;
 constexpr int kHighestAgtmLevel = 64;
 
-// Entry k is the output for the coded level k / 255; 4095 stands for 1. Never falls; 0 and 4095 at its ends.
+// Entry k is the output for the coded level k / 255; 4095 represents 1. Never falls; 0 and 4095 at its ends.
 using ToneCurve = std::array<int32_t, 256>;
 
-// For any int: a light below 100 lux, and what is no light, has level 0.
+// For any int: below 100 lux, negative values included, the level is 0.
 int toneCurveLevel(int lux);
 
 // The curve of a level, which is brought into its range first.

@@ -1,9 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/closed/UnlimitedColorTemperature.h"
 
 #include <algorithm>
 #include <cstdlib>
-
-#include "simulator/closed/Configuration.h"
 
 namespace simulator {
 
@@ -12,17 +11,8 @@ namespace {
 constexpr int kWhite = 0xFFFFFF;
 constexpr Vec3 kNeutral = {1.0, 1.0, 1.0};
 
-Configuration<EndPoints>& configuration() {
-    static Configuration<EndPoints> endPoints;
-    return endPoints;
-}
-
 bool isColor(int value) {
     return value >= 0 && value <= kWhite;
-}
-
-bool areColors(const EndPoints& endPoints) {
-    return isColor(endPoints.warm) && isColor(endPoints.cold);
 }
 
 bool isLevel(int level) {
@@ -35,6 +25,10 @@ double linearChannel(int color, int shift) {
 
 }  // namespace
 
+bool areColors(const EndPoints& endPoints) {
+    return isColor(endPoints.warm) && isColor(endPoints.cold);
+}
+
 std::optional<Vec3> unlimitedGains(const EndPoints& endPoints, int level) {
     if (!areColors(endPoints) || !isLevel(level)) return std::nullopt;
     const int end = level < 0 ? endPoints.warm : endPoints.cold;
@@ -46,24 +40,4 @@ std::optional<Vec3> unlimitedGains(const EndPoints& endPoints, int level) {
     return scaledToLargest(gains);
 }
 
-void resetUnlimitedColorTemperature() {
-    configuration().clear();
-}
-
 }  // namespace simulator
-
-int setParams(int warm, int cold) {
-    const simulator::EndPoints endPoints = {warm, cold};
-    if (!simulator::areColors(endPoints)) return simulator::kUnlimitedBadColor;
-    simulator::configuration().set(endPoints);
-    return 0;
-}
-
-int getUnlimitedCTParams(int level, float* gains) {
-    const auto endPoints = simulator::configuration().get();
-    if (!endPoints) return simulator::kUnlimitedNotConfigured;
-    const auto computed = simulator::unlimitedGains(*endPoints, level);
-    if (!computed) return simulator::kUnlimitedBadLevel;
-    std::transform(computed->begin(), computed->end(), gains, [](double gain) { return static_cast<float>(gain); });
-    return 0;
-}

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/closed/WhitePoint.h"
 
 #include <algorithm>
@@ -14,22 +15,3 @@ std::optional<Vec3> whitePointGains(const Primaries& primaries, const Chromatici
 }
 
 }  // namespace simulator
-
-namespace android {
-
-DisplayPostProcessingAlgorithm::DisplayPostProcessingAlgorithm() = default;
-DisplayPostProcessingAlgorithm::~DisplayPostProcessingAlgorithm() = default;
-
-int DisplayPostProcessingAlgorithm::WhitePointCalibrate(WhitePointCalibrateParam* param) {
-    const float* const x = param->params;
-    const float* const y = param->params + 3;
-    const auto gains =
-        simulator::whitePointGains({{x[0], y[0]}, {x[1], y[1]}, {x[2], y[2]}}, {param->whiteX, param->whiteY});
-    if (!gains) return simulator::kWhitePointImpossible;
-    param->gainR = static_cast<float>((*gains)[0]);
-    param->gainG = static_cast<float>((*gains)[1]);
-    param->gainB = static_cast<float>((*gains)[2]);
-    return 0;
-}
-
-}  // namespace android

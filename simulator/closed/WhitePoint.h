@@ -1,4 +1,5 @@
-// Stand-in for the closed display post-processing library (closed/displayppalgorithm.h).
+// SPDX-License-Identifier: Apache-2.0
+// Model of the closed display post-processing library (closed/displayppalgorithm.h).
 //
 // WhitePointCalibrateParam's params are x of the panel's red, green and blue primary in [0] to [2] and their y in [3]
 // to [5]; [6] to [8] are not read. With M the matrix from linear RGB to XYZ of these primaries and the measured white
@@ -6,7 +7,7 @@
 //
 //     g = M^-1 XYZ(D65)
 //
-// divided by the largest of them. This is our own model; the phone's library may weigh accuracy against brightness
+// divided by the largest of them. The phone's library may weigh accuracy against brightness
 // differently.
 #pragma once
 

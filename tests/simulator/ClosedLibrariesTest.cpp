@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "color/ColorManager.h"
+#include "simulator/Phone.h"
 #include "simulator/closed/EyeCare.h"
 #include "simulator/closed/UnlimitedColorTemperature.h"
 #include "simulator/closed/WhitePoint.h"
@@ -28,11 +29,6 @@ constexpr float kUntouched = -7.0F;
 // gains(level) and matrix(level) ask the libraries as the phone does, with an array that holds kUntouched.
 class ClosedLibrariesTest : public testing::Test {
 protected:
-    ClosedLibrariesTest() {
-        resetUnlimitedColorTemperature();
-        resetEyeCare();
-    }
-
     template <size_t N>
     static std::array<float, N> ask(int (*library)(int, float*), int level, int expectedError) {
         std::array<float, N> result;
@@ -48,6 +44,8 @@ protected:
         EyeCareParams params{std::move(coefficients), maxCCT, minCCT};
         return setEyeCareParamsOled(params);
     }
+
+    Phone phone{Phone::Start::EMPTY};
 
     static std::vector<double> locus() { return std::vector<double>(kEyeCareCoefficients, 0.0); }
 

@@ -1,13 +1,10 @@
 // Light on the simulated phone: recordings, what the worker makes of them, and the tone curves.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <platform/Answer.h>
-#include <platform/VirtualClock.h>
 
 #include <algorithm>
 #include <limits>
 
-#include "simulator/SimulatedSensors.h"
 #include "simulator/closed/ToneCurve.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "tools/light/LightTrace.h"
@@ -46,19 +43,6 @@ TEST(ToneCurve, CurvesKeepTheirEndsAndLiftTheMiddleWithTheLevel) {
     EXPECT_FALSE(levelOfToneCurve({4}));
 }
 
-TEST(SimulatedSensors, WithoutAThreadForItTheSensorStaysOff) {
-    const ::android::sp<SimulatedSensors> sensors = new SimulatedSensors;
-    ::android::sp<sensorservice::IEventQueue> queue;
-    platform::dropAnswer(sensors->createEventQueue(nullptr, [&](const auto& made, auto) { queue = made; }));
-    platform::VirtualClock clock;
-    clock.refuseThreads(true);
-    platform::setClock(&clock);
-    EXPECT_EQ(queue->enableSensor(1, 1000000, 0).withDefault(sensorservice::Result::OK),
-              sensorservice::Result::NO_MEMORY);
-    EXPECT_EQ(queue->disableSensor(1).withDefault(sensorservice::Result::UNKNOWN_ERROR), sensorservice::Result::OK);
-    platform::setClock(nullptr);
-}
-
 class LightTraceTest : public ::testing::Test {
 protected:
     LightTrace read(const std::string& text) const { return readLightTrace(folder.write("trace.csv", text)); }
@@ -90,14 +74,14 @@ TEST_F(LightTraceTest, AWrongLineSaysWhereAndWhatWasExpected) {
     } kCases[] = {
         {"", "has no sample; expected lines of SECONDS,LUX"},
         {"seconds,lux\n", "has no sample; expected lines of SECONDS,LUX"},
-        {"0,1\nseconds,lux\n", ":2: \"seconds\" is no time; expected seconds from 0 to 1e8"},
+        {"0,1\nseconds,lux\n", ":2: \"seconds\" is not a time; expected seconds from 0 to 1e8"},
         {"0,1\n1;2\n", ":2: \"1;2\" is not two columns; expected SECONDS,LUX"},
         {"0,1,2\n", ":1: \"0,1,2\" is not two columns; expected SECONDS,LUX"},
-        {"0,1\n1,dark\n", ":2: \"dark\" is no light level; expected a number of lux"},
-        {"-1,1\n", ":1: \"-1\" is no time; expected seconds from 0 to 1e8"},
-        {"nan,1\n", ":1: \"nan\" is no time; expected seconds from 0 to 1e8"},
-        {"0,1\n5,1e99\n", ":2: \"1e99\" is no light level; expected a number of lux"},
-        {"0,\033[31m\xF8\n", ":1: \"\\x1B[31m\\xF8\" is no light level; expected a number of lux"},
+        {"0,1\n1,dark\n", ":2: \"dark\" is not a light level; expected a number of lux"},
+        {"-1,1\n", ":1: \"-1\" is not a time; expected seconds from 0 to 1e8"},
+        {"nan,1\n", ":1: \"nan\" is not a time; expected seconds from 0 to 1e8"},
+        {"0,1\n5,1e99\n", ":2: \"1e99\" is not a light level; expected a number of lux"},
+        {"0,\033[31m\xF8\n", ":1: \"\\x1B[31m\\xF8\" is not a light level; expected a number of lux"},
         {"5,1\n4,1\n", ":2: the time is before that of the line above; expected times that do not fall"},
     };
     for (const auto& [text, message] : kCases) EXPECT_THAT(errorOf(text), EndsWith(message)) << text;
@@ -136,7 +120,7 @@ TEST(Replay, EverySampleIsADecisionWithItsReason) {
 TEST(Replay, NoLightLevelAsksForNoLevelAndLeavesTheCurve) {
     const auto decisions = decisionsOn({{milliseconds(0), 20000}, {milliseconds(3000), -1}});
     const Decision& last = decisions.back();
-    EXPECT_EQ(last.reason(), "mean -1 is no light level; two samples in a row below 5000");
+    EXPECT_EQ(last.reason(), "mean -1 is not a light level; two samples in a row below 5000");
     EXPECT_FALSE(last.targetLevel);
     EXPECT_EQ(last.composerLevel, 49);
 }

@@ -8,6 +8,7 @@
 
 #include "tests/fakes/TemporaryFolder.h"
 #include "tools/session/Command.h"
+#include "tools/session/SessionJson.h"
 
 namespace simulator {
 namespace {
@@ -54,6 +55,7 @@ protected:
         std::istringstream lines(stream.str());
         for (std::string line; std::getline(lines, line);) {
             const Json event = Json::parse(line);
+            if (event["event"] == "closed" || event["event"] == "sensor") continue;
             words.push_back(event.contains("call") ? event["call"] : event["event"]);
         }
         return words;
@@ -94,7 +96,7 @@ TEST_F(SessionTest, EverythingThatALineCausesAppearsInItsOrder) {
     EXPECT_EQ(events("node")[0]["bytes"], "0\\n");
     run("setUnlimitedCT 0 -40  # warm");
     EXPECT_EQ(events("command")[0]["comment"], "# warm");
-    EXPECT_THAT(events("log")[0]["message"].get<std::string>(), HasSubstr(": -40  1.000000 0."));
+    EXPECT_THAT(events("log")[0]["message"].get<std::string>(), HasSubstr("-40  1.000000 0."));
     run("getUnlimitedCT 0");
     EXPECT_EQ(answer()["level"], -40);
     run("   # a remark");
@@ -180,7 +182,7 @@ TEST_F(SessionTest, ASuppressedLogChangesNothingElse) {
         std::string others;
         size_t logged = 0;
         for (std::string event; std::getline(told, event);) {
-            if (Json::parse(event)["event"] == "log") {
+            if (const auto kind = Json::parse(event)["event"]; kind == "log" || kind == "sample") {
                 ++logged;
             } else {
                 others += event + "\n";
@@ -210,7 +212,7 @@ TEST_F(SessionTest, ThePhoneAroundTheServiceCanChange) {
 
     run("whitepoint -1 5");
     run("setSmartEnvironmentMode 0");
-    EXPECT_THAT(events("log").at(0)["message"].get<std::string>(), HasSubstr(": -1 5 -0.001000 0.005000"));
+    EXPECT_THAT(events("log").at(0)["message"].get<std::string>(), HasSubstr("-1 5 -0.001000 0.005000"));
     run("remove cabc");
     run("setEnhanceScreenMode 0");
     EXPECT_THAT(events("log").at(1)["message"].get<std::string>(), HasSubstr("open cabc node error"));
@@ -234,7 +236,7 @@ TEST_F(SessionTest, TimePassesOnlyWhereTheScriptWaits) {
     run("wait 990ms");
     EXPECT_THAT(order(), ElementsAre("command"));
     run("wait 1s");
-    EXPECT_EQ(events("log").at(0)["ms"], 1000);
+    EXPECT_EQ(events("sample").at(0)["ms"], 1000);
     EXPECT_EQ(events("composer").at(0)["toneCurveLevel"], 10);
     EXPECT_EQ(events("composer").at(1)["ms"], 1020);
     run("setAlad 0 0");
@@ -256,10 +258,10 @@ TEST_F(SessionTest, TimePassesOnlyWhereTheScriptWaits) {
     run("sensor fail disable");
     run("setAlad 0 1");
     run("wait 2.5s");
-    EXPECT_THAT(events("log").at(1)["message"].get<std::string>(), HasSubstr("avg:300 curr:300"));
+    EXPECT_EQ(events("sample").at(1)["mean"], 300);
     run("sensor start");
     run("wait 2s");
-    EXPECT_THAT(events("log").at(1)["message"].get<std::string>(), HasSubstr("curr:20000"));
+    EXPECT_EQ(events("sample").at(1)["lux"], 20000);
     run("sensor fail disable");
     run("exclusiveModeEnter 1");
     EXPECT_EQ(events("log").at(1)["message"], "disableSensor error");
@@ -330,36 +332,36 @@ TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
          "setUnlimitedCT: too many arguments, from \"2\" on; "
          "expected setUnlimitedCT DISPLAY LEVEL"},
         {"setUnlimitedCT 0 warm",
-         "setUnlimitedCT: \"warm\" is no number of the kind; "
+         "setUnlimitedCT: \"warm\" is not a number of that kind; "
          "expected LEVEL, a whole number from -2147483648 to 2147483647"},
         {"setUnlimitedCT 0 2147483648",
          "setUnlimitedCT: \"2147483648\" is out of range; "
          "expected LEVEL, a whole number from -2147483648 to 2147483647"},
         {"getUnlimitedCT -1",
-         "getUnlimitedCT: \"-1\" is no number of the kind; "
+         "getUnlimitedCT: \"-1\" is not a number of that kind; "
          "expected DISPLAY, a whole number from 0 to 18446744073709551615"},
         {"setGlobalGamma 0 1e99",
          "setGlobalGamma: \"1e99\" is out of range; "
          "expected EXPONENT, a number within single precision"},
         {"displays 1025", "displays: \"1025\" is out of range; expected COUNT, a whole number from 0 to 1024"},
         {"wait 3",
-         "wait: \"3\" is no duration; expected DURATION, a duration up to 1000h such as 90s, 20ms, 2.5min or 1h"},
+         "wait: \"3\" is not a duration; expected DURATION, a duration up to 1000h such as 90s, 20ms, 2.5min or 1h"},
         {"wait 1001h",
          "wait: \"1001h\" is out of range; "
          "expected DURATION, a duration up to 1000h such as 90s, 20ms, 2.5min or 1h"},
         {"sensor fail",
-         "sensor: a step goes with fail, and with fail alone; "
+         "sensor: a call goes with fail, and with fail alone; "
          "expected sensor stop, sensor start or sensor fail STEP"},
-        {"composer halt", "composer: \"halt\" is another word; expected STATE, one of stop, start"},
+        {"composer halt", "composer: \"halt\" is another word; expected STATE, one of stop, start, fail"},
         {"picture ../x",
-         "picture: \"../x\" is no name; "
+         "picture: \"../x\" is not a name; "
          "expected NAME, a name of letters, digits, '.', '_' and '-'"},
         {"panel  # nothing", "panel: NAME is missing; expected panel NAME"},
         {"setGlobalGammaLut 0 /nowhere", "/nowhere: could not be opened; expected a file of 4096 numbers"},
     };
     for (const auto& [line, message] : kCases) EXPECT_EQ(errorOf(line), message) << line;
     EXPECT_EQ(errorOf("calibration a\0b"s),
-              "calibration: \"a\\x00b\" is no file's name; expected FILE, the name of a file");
+              "calibration: \"a\\x00b\" is not a file name; expected FILE, the name of a file");
     EXPECT_THAT(errorOf("setGlobalGammaLut 0 /dev/zero"), EndsWith("expected 4096 such numbers"));
 }
 

@@ -157,10 +157,13 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"verify " + other + " " + fresh, 0, "as expected"},
         {"verify " + other + " /nowhere/x --update", 2, "dcsim: /nowhere/x: could not be written"},
         {"shell < " + broken, 2, "<stdin>:3: unknown command \"shw\""},
-        {"shell < " + file("bom.script", "\xEF\xBB\xBFinit\nquit\n"), 0, "answer    0\n"},
+        {"shell < " + file("bom.script", "\xEF\xBB\xBFinit\nquit\n"), 0, "answer    init -> 0\n"},
         {"run " + file("long.script", "\n#" + std::string(65535, 'x') + "\n" + std::string(65537, 'x')), 2,
          "long.script:3: the line is longer than 65536 bytes; expected a script\n"},
         {"show \"\x1B[31m\n\xC3\xBC\"", 2, "dcsim: \\x1B[31m\n\xC3\xBC: could not be read"},
+        {"run " + script + " --out " + folder.string(), 0,
+         "composer  setAladParams 0 on, levels 11 to 59 in 49 messages, 20 ms apart\n"},
+        {"run " + script + " --all --out " + folder.string(), 0, "composer  setAladParams 0 on 14: level 40 -> OK\n"},
         {"bogus", 2, "unknown command \"bogus\"; expected one of check, run, "},
         {"", 2, "a command is missing; expected one of check, run, "},
     };
@@ -237,7 +240,7 @@ TEST(ShellTest, ATerminalHasPromptCompletionErrorsAndInterrupts) {
     ASSERT_TRUE(shell.sees("dcsim> "));
     shell.type("ini\t\n");
     ASSERT_TRUE(shell.sees("init"));
-    ASSERT_TRUE(shell.sees("answer    0"));
+    ASSERT_TRUE(shell.sees("answer    init -> 0"));
     ASSERT_TRUE(shell.sees("dcsim> "));
     shell.type("setUn\t\t\n");
     ASSERT_TRUE(shell.sees("LEVEL is missing; expected setUnlimitedCT DISPLAY LEVEL"));
@@ -246,11 +249,11 @@ TEST(ShellTest, ATerminalHasPromptCompletionErrorsAndInterrupts) {
     ASSERT_TRUE(shell.sees("getColorTransformMatrix  getColorTransformMatrix2  "));
     ASSERT_TRUE(shell.sees("dcsim> get"));
     shell.type("\x03setAlad 0 1\n");
-    ASSERT_TRUE(shell.sees("answer    OK")) << "what stood before Ctrl-C is gone";
+    ASSERT_TRUE(shell.sees("answer    setAlad -> OK")) << "what stood before Ctrl-C is gone";
     shell.type("wait 1000h\n");
-    ASSERT_TRUE(shell.sees("workThread"));
+    ASSERT_TRUE(shell.sees("lux, mean"));
     shell.type("\x03");
-    ASSERT_TRUE(shell.sees("answer    interrupted"));
+    ASSERT_TRUE(shell.sees("answer    wait -> interrupted"));
     ASSERT_TRUE(shell.sees("dcsim> "));
     shell.type("quit\n");
     EXPECT_EQ(shell.leave(), 0);

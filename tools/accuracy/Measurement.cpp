@@ -21,6 +21,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "tools/text/Text.h"
+
 namespace simulator {
 
 namespace {
@@ -112,7 +114,7 @@ void parseHeader(const fs::path& file, Table& table) {
     const std::unique_ptr<void, FreeTable> it8(
         cmsIT8LoadFromMem(context.get(), table.text.data(), static_cast<cmsUInt32Number>(table.text.size())));
     errors.erase(0, errors.find_first_not_of(": "));
-    if (!errors.empty()) fail(file, errors.substr(0, errors.find('\n')) + "; expected a CGATS table");
+    if (!errors.empty()) fail(file, harmless(errors.substr(0, errors.find('\n'))) + "; expected a CGATS table");
     if (!it8) fail(file, "does not begin with its type; expected a CGATS table");
 
     table.sheetType = cmsIT8GetSheetType(it8.get());
@@ -129,10 +131,10 @@ Table readTable(const fs::path& file, const char* type, const char* expected) {
     Table table = splitTable(file);
     parseHeader(file, table);
     if (table.sheetType != type)
-        fail(file, 1, "is a file of type \"" + table.sheetType + "\"; expected " + type + ", " + expected);
+        fail(file, 1, "is a file of type " + inQuotes(table.sheetType) + "; expected " + type + ", " + expected);
     std::set<std::string> known;
     for (const std::string& field : table.fields) {
-        if (!known.insert(field).second) fail(file, "repeats the field " + field + "; expected each once");
+        if (!known.insert(field).second) fail(file, "repeats the field " + inQuotes(field) + "; expected each once");
     }
     const std::string count = std::to_string(table.fields.size());
     for (const auto& [line, cells] : table.rows) {
@@ -168,7 +170,7 @@ std::vector<Vec3> vectorsOf(const fs::path& file, const Table& table, const std:
             const auto value = toNumber(cell);
             if (!value || *value < least || *value > most)
                 fail(file, table.rows[row].line,
-                     std::string(fields[i]) + " is \"" + cell + "\"; expected a number from " +
+                     std::string(fields[i]) + " is " + inQuotes(cell) + "; expected a number from " +
                          std::to_string(std::lround(least)) + " to " + std::to_string(std::lround(most)));
             vectors[row][i] = *value / unit;
         }
@@ -183,7 +185,8 @@ std::vector<Patch> patchesOf(const fs::path& file, const Table& table) {
     std::set<std::string> known;
     for (const auto& [line, cells] : table.rows) {
         const std::string& id = cells[column];
-        if (!known.insert(id).second) fail(file, line, "repeats the SAMPLE_ID " + id + "; expected each once");
+        if (!known.insert(id).second)
+            fail(file, line, "repeats the SAMPLE_ID " + inQuotes(id) + "; expected each once");
         patches.push_back({id, rgb[patches.size()]});
     }
     return patches;
@@ -195,7 +198,7 @@ std::optional<double> candelasOf(const fs::path& file, const Table& table) {
     std::istringstream stream(*table.luminance);
     Vec3 white{};
     if (!(stream >> white[0] >> white[1] >> white[2]) || white[1] <= 0)
-        fail(file, "LUMINANCE_XYZ_CDM2 is \"" + *table.luminance + "\"; expected X, Y and Z of white in cd/m2");
+        fail(file, "LUMINANCE_XYZ_CDM2 is " + inQuotes(*table.luminance) + "; expected X, Y and Z of white in cd/m2");
     return white[1] / 100;
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/check/Check.h"
 
 #include <algorithm>
@@ -27,10 +28,9 @@ void requireFile(const fs::path& file) {
 
 std::vector<BlockCount> countBlocks(const Document& document) {
     std::vector<BlockCount> counts;
-    for (const BlockForm& form : kBlockForms) {
+    for (const CalibrationBlock& form : kCalibrationBlocks) {
         const Block* const block = document.lastOf(form);
-        counts.push_back(
-            {form.name, block == nullptr ? 0 : block->line, block == nullptr ? 0 : block->count, form.count});
+        counts.push_back({&form, block == nullptr ? 0 : block->line, block == nullptr ? 0 : block->count});
     }
     return counts;
 }
@@ -70,12 +70,12 @@ void Notes::add(std::string_view block, long line, std::optional<size_t> value, 
     closing.what = "has " + std::to_string(++closing.more) + " more findings of the rule " + closing.rule;
 }
 
-void Notes::addBlock(const Subject& subject, const BlockForm& form, std::string what, std::string expected) {
+void Notes::addBlock(const Subject& subject, const CalibrationBlock& form, std::string what, std::string expected) {
     const Block* const block = subject.document.lastOf(form);
     add(form.name, block == nullptr ? 0 : block->line, {}, std::move(what), std::move(expected));
 }
 
-void Notes::addValue(const Subject& subject, const BlockForm& form, size_t index, std::string what,
+void Notes::addValue(const Subject& subject, const CalibrationBlock& form, size_t index, std::string what,
                      std::string expected) {
     add(form.name, subject.document.lineOf(form, index), index + 1, std::move(what), std::move(expected));
 }
@@ -88,11 +88,10 @@ std::string numberText(double value, int digits) {
 
 CheckedCalibration checkCalibration(const fs::path& file) {
     requireFile(file);
-    CheckedCalibration checked{std::make_unique<ConfigXmlParser>(), {}, {}};
-    const Document document = readDocument(file, *checked.record);
-    checked.findings = look({document, *checked.record});
-    checked.blocks = countBlocks(document);
-    return checked;
+    auto record = std::make_unique<ConfigXmlParser>();
+    const Document document = readDocument(file, *record);
+    std::vector<Finding> findings = look({document, *record});
+    return {std::move(record), std::move(findings), countBlocks(document)};
 }
 
 std::string sentenceOf(const Finding& finding) {

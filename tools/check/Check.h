@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whether a panel's calibration file is sound: what the library makes of it, and what looks wrong.
 #pragma once
 
@@ -13,11 +14,12 @@
 
 namespace simulator {
 
+using vendor::kov::hardware::display_control::V1_0::implementation::CalibrationBlock;
 using vendor::kov::hardware::display_control::V1_0::implementation::ConfigXmlParser;
 
 struct Finding {
-    // An error: the library does not use it, or uses something else than the text says. A warning: it does as it is
-    // told, and the display will show it.
+    // An error: the library does not use the text, or reads it as something else. A warning: the library uses the value
+    // as written, and the display will show it.
     enum class Severity { ERROR, WARNING };
     Severity severity;
     long line;                    // in the file; 0 when it has none
@@ -25,16 +27,15 @@ struct Finding {
     std::optional<size_t> value;  // the value's number in its block, from 1
     std::string rule;             // short stable name, kebab-case
     std::string what;             // what is wrong, as said of the value, the block or the file: "is empty"
-    std::string expected;         // what was expected; "" where the finding stands for others
-    size_t more = 0;              // above 0: no finding of its own, but that many more of the rule in the block
+    std::string expected;         // what was expected; "" where more is above 0
+    size_t more = 0;              // above 0: represents that many more findings of the rule in the block
 };
 
 // What the file has of a block.
 struct BlockCount {
-    std::string_view block;
+    const CalibrationBlock* block;
     long line;      // 0: the file has no such block; otherwise where the last of that name begins
     size_t values;  // in the file, those included that are too many
-    size_t needed;  // for a complete block
 };
 
 struct CheckedCalibration {

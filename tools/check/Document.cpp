@@ -7,29 +7,12 @@
 
 #include <algorithm>
 #include <fstream>
+#include <utility>
 
 namespace simulator {
 
 using vendor::kov::hardware::display_control::V1_0::implementation::loadCalibration;
 using vendor::kov::hardware::display_control::V1_0::implementation::readBlocks;
-
-const std::array<BlockForm, 7> kBlockForms = {{
-    {"CTM_WPC", ConfigXmlParser::kMatrix, {}, &ConfigXmlParser::hasCtmWpc, [](auto& r) { return &r.ctmWpc[0]; }},
-    {"CTM_CCM", ConfigXmlParser::kMatrix, {}, &ConfigXmlParser::hasCtmCcm, [](auto& r) { return &r.ctmCcm[0]; }},
-    {"Gamma_Calib",
-     ConfigXmlParser::kTable,
-     {},
-     &ConfigXmlParser::hasGammaCalib,
-     [](auto& r) { return &r.gammaCalib[0]; }},
-    {"Gamma_Tuning",
-     ConfigXmlParser::kTable,
-     {},
-     &ConfigXmlParser::hasGammaTuning,
-     [](auto& r) { return &r.gammaTuning[0]; }},
-    {"UnlimitedCT", 2, {"Warm", "Cold"}, &ConfigXmlParser::hasUnlimitedCT, nullptr},
-    {"EyeCare", ConfigXmlParser::kEyeCareCoeffs + 2, {"MaxCCT", "MinCCT"}, &ConfigXmlParser::hasEyeCare, nullptr},
-    {"WPCParam", 9, {}, &ConfigXmlParser::hasWpcParam, [](auto& r) { return &r.wpcParam[0]; }},
-}};
 
 namespace {
 
@@ -60,12 +43,12 @@ std::optional<std::string> plainText(const xmlNode& element) {
     return text;
 }
 
-Block readBlock(const BlockForm& form, const xmlNode& element) {
+Block readBlock(const CalibrationBlock& form, const xmlNode& element) {
     Block block{&form, xmlGetLineNo(&element), 0, {}, 0};
     for (const xmlNode* child = element.children; child != nullptr; child = child->next) {
         if (block.strayText == 0 && isStrayText(*child)) block.strayText = xmlGetLineNo(child);
         if (!isElement(*child)) continue;
-        if (block.count++ > form.count) continue;
+        if (block.count++ > form.elements) continue;
         block.values.push_back({xmlGetLineNo(child), textOf(child->name), plainText(*child)});
     }
     return block;
@@ -73,9 +56,9 @@ Block readBlock(const BlockForm& form, const xmlNode& element) {
 
 void readElement(Document& document, const xmlNode& element) {
     const std::string name = textOf(element.name);
-    const auto form = std::find_if(kBlockForms.begin(), kBlockForms.end(),
-                                   [&](const BlockForm& candidate) { return candidate.name == name; });
-    if (form == kBlockForms.end()) {
+    const auto form = std::find_if(kCalibrationBlocks.begin(), kCalibrationBlocks.end(),
+                                   [&](const CalibrationBlock& candidate) { return candidate.name == name; });
+    if (form == kCalibrationBlocks.end()) {
         document.unknown.push_back({name, xmlGetLineNo(&element)});
     } else {
         document.blocks.push_back(readBlock(*form, element));
@@ -124,17 +107,35 @@ private:
 
 }  // namespace
 
-const BlockForm& formOf(std::string_view name) {
-    return *std::find_if(kBlockForms.begin(), kBlockForms.end(),
-                         [&](const BlockForm& form) { return form.name == name; });
+const CalibrationBlock& blockOf(BlockFlag flag) {
+    return *std::find_if(kCalibrationBlocks.begin(), kCalibrationBlocks.end(),
+                         [flag](const CalibrationBlock& block) { return block.isComplete == flag; });
 }
 
-const Block* Document::lastOf(const BlockForm& form) const {
+std::array<std::string_view, 2> valueNamesOf(const CalibrationBlock& block) {
+    if (block.isComplete == &ConfigXmlParser::hasUnlimitedCT) return {"Warm", "Cold"};
+    if (block.isComplete == &ConfigXmlParser::hasEyeCare) return {"MaxCCT", "MinCCT"};
+    return {};
+}
+
+const float* floatsOf(const CalibrationBlock& block, const ConfigXmlParser& record) {
+    const std::pair<BlockFlag, const float*> kFloats[] = {
+        {&ConfigXmlParser::hasCtmWpc, record.ctmWpc},         {&ConfigXmlParser::hasCtmCcm, record.ctmCcm},
+        {&ConfigXmlParser::hasGammaCalib, record.gammaCalib}, {&ConfigXmlParser::hasGammaTuning, record.gammaTuning},
+        {&ConfigXmlParser::hasWpcParam, record.wpcParam},
+    };
+    for (const auto& [flag, floats] : kFloats) {
+        if (flag == block.isComplete) return floats;
+    }
+    return nullptr;
+}
+
+const Block* Document::lastOf(const CalibrationBlock& form) const {
     const auto block = std::find_if(blocks.rbegin(), blocks.rend(), [&](const Block& b) { return b.form == &form; });
     return block == blocks.rend() ? nullptr : &*block;
 }
 
-long Document::lineOf(const BlockForm& form, size_t index) const {
+long Document::lineOf(const CalibrationBlock& form, size_t index) const {
     const auto block = std::find_if(blocks.rbegin(), blocks.rend(),
                                     [&](const Block& b) { return b.form == &form && index < b.values.size(); });
     return block == blocks.rend() ? 0 : block->values[index].line;

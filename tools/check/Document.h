@@ -14,26 +14,24 @@
 
 namespace simulator {
 
-using vendor::kov::hardware::display_control::V1_0::implementation::CalibrationBlock;
+using vendor::kov::hardware::display_control::V1_0::implementation::kCalibrationBlocks;
 using vendor::kov::hardware::display_control::V1_0::implementation::kLongestCalibrationFile;
 using vendor::kov::hardware::display_control::V1_0::implementation::Refusal;
 
-// A block that a calibration may have.
-struct BlockForm {
-    std::string_view name;
-    size_t count;                           // values that it needs and that are read
-    std::array<std::string_view, 2> named;  // names that two of the values must have; empty when names do not matter
-    bool ConfigXmlParser::*complete;        // whether the library found the block complete
-    // The values as the library keeps them; null where they are not floats by position.
-    const float* (*values)(const ConfigXmlParser& record);
-};
-extern const std::array<BlockForm, 7> kBlockForms;
+// The flag of the library's record that names a block.
+using BlockFlag = bool ConfigXmlParser::*;
 
-// The form of that name, which has to be one of them.
-const BlockForm& formOf(std::string_view name);
+// The block whose completeness the flag shows.
+const CalibrationBlock& blockOf(BlockFlag flag);
+
+// Names that two of the block's values must have; empty where names do not matter.
+std::array<std::string_view, 2> valueNamesOf(const CalibrationBlock& block);
+
+// The block's values in record; null if they are not floats by position.
+const float* floatsOf(const CalibrationBlock& block, const ConfigXmlParser& record);
 
 // A value as it is written. Lines, here and below, are exact up to 65535, and near the place beyond it.
-struct Value {
+struct ValueText {
     long line;
     std::string name;
     std::optional<std::string> text;  // nothing when it is made of entities or of further elements
@@ -41,11 +39,11 @@ struct Value {
 
 // An element of the document that has the name of a block.
 struct Block {
-    const BlockForm* form;
+    const CalibrationBlock* form;
     long line;
-    size_t count;               // values in the file
-    std::vector<Value> values;  // the first of them, at most one more than the form needs
-    long strayText;             // line of text that stands between the values; 0 when there is none
+    size_t count;                   // values in the file
+    std::vector<ValueText> values;  // the first of them, at most one more than the block needs
+    long strayText;                 // line of text between the values; 0 if none
 };
 
 // An element in the place of a block.
@@ -55,7 +53,7 @@ struct UnknownElement {
 };
 
 // What the XML reader says of a document that is not well-formed.
-struct XmlMessage {
+struct ReadError {
     long line;
     std::string text;
 };
@@ -65,14 +63,14 @@ struct Document {
     std::string encoding;           // as declared; "" without a declaration
     bool hasCommonEncoding = true;  // UTF-8, UTF-16, ISO-8859-1 or ASCII: every libxml2 reads it
     bool isCompressed = false;      // this libxml2 has unpacked the file
-    std::vector<XmlMessage> messages;
+    std::vector<ReadError> messages;
     std::vector<Block> blocks;
     std::vector<UnknownElement> unknown;
 
-    // The last of the blocks of that form; null when there is none.
-    const Block* lastOf(const BlockForm& form) const;
-    // Where the value of that index stands that the library has in the end: in the last of the blocks that has it.
-    long lineOf(const BlockForm& form, size_t index) const;
+    // The last of the blocks of that name; null when there is none.
+    const Block* lastOf(const CalibrationBlock& form) const;
+    // The line of the value that the library uses for that index: in the last of the blocks that has it.
+    long lineOf(const CalibrationBlock& form, size_t index) const;
 };
 
 // Reads a calibration file as the library does, into record, and its text into the result.

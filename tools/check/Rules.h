@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The rules of a check: what each looks at and what it finds.
 #pragma once
 
@@ -30,9 +31,10 @@ public:
     Notes(const Rule& looking, std::vector<Finding>& all) : rule(looking), findings(all) {}
     void add(std::string_view block, long line, std::optional<size_t> value, std::string what, std::string expected);
     // Of the block that the library has in the end.
-    void addBlock(const Subject& subject, const BlockForm& form, std::string what, std::string expected);
-    // Of the value of that index, where it stands in the file.
-    void addValue(const Subject& subject, const BlockForm& form, size_t index, std::string what, std::string expected);
+    void addBlock(const Subject& subject, const CalibrationBlock& form, std::string what, std::string expected);
+    // Of the value of that index, with its line in the file.
+    void addValue(const Subject& subject, const CalibrationBlock& form, size_t index, std::string what,
+                  std::string expected);
 
 private:
     const Rule& rule;
@@ -51,7 +53,7 @@ std::vector<Rule> textRules();
 // Warnings: values that are read as they are written and that the display will suffer from.
 std::vector<Rule> valueRules();
 
-// A number of so many significant digits at most.
+// With at most that many significant digits.
 std::string numberText(double value, int digits = 7);
 
 }  // namespace simulator

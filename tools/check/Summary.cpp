@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/check/Summary.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <sstream>
+#include <utility>
 
 #include "color/ColorManager.h"
 #include "tools/check/Document.h"
@@ -15,6 +16,8 @@ namespace {
 using vendor::kov::hardware::display_control::V1_0::implementation::ColorManager;
 using vendor::kov::hardware::display_control::V1_0::implementation::TMat33;
 
+using Content = std::vector<std::pair<std::string, Value>>;
+
 std::string colorText(int32_t color) {
     char text[16];
     snprintf(text, sizeof text, "0x%06X", static_cast<uint32_t>(color));
@@ -22,83 +25,92 @@ std::string colorText(int32_t color) {
 }
 
 const char* sentTable(const ConfigXmlParser& record) {
-    if (record.hasGammaTuning) return "Gamma_Tuning";
-    return record.hasGammaCalib ? "Gamma_Calib" : nullptr;
+    if (record.hasGammaTuning) return blockOf(&ConfigXmlParser::hasGammaTuning).name;
+    return record.hasGammaCalib ? blockOf(&ConfigXmlParser::hasGammaCalib).name : nullptr;
 }
 
-Json matrixContent(const float* elements) {
+Content matrixContent(const float* elements) {
     TMat33<float> matrix;
     std::copy_n(elements, ConfigXmlParser::kMatrix, matrix.data());
-    return {{"matrix", matrixToJson(elements)}, {"largest output", toJson(ColorManager::maxRgb(matrix))}};
+    return {{"matrix", matrixOf(elements)}, {"largest output", ColorManager::maxRgb(matrix)}};
 }
 
-Json tableContent(const float* table) {
+Content tableContent(const float* table) {
     constexpr size_t kEntries = ConfigXmlParser::kTable;
-    return {
-        {"first", toJson(table[0])}, {"middle", toJson(table[kEntries / 2])}, {"last", toJson(table[kEntries - 1])}};
+    return {{"first", table[0]}, {"middle", table[kEntries / 2]}, {"last", table[kEntries - 1]}};
 }
 
-Json eyeCareContent(const ConfigXmlParser& record) {
+Content eyeCareContent(const ConfigXmlParser& record) {
     const auto& coefficients = record.eyeCareCoeffs;
     const bool fitted = std::any_of(std::begin(coefficients), std::end(coefficients), [](double c) { return c != 0; });
-    return {{"maximum kelvin", toJson(static_cast<float>(record.eyeCareMaxCCT))},
-            {"minimum kelvin", toJson(static_cast<float>(record.eyeCareMinCCT))},
-            {"coefficients", fitted ? "given" : "all 0"}};
+    return {{"maximum kelvin", static_cast<float>(record.eyeCareMaxCCT)},
+            {"minimum kelvin", static_cast<float>(record.eyeCareMinCCT)},
+            {"coefficients", std::string(fitted ? "given" : "all 0")}};
 }
 
-Json contentOf(const ConfigXmlParser& record, const BlockForm& form) {
-    if (form.name == "UnlimitedCT")
+Content contentOf(const ConfigXmlParser& record, const CalibrationBlock& form) {
+    if (form.isComplete == &ConfigXmlParser::hasUnlimitedCT)
         return {{"warm", colorText(record.unlimitedWarm)}, {"cold", colorText(record.unlimitedCold)}};
-    if (form.name == "EyeCare") return eyeCareContent(record);
-    const float* const values = form.values(record);
-    if (form.count == ConfigXmlParser::kTable) return tableContent(values);
-    return form.name == "WPCParam" ? Json{{"parameters", matrixToJson(values)}} : matrixContent(values);
+    if (form.isComplete == &ConfigXmlParser::hasEyeCare) return eyeCareContent(record);
+    const float* const values = floatsOf(form, record);
+    if (form.elements == ConfigXmlParser::kTable) return tableContent(values);
+    if (form.isComplete == &ConfigXmlParser::hasWpcParam) return {{"parameters", matrixOf(values)}};
+    return matrixContent(values);
 }
 
 // What the service does with a block, or does without it.
-std::string useOf(const ConfigXmlParser& record, const BlockForm& form) {
-    const bool complete = record.*form.complete;
-    if (form.count == ConfigXmlParser::kTable) {
+std::string useOf(const ConfigXmlParser& record, const CalibrationBlock& form) {
+    const bool complete = record.*form.isComplete;
+    if (form.elements == ConfigXmlParser::kTable) {
         const char* const sent = sentTable(record);
         if (sent == nullptr) return "no table is sent";
-        return form.name == sent ? "sent to the composer" : std::string(sent) + " is sent instead";
+        return form.name == std::string_view(sent) ? "sent to the composer" : std::string(sent) + " is sent instead";
     }
     if (complete) return "used";
-    if (form.name == "UnlimitedCT")
+    if (form.isComplete == &ConfigXmlParser::hasUnlimitedCT)
         return "default " + colorText(ColorManager::kDefaultWarm) + " to " + colorText(ColorManager::kDefaultCold);
-    if (form.name == "EyeCare") return "eye care is not configured";
-    return form.name == "WPCParam" ? "default parameters" : "identity";
+    if (form.isComplete == &ConfigXmlParser::hasEyeCare) return "eye care is not configured";
+    return form.isComplete == &ConfigXmlParser::hasWpcParam ? "default parameters" : "identity";
 }
 
 // A part of a block's content: "matrix 1 0 0 0 1 0 0 0 1".
-std::string partText(const std::string& name, const Json& value) {
-    const auto scalar = [](const Json& v) {
-        return v.is_string() ? v.get<std::string>() : numberText(static_cast<double>(v.get<float>()));
-    };
+std::string partText(const std::string& name, const Value& value) {
+    if (const auto* const text = std::get_if<std::string>(&value)) return name + " " + *text;
+    if (const auto* const number = std::get_if<float>(&value)) return name + " " + numberText(*number);
     std::string text = name;
-    if (!value.is_array()) return text + " " + scalar(value);
-    for (const Json& element : value) text += " " + scalar(element);
+    for (const float element : std::get<Matrix>(value)) text += " " + numberText(element);
     return text;
 }
 
 }  // namespace
 
-Json summaryOf(const CheckedCalibration& checked) {
+Summary summaryOf(const CheckedCalibration& checked) {
     const ConfigXmlParser& record = *checked.record;
-    Json blocks = Json::array();
+    Summary summary;
+    if (const char* const sent = sentTable(record)) summary.gammaTableSent = sent;
     for (const BlockCount& count : checked.blocks) {
-        const BlockForm& form = formOf(count.block);
-        const bool complete = record.*form.complete;
-        blocks.push_back({{"name", std::string(form.name)},
-                          {"line", count.line},
-                          {"values", count.values},
-                          {"needed", count.needed},
-                          {"complete", complete},
-                          {"use", useOf(record, form)},
-                          {"content", complete ? contentOf(record, form) : Json()}});
+        const CalibrationBlock& form = *count.block;
+        const bool complete = record.*form.isComplete;
+        summary.blocks.push_back(
+            {count, complete, useOf(record, form), complete ? contentOf(record, form) : Content()});
     }
-    const char* const sent = sentTable(record);
-    return {{"gammaTableSent", sent == nullptr ? Json() : Json(sent)}, {"blocks", blocks}};
+    return summary;
+}
+
+Json toJson(const Summary& summary) {
+    Json blocks = Json::array();
+    for (const BlockSummary& block : summary.blocks) {
+        Json content = block.complete ? Json::object() : Json();
+        for (const auto& [name, value] : block.content) content[name] = valueToJson(value);
+        blocks.push_back({{"name", block.count.block->name},
+                          {"line", block.count.line},
+                          {"values", block.count.values},
+                          {"needed", block.count.block->elements},
+                          {"complete", block.complete},
+                          {"use", block.use},
+                          {"content", content}});
+    }
+    return {{"gammaTableSent", summary.gammaTableSent ? Json(*summary.gammaTableSent) : Json()}, {"blocks", blocks}};
 }
 
 Json toJson(const Finding& finding) {
@@ -113,29 +125,27 @@ Json toJson(const Finding& finding) {
     return json;
 }
 
-std::string textOf(const Json& summary) {
-    const Json& blocks = summary["blocks"];
-    const bool nothing = std::all_of(blocks.begin(), blocks.end(), [](const Json& b) { return b["line"] == 0; });
+std::string textOf(const Summary& summary) {
+    const auto& blocks = summary.blocks;
+    const bool nothing = std::all_of(blocks.begin(), blocks.end(), [](const auto& b) { return b.count.line == 0; });
     if (nothing) return "  no block of it is read: the display is as without a calibration\n";
-    std::ostringstream text;
-    for (const Json& block : blocks) {
+    std::string text;
+    for (const BlockSummary& block : blocks) {
         char head[96];
-        snprintf(head, sizeof head, "  %-13s", block["name"].get<std::string>().c_str());
-        text << head;
-        if (block["line"] == 0) {
-            text << "not in the file: ";
-        } else if (!block["complete"].get<bool>()) {
-            text << "not complete, " << block["values"] << " of " << block["needed"] << " values: ";
+        snprintf(head, sizeof head, "  %-13s", block.count.block->name);
+        text += head;
+        if (block.count.line == 0) {
+            text += "not in the file: ";
+        } else if (!block.complete) {
+            text += "not complete, " + std::to_string(block.count.values) + " of " +
+                    std::to_string(block.count.block->elements) + " values: ";
         }
-        text << block["use"].get<std::string>();
+        text += block.use;
         const char* separator = ": ";
-        for (const auto& [name, value] : block["content"].items()) {
-            text << separator << partText(name, value);
-            separator = ", ";
-        }
-        text << "\n";
+        for (const auto& [name, value] : block.content) text += std::exchange(separator, ", ") + partText(name, value);
+        text += "\n";
     }
-    return text.str();
+    return text;
 }
 
 }  // namespace simulator

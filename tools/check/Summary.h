@@ -1,19 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the library makes of a calibration, for people and for programs.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "simulator/Event.h"
 #include "tools/check/Check.h"
-#include "tools/session/Event.h"
+#include "tools/json/Json.h"
 
 namespace simulator {
 
-// Each block's name, line, values, what they come to and what is done with them, and the gamma table that is sent.
-Json summaryOf(const CheckedCalibration& checked);
+struct BlockSummary {
+    BlockCount count;
+    bool complete;
+    std::string use;                                     // what the service does with the block, or does without it
+    std::vector<std::pair<std::string, Value>> content;  // by name; empty if the block is not complete
+};
 
+struct Summary {
+    std::optional<std::string> gammaTableSent;  // the block that it comes from
+    std::vector<BlockSummary> blocks;           // every block that a calibration may have
+};
+
+Summary summaryOf(const CheckedCalibration& checked);
+
+// A line a block, each indented by two; just one line when the file has none.
+std::string textOf(const Summary& summary);
+
+Json toJson(const Summary& summary);
 Json toJson(const Finding& finding);
-
-// A line a block, as summaryOf gives it, each indented by two; just one line when there are none.
-std::string textOf(const Json& summary);
 
 }  // namespace simulator

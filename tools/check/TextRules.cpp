@@ -1,14 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is wrong with the text of a calibration file.
 #include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
-#include <numeric>
 #include <utility>
 
+#include "simulator/Event.h"
 #include "tools/check/Rules.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -21,7 +21,7 @@ constexpr size_t kColorDigits = 6;
 
 void refused(const Subject& subject, Notes& notes) {
     const Refusal refusal = subject.document.refusal;
-    if (refusal == Refusal::NOT_A_FILE)
+    if (refusal == Refusal::NOT_ACCEPTED)
         notes.add("", 0, {}, "is too large and is not used",
                   "at most " + std::to_string(kLongestCalibrationFile) + " bytes");
     if (refusal == Refusal::DECLARES_ENTITIES)
@@ -42,10 +42,10 @@ void encoding(const Subject& subject, Notes& notes) {
 
 void notWellFormed(const Subject& subject, Notes& notes) {
     if (subject.document.refusal != Refusal::NOT_WELL_FORMED) return;
-    const std::vector<XmlMessage>& messages = subject.document.messages;
+    const std::vector<ReadError>& messages = subject.document.messages;
     constexpr const char* kExpected = "well-formed XML";
     if (messages.empty()) notes.add("", 0, {}, "is not well-formed and is not used", kExpected);
-    for (const XmlMessage& message : messages) {
+    for (const ReadError& message : messages) {
         notes.add("", message.line, {}, "is not well-formed and is not used: " + printable(message.text.substr(0, 120)),
                   kExpected);
     }
@@ -53,44 +53,20 @@ void notWellFormed(const Subject& subject, Notes& notes) {
 
 // Blocks.
 
-// Levenshtein's distance, letter case aside: single characters put in, left out or replaced.
-size_t editDistance(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-    std::vector<size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), size_t{0});
-    for (size_t i = 0; i < a.size(); ++i) {
-        size_t diagonal = std::exchange(row[0], i + 1);
-        for (size_t j = 0; j < b.size(); ++j) {
-            const size_t replaced = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
-
-// Whether name was probably meant to be known: a third of the known one's characters may differ.
-bool isNear(std::string_view name, std::string_view known) {
-    const size_t allowed = known.size() / 3;
-    return name.size() <= known.size() + allowed && editDistance(name, known) <= allowed;
-}
-
 std::string expectedBlock(std::string_view name) {
+    std::vector<std::string_view> names;
     std::string all;
-    size_t best = std::numeric_limits<size_t>::max();
-    std::string_view nearest;
-    for (const BlockForm& form : kBlockForms) {
+    for (const CalibrationBlock& form : kCalibrationBlocks) {
+        names.emplace_back(form.name);
         all.append(all.empty() ? "" : ", ").append(form.name);
-        if (!isNear(name, form.name) || editDistance(name, form.name) >= best) continue;
-        best = editDistance(name, form.name);
-        nearest = form.name;
     }
+    const std::string_view nearest = nearestOf(name, names);
     return nearest.empty() ? "one of " + all : std::string(nearest);
 }
 
 void unknownBlock(const Subject& subject, Notes& notes) {
     for (const UnknownElement& element : subject.document.unknown) {
-        notes.add("", element.line, {}, inQuotes(element.name) + " is no block of a calibration and is ignored",
+        notes.add("", element.line, {}, inQuotes(element.name) + " is not a block of a calibration and is ignored",
                   expectedBlock(element.name));
     }
 }
@@ -101,20 +77,20 @@ void noBlock(const Subject& subject, Notes& notes) {
 }
 
 std::string countText(const Block& block) {
-    return std::to_string(block.count) + " of " + std::to_string(block.form->count) + " values";
+    return std::to_string(block.count) + " of " + std::to_string(block.form->elements) + " values";
 }
 
 void shortBlock(const Subject& subject, Notes& notes) {
     for (const Block& block : subject.document.blocks) {
-        if (block.count >= block.form->count) continue;
+        if (block.count >= block.form->elements) continue;
         notes.add(block.form->name, block.line, {}, "has " + countText(block) + " and is not complete",
-                  std::to_string(block.form->count) + " values, an element each");
+                  std::to_string(block.form->elements) + " values, an element each");
     }
 }
 
 void overlongBlock(const Subject& subject, Notes& notes) {
     for (const Block& block : subject.document.blocks) {
-        const size_t needed = block.form->count;
+        const size_t needed = block.form->elements;
         if (block.count <= needed) continue;
         notes.add(block.form->name, block.values[needed].line, needed + 1,
                   "is ignored with all that follow it (" + std::to_string(block.count) + " values in all)",
@@ -123,7 +99,7 @@ void overlongBlock(const Subject& subject, Notes& notes) {
 }
 
 void repeatedBlock(const Subject& subject, Notes& notes) {
-    std::map<const BlockForm*, long> first;
+    std::map<const CalibrationBlock*, long> first;
     for (const Block& block : subject.document.blocks) {
         const auto [place, isFirst] = first.emplace(block.form, block.line);
         if (isFirst) continue;
@@ -142,18 +118,18 @@ void strayText(const Subject& subject, Notes& notes) {
 
 // The name of a value where the reader looks for another one: UnlimitedCT without Warm, EyeCare without MaxCCT.
 void missingName(const Block& block, std::string_view name, Notes& notes) {
-    const auto end = block.values.begin() + static_cast<std::ptrdiff_t>(block.form->count);
+    const auto end = block.values.begin() + static_cast<std::ptrdiff_t>(block.form->elements);
     const std::string text(name);
-    const auto others = block.form->named;
-    const auto near = std::find_if(block.values.begin(), end, [&](const Value& value) {
+    const auto others = valueNamesOf(*block.form);
+    const auto near = std::find_if(block.values.begin(), end, [&](const ValueText& value) {
         return isNear(value.name, name) && std::find(others.begin(), others.end(), value.name) == others.end();
     });
     if (near == end) {
         notes.add(block.form->name, block.line, {}, "has no " + text + ", which stays 0",
-                  text + " among the first " + std::to_string(block.form->count) + " values");
+                  text + " among the first " + std::to_string(block.form->elements) + " values");
         return;
     }
-    const bool isCoefficient = block.form->count > 2;
+    const bool isCoefficient = block.form->elements > 2;
     notes.add(block.form->name, near->line, static_cast<size_t>(near - block.values.begin()) + 1,
               "is named " + inQuotes(near->name) +
                   (isCoefficient ? " and is taken as a coefficient; " : " and is ignored; ") + text + " stays 0",
@@ -162,11 +138,11 @@ void missingName(const Block& block, std::string_view name, Notes& notes) {
 
 void valueName(const Subject& subject, Notes& notes) {
     for (const Block& block : subject.document.blocks) {
-        if (block.count < block.form->count) continue;
-        for (const std::string_view name : block.form->named) {
+        if (block.count < block.form->elements) continue;
+        for (const std::string_view name : valueNamesOf(*block.form)) {
             if (name.empty()) continue;
             size_t seen = 0;
-            for (size_t i = 0; i < block.form->count; ++i) {
+            for (size_t i = 0; i < block.form->elements; ++i) {
                 if (block.values[i].name != name || ++seen == 1) continue;
                 notes.add(block.form->name, block.values[i].line, i + 1,
                           "is " + std::string(name) + " once more and takes the place of the one before",
@@ -187,13 +163,6 @@ struct Written {
     std::string_view body;  // the text that makes the number, without white space; empty when there is none
     std::string_view rest;  // what follows and is ignored
 };
-
-std::string_view trimmed(std::string_view text) {
-    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
-    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-    return text;
-}
 
 Written convert(const std::string& text, bool isColor) {
     char* end = nullptr;
@@ -231,34 +200,35 @@ std::string readAs(const Written& value) {
 }
 
 // Each of these says what is wrong with a value, or nothing.
-using Fault = std::string (*)(const Written& value, const BlockForm& form);
+using Fault = std::string (*)(const Written& value, const CalibrationBlock& form);
 
-std::string noNumber(const Written& value, const BlockForm& /*form*/) {
+std::string noNumber(const Written& value, const CalibrationBlock& /*form*/) {
     if (!value.body.empty()) return "";
-    return (value.text.empty() ? "is empty" : inQuotes(value.text) + " is no number") + " and is read as 0";
+    return (value.text.empty() ? "is empty" : inQuotes(value.text) + " is not a number") + " and is read as 0";
 }
 
-std::string trailingText(const Written& value, const BlockForm& /*form*/) {
+std::string trailingText(const Written& value, const CalibrationBlock& /*form*/) {
     return value.body.empty() || value.rest.empty() ? "" : readAs(value) + ", without its end " + inQuotes(value.rest);
 }
 
-std::string otherBase(const Written& value, const BlockForm& /*form*/) {
+std::string otherBase(const Written& value, const CalibrationBlock& /*form*/) {
     if (value.isColor) return looksDecimal(value) ? readAs(value) + ", as hexadecimal" : "";
     return isHexadecimal(value) ? readAs(value) + ", as hexadecimal" : "";
 }
 
-std::string notFinite(const Written& value, const BlockForm& /*form*/) {
+std::string notFinite(const Written& value, const CalibrationBlock& /*form*/) {
     const bool isWord = !value.isColor && !isHexadecimal(value) && hasLetter(value.body, "nN");
     return isWord ? inQuotes(value.text) + " is not finite" : "";
 }
 
-std::string outOfRange(const Written& value, const BlockForm& form) {
+std::string outOfRange(const Written& value, const CalibrationBlock& form) {
     if (value.isColor) {
         const bool fits = value.number >= 0 && value.number <= static_cast<double>(kWhite);
-        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is no colour";
+        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is not a colour";
     }
     if (value.body.empty() || hasLetter(value.body, "nN")) return "";
-    const double kept = form.values == nullptr ? value.number : static_cast<double>(static_cast<float>(value.number));
+    const bool staysDouble = form.isComplete == &ConfigXmlParser::hasEyeCare;
+    const double kept = staysDouble ? value.number : static_cast<double>(static_cast<float>(value.number));
     const bool hasDigit = hasLetter(value.body.substr(0, value.body.find_first_of("eEpP")), "123456789");
     if (std::isinf(kept)) return inQuotes(value.text) + " is beyond the range of a number here";
     return kept == 0.0 && hasDigit ? inQuotes(value.text) + " is so small that it becomes 0" : "";
@@ -268,12 +238,12 @@ std::string outOfRange(const Written& value, const BlockForm& form) {
 template <Fault fault>
 void inValues(const Subject& subject, Notes& notes) {
     for (const Block& block : subject.document.blocks) {
-        const BlockForm& form = *block.form;
-        const bool areColors = form.name == "UnlimitedCT";
-        for (size_t i = 0; i < std::min(form.count, block.values.size()); ++i) {
-            const Value& value = block.values[i];
-            const bool isRead =
-                !areColors || std::find(form.named.begin(), form.named.end(), value.name) != form.named.end();
+        const CalibrationBlock& form = *block.form;
+        const bool areColors = form.isComplete == &ConfigXmlParser::hasUnlimitedCT;
+        const auto names = valueNamesOf(form);
+        for (size_t i = 0; i < std::min(form.elements, block.values.size()); ++i) {
+            const ValueText& value = block.values[i];
+            const bool isRead = !areColors || std::find(names.begin(), names.end(), value.name) != names.end();
             if (!value.text || !isRead) continue;
             std::string what = fault(convert(*value.text, areColors), form);
             if (what.empty()) continue;

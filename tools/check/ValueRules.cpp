@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is unlikely about the values of a calibration: the library uses them as they are.
 //
 // A code is an 8-bit step of the panel's input, 1/255.
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 #include "color/ColorManager.h"
 #include "simulator/Colorimetry.h"
@@ -17,22 +19,24 @@ using vendor::kov::hardware::display_control::V1_0::implementation::TMat33;
 
 constexpr double kCode = 1.0 / 255.0;
 
-// Every complete block of so many values, as floats: the tables, or the matrices and parameters.
+using BlockFlags = std::initializer_list<BlockFlag>;
+
+// Calls look for each of these blocks that is complete, with its values.
 template <typename Look>
-void inBlocks(const Subject& subject, std::string_view prefix, Look look) {
-    for (const BlockForm& form : kBlockForms) {
-        if (form.name.substr(0, prefix.size()) != prefix || !(subject.record.*form.complete)) continue;
-        look(form, form.values(subject.record));
+void inBlocks(const Subject& subject, BlockFlags flags, Look look) {
+    for (const BlockFlag flag : flags) {
+        const CalibrationBlock& form = blockOf(flag);
+        if (subject.record.*flag) look(form, floatsOf(form, subject.record));
     }
 }
 
 // Gamma tables.
 
-constexpr std::string_view kTables = "Gamma_";
+constexpr BlockFlags kTables = {&ConfigXmlParser::hasGammaCalib, &ConfigXmlParser::hasGammaTuning};
 constexpr size_t kEntries = ConfigXmlParser::kTable;
 
 void gammaFalls(const Subject& subject, Notes& notes) {
-    inBlocks(subject, kTables, [&](const BlockForm& form, const float* table) {
+    inBlocks(subject, kTables, [&](const CalibrationBlock& form, const float* table) {
         for (size_t i = 1; i < kEntries; ++i) {
             if (!(table[i] < table[i - 1])) continue;
             notes.addValue(
@@ -44,7 +48,7 @@ void gammaFalls(const Subject& subject, Notes& notes) {
 }
 
 void gammaRange(const Subject& subject, Notes& notes) {
-    inBlocks(subject, kTables, [&](const BlockForm& form, const float* table) {
+    inBlocks(subject, kTables, [&](const CalibrationBlock& form, const float* table) {
         for (size_t i = 0; i < kEntries; ++i) {
             if (table[i] >= 0.0F && table[i] <= 1.0F) continue;
             notes.addValue(subject, form, i, "is " + numberText(table[i]), "an output from 0 to 1");
@@ -56,7 +60,7 @@ void gammaRange(const Subject& subject, Notes& notes) {
 // 0.45 throughout.
 void gammaFlat(const Subject& subject, Notes& notes) {
     constexpr size_t kLongestRun = 128;
-    inBlocks(subject, kTables, [&](const BlockForm& form, const float* table) {
+    inBlocks(subject, kTables, [&](const CalibrationBlock& form, const float* table) {
         for (size_t start = 0, end = 0; start < kEntries; start = end) {
             for (end = start + 1; end < kEntries && table[end] == table[start];) ++end;
             if (end - start <= kLongestRun) continue;
@@ -69,7 +73,7 @@ void gammaFlat(const Subject& subject, Notes& notes) {
 
 // Half a code is black still, on a panel of 8 bits.
 void gammaStart(const Subject& subject, Notes& notes) {
-    inBlocks(subject, kTables, [&](const BlockForm& form, const float* table) {
+    inBlocks(subject, kTables, [&](const CalibrationBlock& form, const float* table) {
         if (!(std::abs(static_cast<double>(table[0])) > kCode / 2)) return;
         notes.addValue(subject, form, 0, "is " + numberText(table[0]) + ": black is not dark",
                        "0, or less than half an 8-bit code");
@@ -78,7 +82,7 @@ void gammaStart(const Subject& subject, Notes& notes) {
 
 void gammaEnd(const Subject& subject, Notes& notes) {
     constexpr double kFarthest = 2 * kCode;
-    inBlocks(subject, kTables, [&](const BlockForm& form, const float* table) {
+    inBlocks(subject, kTables, [&](const CalibrationBlock& form, const float* table) {
         const double last = table[kEntries - 1];
         if (!(std::abs(last - 1.0) > kFarthest)) return;
         notes.addValue(subject, form, kEntries - 1, "is " + numberText(last) + ": white is not full",
@@ -90,7 +94,7 @@ void gammaEnd(const Subject& subject, Notes& notes) {
 // place: the curve itself begins with steps of 5.8 and 2.2 codes, which nobody can do without.
 void gammaStep(const Subject& subject, Notes& notes) {
     const auto usual = [](size_t i) { return std::pow(static_cast<double>(i) / kEntries, 1 / 2.2); };
-    inBlocks(subject, kTables, [&](const BlockForm& form, const float* table) {
+    inBlocks(subject, kTables, [&](const CalibrationBlock& form, const float* table) {
         for (size_t i = 1; i < kEntries; ++i) {
             const double step = static_cast<double>(table[i]) - static_cast<double>(table[i - 1]);
             const double coarse = std::max(1.5 * kCode, 2 * (usual(i) - usual(i - 1)));
@@ -105,7 +109,7 @@ void gammaStep(const Subject& subject, Notes& notes) {
 
 // Matrices.
 
-constexpr std::string_view kMatrices = "CTM_";
+constexpr BlockFlags kMatrices = {&ConfigXmlParser::hasCtmWpc, &ConfigXmlParser::hasCtmCcm};
 
 Mat3 matrixOf(const float* elements) {
     Mat3 matrix{};
@@ -119,7 +123,7 @@ bool isFinite(const float* elements) {
 
 template <typename Look>
 void inMatrices(const Subject& subject, Notes& notes, Look look) {
-    inBlocks(subject, kMatrices, [&](const BlockForm& form, const float* elements) {
+    inBlocks(subject, kMatrices, [&](const CalibrationBlock& form, const float* elements) {
         if (!isFinite(elements)) return;
         const auto [what, expected] = look(elements);
         if (!what.empty()) notes.addBlock(subject, form, what, expected);
@@ -196,7 +200,7 @@ void unlimitedEnds(const Subject& subject, Notes& notes) {
     const double warm = blueness(record.unlimitedWarm);
     const double cold = blueness(record.unlimitedCold);
     if (!(warm >= cold)) return;
-    notes.addBlock(subject, formOf("UnlimitedCT"),
+    notes.addBlock(subject, blockOf(&ConfigXmlParser::hasUnlimitedCT),
                    "has a warm end that is not warmer than the cold one (blue over red in linear light " +
                        numberText(warm, 3) + " and " + numberText(cold, 3) + ")",
                    "less blue at the warm end");
@@ -205,7 +209,7 @@ void unlimitedEnds(const Subject& subject, Notes& notes) {
 void eyeCareRange(const Subject& subject, Notes& notes) {
     const ConfigXmlParser& record = subject.record;
     if (!record.hasEyeCare || record.eyeCareMaxCCT > record.eyeCareMinCCT) return;
-    notes.addBlock(subject, formOf("EyeCare"),
+    notes.addBlock(subject, blockOf(&ConfigXmlParser::hasEyeCare),
                    "has a maximum of " + numberText(record.eyeCareMaxCCT) + " K and a minimum of " +
                        numberText(record.eyeCareMinCCT) + " K",
                    "a maximum above the minimum");
@@ -213,7 +217,7 @@ void eyeCareRange(const Subject& subject, Notes& notes) {
 
 // Read as the simulated white-point calibration reads the block: x of red, green and blue, then their y.
 void primaries(const Subject& subject, Notes& notes) {
-    inBlocks(subject, "WPCParam", [&](const BlockForm& form, const float* p) {
+    inBlocks(subject, {&ConfigXmlParser::hasWpcParam}, [&](const CalibrationBlock& form, const float* p) {
         const Primaries panel = {{p[0], p[3]}, {p[1], p[4]}, {p[2], p[5]}};
         const auto& [red, green, blue] = panel;
         const double area = ((green.x - red.x) * (blue.y - red.y) - (blue.x - red.x) * (green.y - red.y)) / 2;

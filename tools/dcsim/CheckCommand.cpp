@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim check: whether calibration files are sound.
 #include <unistd.h>
 
@@ -7,7 +8,7 @@
 #include "tools/check/Summary.h"
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Terminal.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 
@@ -64,7 +65,7 @@ Json toJson(const std::string& file, const CheckedCalibration& checked) {
     Json findings = Json::array();
     for (const Finding& finding : checked.findings) findings.push_back(simulator::toJson(finding));
     return {{"file", file},
-            {"summary", simulator::summaryOf(checked)},
+            {"summary", simulator::toJson(simulator::summaryOf(checked))},
             {"findings", findings},
             {"errors", countOf(checked.findings, Finding::Severity::ERROR)},
             {"warnings", countOf(checked.findings, Finding::Severity::WARNING)}};

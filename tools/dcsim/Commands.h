@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The program's commands: each adds itself to the command line.
 #pragma once
 

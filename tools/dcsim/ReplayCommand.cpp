@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim replay: recorded light on the simulated phone.
 #include <algorithm>
 #include <filesystem>
@@ -7,8 +8,9 @@
 
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Progress.h"
+#include "tools/json/Json.h"
 #include "tools/light/Replay.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 

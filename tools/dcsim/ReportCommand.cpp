@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim report: everything about a calibration on one page.
 #include <fstream>
 #include <iostream>
@@ -7,7 +8,7 @@
 #include "tools/dcsim/Progress.h"
 #include "tools/report/Page.h"
 #include "tools/report/ReportData.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim run: a script on the simulated phone.
 #include <unistd.h>
 
@@ -25,7 +26,7 @@ struct Options : SessionArguments {
 int run(const Options& options) {
     simulator::ScriptFile script(options.script);
     Timeline timeline(std::cout, options.json ? Timeline::Format::JSON : Timeline::Format::TEXT,
-                      {useColor(STDOUT_FILENO), true});
+                      {useColor(STDOUT_FILENO), true, options.all});
     simulator::SessionOptions session = seenSession(options);
     Progress progress("waiting");
     if (isatty(STDOUT_FILENO) == 0) showWaits(session, progress);  // no bar among the events

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/dcsim/SessionArguments.h"
 
 #include <chrono>
@@ -16,7 +17,8 @@ const std::map<std::string, int32_t> kLogLevels = {{"debug", ANDROID_LOG_DEBUG},
 
 // What is wrong with a word, or nothing.
 std::string isLogLevel(const std::string& word) {
-    return kLogLevels.count(word) != 0 ? "" : "\"" + word + "\" is no log level; expected debug, info, error or none";
+    return kLogLevels.count(word) != 0 ? ""
+                                       : "\"" + word + "\" is not a log level; expected debug, info, error or none";
 }
 
 }  // namespace
@@ -37,6 +39,8 @@ void addPictureOptions(CLI::App& command, SessionArguments& arguments) {
     command.add_option("--log", arguments.log, "Log lines shown: debug, info, error or none")
         ->check(isLogLevel)
         ->type_name("LEVEL");
+    command.add_flag("--all", arguments.all,
+                     "Each message of a ramp of the tone curve, and the calls of the closed libraries");
 }
 
 simulator::SessionOptions unseenSession(const SessionArguments& arguments) {

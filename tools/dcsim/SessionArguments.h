@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the commands that run a session have in common on the command line.
 #pragma once
 
@@ -17,11 +18,12 @@ struct SessionArguments {
     std::string out = "out";
     bool json = false;
     std::string log = "debug";
+    bool all = false;
 };
 
 void addPhoneOption(CLI::App& command, SessionArguments& arguments);
 void addJsonFlag(CLI::App& command, SessionArguments& arguments);
-// --picture, --out and --log: for commands that show the session while it runs.
+// --picture, --out, --log and --all: for commands that show the session while it runs.
 void addPictureOptions(CLI::App& command, SessionArguments& arguments);
 
 // A session that is not seen: its phone, without a picture.

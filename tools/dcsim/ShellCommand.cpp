@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim shell: the script language at a prompt.
 #include <unistd.h>
 
@@ -12,9 +13,9 @@
 #include "tools/dcsim/SessionArguments.h"
 #include "tools/dcsim/Terminal.h"
 #include "tools/session/Completion.h"
-#include "tools/session/Event.h"
 #include "tools/session/Help.h"
 #include "tools/text/LineReader.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 
@@ -48,7 +49,7 @@ class Shell {
 public:
     Shell(const SessionArguments& arguments, bool atTerminal)
         : timeline(std::cout, arguments.json ? Timeline::Format::JSON : Timeline::Format::TEXT,
-                   {useColor(STDOUT_FILENO), !atTerminal}),
+                   {useColor(STDOUT_FILENO), !atTerminal, arguments.all}),
           session(optionsOf(arguments), timeline) {}
 
     // Carries out a line. Throws std::runtime_error when it is wrong.
@@ -68,7 +69,9 @@ public:
     bool hasLeft() const { return left; }
 
     std::vector<std::string> completionsOf(std::string_view lineUpToCursor) {
-        return simulator::completionsOf(lineUpToCursor, {table, session.phone().displays()});
+        return simulator::completionsOf(
+            lineUpToCursor,
+            {table, session.phone().composer().hasStopped() ? 0 : session.phone().composer().displayCount()});
     }
 
 private:
@@ -81,7 +84,7 @@ private:
     void help(const std::string& name) const {
         const auto row = std::find_if(table.begin(), table.end(), [&](const Command& c) { return c.name == name; });
         if (row == table.end())
-            throw simulator::ScriptError("help: there is no command \"" + name + "\"; expected one that help lists");
+            throw simulator::ScriptError("help: unknown command \"" + name + "\"; expected one that help lists");
         std::cout << simulator::helpOf(*row) << std::flush;
     }
 
@@ -139,7 +142,7 @@ void addShell(CLI::App& app, int& status) {
     addPictureOptions(*command, *options);
     addJsonFlag(*command, *options);
     command->footer(
-        "Ctrl-C ends a wait, and otherwise clears the line. When the input is no terminal there is no prompt, and the\n"
+        "Ctrl-C ends a wait, and otherwise clears the line. Input that is not from a terminal gets no prompt, and the\n"
         "exit status is 2 if a line was wrong.\n\nExample:\n  dcsim shell\n  dcsim> help setUnlimitedCT");
     command->callback([options, &status] { status = shell(*options); });
 }

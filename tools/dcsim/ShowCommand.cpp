@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim show: the state that a script leaves.
 #include <iostream>
 #include <memory>
@@ -12,7 +13,6 @@ namespace dcsim {
 
 namespace {
 
-using simulator::Json;
 using simulator::Timeline;
 
 struct Options : SessionArguments {
@@ -25,7 +25,7 @@ int show(const Options& options) {
     Progress progress("waiting");
     simulator::SessionOptions unseen = unseenSession(options);
     showWaits(unseen, progress);
-    Timeline silence([](const Json&) {});
+    Timeline silence([](const simulator::SessionEvent&) {});
     simulator::Session session(std::move(unseen), silence);
     if (script) {
         script->run(session, std::cout);
@@ -33,7 +33,7 @@ int show(const Options& options) {
         session.run("init", 1);
     }
     Timeline output(std::cout, options.json ? Timeline::Format::JSON : Timeline::Format::TEXT);
-    output.report({{"event", "state"}, {"state", session.state()}});
+    output.report({session.phone().clock().now(), session.state()});
     return kAllWell;
 }
 

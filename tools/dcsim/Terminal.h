@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the program may do on the terminal that it writes to.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim verify: a session compared with a stored one.
 #include <cstdio>
 #include <iostream>
@@ -7,8 +8,8 @@
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Progress.h"
 #include "tools/dcsim/SessionArguments.h"
-#include "tools/session/Event.h"
 #include "tools/session/SessionDump.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // dcsim: the display-control service on a simulated phone.
 #include <csignal>
 #include <exception>
@@ -8,11 +9,11 @@
 
 #include "tools/dcsim/Commands.h"
 #include "tools/session/Command.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace {
 
-// The first word, if it is no option, names a command.
+// The first word names a command, unless it is an option.
 void requireCommand(const CLI::App& app, const std::string& word) {
     std::string names;
     for (const CLI::App* const command : app.get_subcommands({})) {

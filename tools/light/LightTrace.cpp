@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/light/LightTrace.h"
 
 #include <charconv>
@@ -9,8 +10,8 @@
 #include <string_view>
 #include <utility>
 
-#include "tools/session/Event.h"
 #include "tools/text/LineReader.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -20,13 +21,6 @@ constexpr double kLongestTrace = 1e8;  // seconds
 
 [[noreturn]] void fail(const LineReader& lines, const std::string& what) {
     throw std::runtime_error(lines.place() + what);
-}
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r";
-    const size_t begin = text.find_first_not_of(kBlanks);
-    if (begin == std::string_view::npos) return {};
-    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
 template <typename T>
@@ -68,8 +62,8 @@ LightTrace readLightTrace(const std::filesystem::path& file) {
         const bool isHeader = std::exchange(isFirst, false) && !seconds && !lux;
         if (isHeader) continue;
         if (!seconds || !(*seconds >= 0 && *seconds <= kLongestTrace))
-            fail(lines, inQuotes(row->seconds) + " is no time; expected seconds from 0 to 1e8");
-        if (!lux) fail(lines, inQuotes(row->lux) + " is no light level; expected a number of lux");
+            fail(lines, inQuotes(row->seconds) + " is not a time; expected seconds from 0 to 1e8");
+        if (!lux) fail(lines, inQuotes(row->lux) + " is not a light level; expected a number of lux");
         const std::chrono::milliseconds time(std::llround(*seconds * 1000));
         if (!trace.empty() && time < trace.back().time)
             fail(lines, "the time is before that of the line above; expected times that do not fall");

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Recorded light.
 #pragma once
 
@@ -7,14 +8,14 @@
 
 namespace simulator {
 
-struct LightSample {
+struct TracePoint {
     std::chrono::milliseconds time;  // since the start of the recording
     float lux;                       // what the sensor said, from then on; not always a sensible number
 };
-using LightTrace = std::deque<LightSample>;  // of a month and more: it grows without a copy
+using LightTrace = std::deque<TracePoint>;  // of a month and more: it grows without a copy
 
 // Reads a CSV file of two columns, seconds and lux; the first line that holds something may be a header, blank lines
-// are skipped, and a byte order mark may stand in front. Times do not fall and are at most 10^8 s; lux is any number a
+// are skipped, and a byte order mark may precede them. Times do not fall and are at most 10^8 s; lux is any number a
 // float holds, for that is what a sensor may deliver. Throws std::runtime_error, "FILE:LINE: what is wrong; what was
 // expected", and so for a file without a sample.
 LightTrace readLightTrace(const std::filesystem::path& file);

@@ -1,15 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/light/Replay.h"
 
-#include <android/log.h>
 #include <platform/Answer.h>
 
-#include <cstdio>
 #include <stdexcept>
-#include <string_view>
 #include <utility>
 
 #include "service/DisplayControlImpl.h"
-#include "simulator/SimulatedPhone.h"
+#include "simulator/Phone.h"
 #include "simulator/closed/ToneCurve.h"
 
 namespace simulator {
@@ -21,7 +19,7 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kAfterTrace{10'000};
 
-// Puts the decisions together from what the worker logs and the composer is told.
+// Builds the decisions from the worker's samples and the composer's calls.
 class Recorder {
 public:
     explicit Recorder(const std::function<void(const Decision&)>& sink) : report(sink) {}
@@ -45,13 +43,10 @@ public:
         previousLux = lux;
     }
 
-    // The composer has been told something about the tone curve.
-    void told(const ComposerCall& call) {
+    // The composer has received a message about the tone curve.
+    void received(const ComposerCall& call) {
         if (*call.enable == 0) composerLevel.reset();
-        for (const auto& [key, values] : *call.params) {
-            const auto level = levelOfToneCurve({values.begin(), values.end()});
-            if (level) composerLevel = *level;
-        }
+        if (const auto level = toneCurveLevelOf(call)) composerLevel = *level;
         if (decision) decision->messages.push_back({now(), composerLevel});
     }
 
@@ -79,32 +74,6 @@ private:
     std::string failure;
 };
 
-Recorder* logTarget = nullptr;  // of the replay that runs; the log has no place to keep it
-
-void readWorkerLine(const __android_log_message* line) {
-    const std::string_view message = line->message;
-    int mean = 0;
-    int lux = 0;
-    const size_t numbers = message.find("avg:");
-    if (message.rfind("workThread:", 0) != 0 || numbers == std::string_view::npos) return;
-    if (sscanf(line->message + numbers, "avg:%d curr:%d", &mean, &lux) == 2) logTarget->sampled(mean, lux);
-}
-
-// Sends the process's log to a recorder while it lives.
-class LogReader {
-public:
-    explicit LogReader(Recorder& recorder) {
-        logTarget = &recorder;
-        __android_log_set_logger(readWorkerLine);
-    }
-    ~LogReader() {
-        __android_log_set_logger(__android_log_stderr_logger);
-        logTarget = nullptr;
-    }
-    LogReader(const LogReader&) = delete;
-    LogReader& operator=(const LogReader&) = delete;
-};
-
 }  // namespace
 
 std::string Decision::reason() const {
@@ -123,7 +92,7 @@ std::string Decision::reason() const {
             text = light + " is not below " + dim + ": stays on, level " + std::to_string(*targetLevel);
             break;
         case CurveAction::NONE:
-            text = mean < 0 ? light + " is no light level" : light + " is not above " + bright + ": stays off";
+            text = mean < 0 ? light + " is not a light level" : light + " is not above " + bright + ": stays off";
             break;
     }
     if (fastReset)
@@ -135,12 +104,15 @@ std::string Decision::reason() const {
 void replay(const LightTrace& trace, const std::function<void(const Decision&)>& sink) {
     using Service = alad::DisplayControlImpl;
     Recorder recorder(sink);
-    SimulatedPhone phone(std::nullopt, [&recorder](const ComposerCall& call) {
-        if (call.params != nullptr) recorder.told(call);
+    Phone phone(Phone::Start::SAMPLE);
+    phone.observe([&recorder](const Event& event) {
+        const auto* const call = std::get_if<ComposerCall>(&event.what);
+        if (call != nullptr && call->operation == ComposerOperation::SET_ALAD_PARAMS) recorder.received(*call);
+        if (const auto* const sample = std::get_if<LightSample>(&event.what))
+            recorder.sampled(sample->mean, sample->lux);
     });
-    const LogReader log(recorder);
     Service service;
-    phone.sensors().setLight(trace.front().lux);
+    phone.sensors().light(trace.front().lux);
     constexpr uint64_t kHandle = 1;
     if (service.init() != 0) throw std::runtime_error("the service could not be started");
     using vendor::kov::hardware::display_control::V1_0::Result;
@@ -149,10 +121,10 @@ void replay(const LightTrace& trace, const std::function<void(const Decision&)>&
 
     const milliseconds start = trace.front().time;
     milliseconds passed{0};
-    for (const LightSample& sample : trace) {
+    for (const TracePoint& sample : trace) {
         phone.clock().advance(sample.time - start - passed);
         passed = sample.time - start;
-        phone.sensors().setLight(sample.lux);
+        phone.sensors().light(sample.lux);
     }
     phone.clock().advance(kAfterTrace);
     recorder.finish();

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Recorded light through the real service on virtual time.
 #pragma once
 
@@ -32,7 +33,7 @@ struct Decision {
     int32_t mean = 0;                                         // lux
     alad::CurveAction action = alad::CurveAction::NONE;
     bool fastReset = false;              // this sample and the one before filled the ring
-    std::optional<int32_t> targetLevel;  // the level that the mean asks for; nothing while it asks for none
+    std::optional<int32_t> targetLevel;  // the level for the mean; nothing while the curve is off
     std::vector<CurveMessage> messages;
     bool curveActive = false;              // after it
     std::optional<int32_t> composerLevel;  // of the curve that the composer holds after it; nothing while it holds none
@@ -43,7 +44,7 @@ struct Decision {
 
 // Starts the service on a fresh copy of the sample phone, switches the ambient-light display on with the first sample's
 // light and lets the trace pass, and ten seconds more; every decision goes to sink in its order. Times count from the
-// first sample. It takes of the process what a SimulatedPhone takes, and the log. Throws std::runtime_error when the
+// first sample. It takes of the process what a Phone takes, and the log. Throws std::runtime_error when the
 // service cannot be started or when the worker decides otherwise than its own arithmetic says.
 void replay(const LightTrace& trace, const std::function<void(const Decision&)>& sink);
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/picture/DisplayPipeline.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ constexpr float kMaxCode = 255.0F;
 constexpr size_t kSteps = 4096;  // a table's entries
 constexpr float kClipTolerance = 1.0F / 8192;
 
-// Also takes NaN, to 0.
+// NaN gives 0.
 template <typename Real>
 Real notBelow0(Real value) {
     return value > 0 ? value : 0;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Pictures in memory, and the PNG files that they come from and go to.
 #pragma once
 
@@ -41,7 +42,7 @@ constexpr uint64_t kMaxPicturePixels = 100'000'000;
 
 // Reads any PNG as 8-bit RGB: grey and palette are expanded, 16 bits rounded to 8, transparency laid over black.
 // Samples are taken for sRGB unless the file states another gamma; 8-bit RGB then comes through unchanged. Where a
-// gamma is converted or pixels are partly transparent, gamma 2.2 stands for sRGB's curve.
+// gamma is converted or pixels are partly transparent, gamma 2.2 represents sRGB's curve.
 // Throws std::runtime_error, "FILE: what is wrong; what was expected".
 Picture loadPng(const std::filesystem::path& file);
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/report/Page.h"
 
 #include <string_view>
@@ -9,12 +10,12 @@ extern const unsigned char kPage[];
 extern const size_t kPageSize;
 
 std::string embeddable(const Json& data) {
-    const std::string text = data.dump(-1, ' ', false, Json::error_handler_t::replace);
+    const std::string text = lineOf(data);
     std::string escaped;
     escaped.reserve(text.size());
     for (const char c : text) {
         if (c == '<') {
-            escaped += "\\u003c";  // a '<' stands in strings only
+            escaped += "\\u003c";  // a '<' occurs only in strings
         } else {
             escaped += c;
         }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The report's page: one HTML file that needs nothing else.
 #pragma once
 
@@ -5,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "tools/session/Event.h"
+#include "tools/json/Json.h"
 
 namespace simulator {
 
-// The document as JSON text without a '<', so that nothing in it ends the script element that it stands in; bytes that
+// The document as JSON text without a '<', so that nothing in it ends the script element around it; bytes that
 // are not UTF-8 become U+FFFD.
 std::string embeddable(const Json& data);
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/report/ReportData.h"
 
 #include <platform/Numbers.h>
@@ -8,10 +9,12 @@
 #include <sstream>
 
 #include "calibration/PanelTable.h"
+#include "color/PowerTable.h"
 #include "service/DefaultPanel.h"
-#include "simulator/PhoneTree.h"
+#include "simulator/PhoneFiles.h"
 #include "simulator/closed/EyeCare.h"
 #include "simulator/closed/UnlimitedColorTemperature.h"
+#include "tools/check/Summary.h"
 #include "tools/light/Replay.h"
 #include "tools/report/SpectralLocus.h"
 
@@ -52,12 +55,9 @@ Json toJson(const Primaries& primaries) {
     return {toJson(primaries.red), toJson(primaries.green), toJson(primaries.blue)};
 }
 
-std::vector<float> powerTable(double exponent) {
-    std::vector<float> table(ConfigXmlParser::kTable);
-    const auto size = static_cast<double>(table.size());
-    for (size_t i = 0; i < table.size(); ++i) {
-        table[i] = static_cast<float>(std::pow(static_cast<double>(i) / size, exponent));
-    }
+std::vector<float> powerTable(float exponent) {
+    std::vector<float> table(implementation::kPowerTable);
+    implementation::fillPowerTable(table.data(), exponent);
     return table;
 }
 
@@ -65,20 +65,6 @@ Json uniqueLevelsRow(const char* name, const std::vector<float>& table) {
     Json row = {{"table", name}};
     for (const int bits : {8, 10, 12}) row[std::to_string(bits)] = uniqueLevels(table, bits);
     return row;
-}
-
-Json findingsToJson(const std::vector<Finding>& findings) {
-    Json list = Json::array();
-    for (const Finding& finding : findings) {
-        list.push_back({{"severity", finding.severity == Finding::Severity::ERROR ? "error" : "warning"},
-                        {"line", finding.line},
-                        {"block", finding.block},
-                        {"value", finding.value ? Json(*finding.value) : Json()},
-                        {"rule", finding.rule},
-                        {"what", finding.what},
-                        {"expected", finding.expected}});
-    }
-    return list;
 }
 
 Mat3 toMat3(const TMat33<float>& matrix) {
@@ -210,23 +196,19 @@ Json matrixRow(const char* stage, const TMat33<float>& matrix) {
 
 // The calibration file that the sample phone's panel has.
 fs::path sampleCalibration() {
-    const PhoneTree sample = PhoneTree::at(fs::path(DISPLAY_CONTROL_DATA_DIR) / "phone");
+    const PhoneFiles sample = PhoneFiles::at(PhoneFiles::samplePhone());
     return sample.pathOf(implementation::identifyPanel().calibFile);
 }
 
 Json calibrationSection(const fs::path& file, const CheckedCalibration& checked) {
     const ConfigXmlParser& record = *checked.record;
-    const std::pair<const char*, bool> blocks[] = {
-        {"CTM_WPC", record.hasCtmWpc},          {"CTM_CCM", record.hasCtmCcm},
-        {"Gamma_Calib", record.hasGammaCalib},  {"Gamma_Tuning", record.hasGammaTuning},
-        {"UnlimitedCT", record.hasUnlimitedCT}, {"EyeCare", record.hasEyeCare},
-        {"WPCParam", record.hasWpcParam},
-    };
     Json section = {{"file", file.filename().string()}, {"blocks", Json::array()}};
-    for (const auto& [name, complete] : blocks) section["blocks"].push_back({{"name", name}, {"complete", complete}});
+    for (const implementation::CalibrationBlock& block : implementation::kCalibrationBlocks)
+        section["blocks"].push_back({{"name", block.name}, {"complete", record.*block.isComplete}});
     if (record.hasUnlimitedCT) section["endPoints"] = {record.unlimitedWarm, record.unlimitedCold};
     if (record.hasEyeCare) section["eyeCareKelvin"] = {toJson(record.eyeCareMaxCCT), toJson(record.eyeCareMinCCT)};
-    section["findings"] = findingsToJson(checked.findings);
+    section["findings"] = Json::array();
+    for (const Finding& finding : checked.findings) section["findings"].push_back(simulator::toJson(finding));
     return section;
 }
 
@@ -262,7 +244,7 @@ size_t uniqueLevels(const std::vector<float>& table, int bits) {
 
 Json gammaSection(const ConfigXmlParser& record) {
     Json section = {{"calibrated", nullptr}, {"tuned", nullptr}};
-    Json unique = {uniqueLevelsRow("identity", powerTable(1)), uniqueLevelsRow("1/2.2", powerTable(1 / 2.2))};
+    Json unique = {uniqueLevelsRow("identity", powerTable(1)), uniqueLevelsRow("1/2.2", powerTable(1 / 2.2F))};
     const auto add = [&](const char* name, const float* entries) {
         const std::vector<float> table(entries, entries + ConfigXmlParser::kTable);
         Json values = Json::array();
@@ -322,7 +304,7 @@ Json matricesSection(const std::optional<ColorManager>& colors) {
 Json lightSection(const LightTrace& trace, const std::function<void(double)>& progress) {
     Json samples = Json::array();
     Json messages = Json::array();
-    Json last;  // the latest sample, when it stands for a run and is not among samples yet
+    Json last;  // the latest sample, when it ends a run of equal samples and is not in samples yet
     const auto level = [](const std::optional<int32_t>& value) { return value ? Json(*value) : Json(); };
     replay(trace, [&](const Decision& decision) {
         if (progress) progress(shareDone(decision, trace));

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a report shows, as data: one function a section, and one that gathers them all.
 #pragma once
 
@@ -8,25 +9,25 @@
 
 #include "simulator/Colorimetry.h"
 #include "tools/check/Check.h"
+#include "tools/json/Json.h"
 #include "tools/light/LightTrace.h"
 #include "tools/report/ReportSession.h"
-#include "tools/session/Event.h"
 
 namespace simulator {
 
 struct ReportInput {
-    std::optional<std::filesystem::path> script;       // otherwise a short session of our own
+    std::optional<std::filesystem::path> script;       // otherwise a short built-in session
     std::optional<std::filesystem::path> calibration;  // otherwise the sample phone's
     std::optional<std::filesystem::path> trace;        // of light; without it there is no timeline
-    std::function<void(double)> progress;              // told the share of the trace that is replayed, 0 to 1
+    std::function<void(double)> progress;              // called with the share of the trace that is replayed, 0 to 1
 };
 
-// Runs the session, and the trace on a phone of its own, and returns everything that the page shows. Throws
+// Runs the session, and the trace on another phone, and returns everything that the page shows. Throws
 // std::runtime_error, "WHERE: what is wrong; what was expected", for what cannot be read or carried out.
 Json gatherReport(const ReportInput& input);
 
-// How many different levels a table gives on an output of so many bits: entries are clamped to 0 to 1 (what is no
-// number to 0) and rounded to the nearest of 2^bits - 1 steps.
+// Number of different levels that a table gives on an output with that many bits: entries are clamped to 0 to 1 (NaN
+// to 0) and rounded to the nearest of 2^bits - 1 steps.
 size_t uniqueLevels(const std::vector<float>& table, int bits);
 
 // The tables of 4096 entries that the file gives (null for one that it does not), and unique levels at 8, 10 and 12

@@ -1,10 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/report/ReportSession.h"
 
 #include <platform/DeviceFiles.h>
 
 #include <algorithm>
 #include <array>
-#include <sstream>
 
 #include "service/WhitePointText.h"
 #include "tools/picture/Chart.h"
@@ -12,6 +12,7 @@
 #include "tools/report/Page.h"
 #include "tools/session/Command.h"
 #include "tools/session/Session.h"
+#include "tools/session/SessionJson.h"
 #include "tools/text/LineReader.h"
 
 namespace simulator {
@@ -76,23 +77,21 @@ public:
         try {
             const ParsedLine parsed = parseLine(script.line());
             if (parsed.command == nullptr || parsed.command->name == "picture") return;
-            session.run(script.line(), script.number());
             step = {{"line", script.number()},
                     {"text", parsed.text},
                     {"comment", parsed.comment},
                     {"answers", Json::array()}};
+            session.run(script.line(), script.number());
         } catch (const std::runtime_error& error) {
             throw std::runtime_error(script.place() + error.what());
         }
-        sortEvents();
         step["before"] = shown;
         step["after"] = shown = look();
         record.steps.push_back(step);
     }
 
     SessionRecord finish() {
-        session.show();
-        sortEvents();
+        record.state = stateToJson(session.state());
         const auto& colors = session.service().displayColors();
         if (!colors.empty()) record.colors = colors[0];
         record.driverWhite = askDriver();
@@ -104,9 +103,7 @@ private:
     static std::optional<Chromaticity> askDriver() {
         constexpr size_t kLimit = 64;  // bytes
         constexpr double kThousandth = 0.001;
-        const auto row = std::find_if(kPhoneNodes.begin(), kPhoneNodes.end(),
-                                      [](const PhoneNode& node) { return node.name == "whitepoint"; });
-        const platform::NodeText node = platform::readNode(row->path, kLimit);
+        const platform::NodeText node = platform::readNode(kWhitePointNode, kLimit);
         if (node.status != platform::NodeStatus::OK) return std::nullopt;
         const auto white = display_control::implementation::parseWhitePoint(node.text);
         if (!white) return std::nullopt;
@@ -115,45 +112,26 @@ private:
 
     // The number of the picture on display 0; null without a composer.
     Json look() {
-        const auto state = session.phone().shown(0);
+        const auto state = session.phone().composer().stateOf(0);
         return state ? album.add(showPicture(picture, *state)) : Json();
     }
 
-    void sortEvents() {
-        std::istringstream lines(stream.str());
-        stream.str("");
-        for (std::string line; std::getline(lines, line);) {
-            Json event = Json::parse(line);
-            const std::string kind = event.at("event");
-            event.erase("event");
-            if (kind == "answer") {
-                step["answers"].push_back(event.at("result"));
-            } else if (kind == "state") {
-                record.state = std::move(event.at("state"));
-            } else if (kind == "composer") {
-                record.calls.push_back(shortened(std::move(event)));
-            }
-        }
-    }
-
-    // A long list of values is told by its number of values.
-    static Json shortened(Json call) {
-        constexpr size_t kLongest = 8;
-        if (!call.contains("params")) return call;
-        for (Json& param : call["params"]) {
-            if (param["values"].size() > kLongest) param["values"] = std::to_string(param["values"].size()) + " values";
-        }
-        return call;
+    void sort(const SessionEvent& event) {
+        if (const auto* const answer = phoneEvent<Answer>(event))
+            step["answers"].push_back(valueToJson(answer->result));
+        const auto* const call = phoneEvent<ComposerCall>(event);
+        if (call == nullptr) return;
+        record.calls.push_back(callToJson(*call, Curves::AS_LEVELS));
+        record.calls.back()["ms"] = event.milliseconds();
     }
 
     const Picture picture = drawChart();
-    std::ostringstream stream;
-    Timeline timeline{stream, Timeline::Format::JSON};
+    Timeline timeline{[this](const SessionEvent& event) { sort(event); }};
+    Json step = Json::object();
+    SessionRecord record{Json::array(), nullptr, Json::array(), nullptr, std::nullopt, std::nullopt};
     Session session;
     Album album;
-    SessionRecord record{Json::array(), nullptr, Json::array(), nullptr, std::nullopt, std::nullopt};
     Json shown;
-    Json step;
 };
 
 }  // namespace

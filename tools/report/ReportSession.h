@@ -1,4 +1,5 @@
-// A session as a report shows it: what each line did to the picture, and what the composer was told.
+// SPDX-License-Identifier: Apache-2.0
+// A session as a report shows it: what each line did to the picture, and the calls of the composer.
 #pragma once
 
 #include <filesystem>
@@ -8,7 +9,7 @@
 
 #include "color/ColorManager.h"
 #include "simulator/Colorimetry.h"
-#include "tools/session/Event.h"
+#include "tools/json/Json.h"
 
 namespace simulator {
 
@@ -19,7 +20,7 @@ struct SessionRecord {
     Json pictures;  // of the test chart on display 0: PNG in base64, and, when pixels are clipped, another that shows
                     // these in magenta
     Json calls;     // of the composer, in order
-    Json state;     // as dumped at the end
+    Json state;     // at the end
     std::optional<ColorManager> colors;       // of display 0 at the end; nothing when the service does not know it
     std::optional<Chromaticity> driverWhite;  // as the panel's driver reports it at the end
 };

@@ -1,4 +1,4 @@
-// Draws the report from the data that stands in the page.
+// Draws the report from the data in the page.
 'use strict';
 
 const data = JSON.parse(document.getElementById('data').textContent);
@@ -106,18 +106,6 @@ function themeColors() {
     return Object.fromEntries(names.map((name) => [name, style.getPropertyValue('--' + name).trim()]));
 }
 
-// How many of the datasets can be seen: have a pixel of their colour in the chart's area.
-function countVisible(chart, colors) {
-    const ratio = chart.currentDevicePixelRatio;
-    const {left, top, width, height} = chart.chartArea;
-    const {data: pixels} = chart.ctx.getImageData(left * ratio, top * ratio, width * ratio, height * ratio);
-    const seen = new Set();
-    for (let i = 0; i < pixels.length; i += 4) {
-        if (pixels[i + 3] > 250) seen.add(pixels[i] << 16 | pixels[i + 1] << 8 | pixels[i + 2]);
-    }
-    return chart.data.datasets.filter((dataset) => seen.has(parseInt(dataset.borderColor.slice(1), 16))).length;
-}
-
 // A line for what is drawn as one, and the point where there are only points.
 function legendLabels(chart) {
     return Chart.defaults.plugins.legend.labels.generateLabels(chart).map((label) => {
@@ -146,14 +134,9 @@ function draw(plot) {
         },
     });
     if (square) squareUp(plot.chart);
-    plot.figure.dataset.drawn = countVisible(plot.chart, colors) + ' of ' + datasets.length;
 }
 
-function drawAll() {
-    plots.forEach(draw);
-    const drawn = plots.filter((plot) => !plot.figure.dataset.drawn.startsWith('0 ')).length;
-    document.documentElement.dataset.charts = drawn + ' of ' + plots.length;
-}
+const drawAll = () => plots.forEach(draw);
 
 // build(colors) gives datasets and axes; tip(label, point) the text of a tooltip.
 function addPlot(name, caption, build, tip, ...buttons) {
@@ -307,7 +290,7 @@ function sweepLine(label, rows, color, levels) {
     return line(label, toPoints(known.map((row) => row.slice(1))), color, {texts, pointRadius: marks});
 }
 
-// A square of the diagram around what there is to see of whites.
+// A square of the diagram around the whites.
 function windowOfWhites() {
     const {unlimited, eyeCare, d65} = data.chromaticity;
     const points = toPoints([d65, ...stageWhites().map((white) => white.xy),
@@ -412,7 +395,7 @@ function showLight() {
     const level = (text, value, color) => line(text, [{x: 0, y: value}, {x: end, y: value}], color, dashed);
     const decade = 10 ** Math.ceil(Math.log10(samples.reduce((most, row) => Math.max(most, row[1]), 10 * bright)));
     addPlot('lux', `Light of the trace ${light.name} as the service takes it once a second (simulated), and the mean of the middle three of the ` +
-        'last five samples. Logarithmic; what is below 1 lux stands at 1 lux.',
+        'last five samples. Logarithmic; values below 1 lux are drawn at 1 lux.',
         (colors) => ({
             datasets: [
                 line('mean', lux(2), colors.blue, {stepped: 'before'}), line('light', lux(1), colors.grey, {borderWidth: 1.2}),
@@ -461,8 +444,9 @@ function argumentsText(call) {
     if (call.first) parts.push('first ' + matrixText(call.first));
     if (call.last) parts.push('last ' + matrixText(call.last));
     if (call.table) parts.push(`${short(call.table[1024])} at 1024, ${short(call.table[2048])} at 2048`);
-    for (const {key, values} of call.params || []) parts.push(`key ${key}: ${Array.isArray(values) ? values.join(' ') || 'no values' : values}`);
-    if (call.toneCurveLevel !== undefined) parts.push('tone curve of level ' + call.toneCurveLevel);
+    const valuesText = (values) => values.length > 8 ? `${values.length} values` : values.join(' ') || 'no values';
+    for (const {key, values, toneCurveLevel} of call.params || [])
+        parts.push(`key ${key}: ` + (values ? valuesText(values) : 'tone curve of level ' + toneCurveLevel));
     return parts.join(', ');
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A panel's calibration file, from the few figures that a display engineer chooses.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The panels that the sample phone knows.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writes the repository's data folder anew: make_sample_data OUT_DIR, where OUT_DIR is that folder or another.
 #include <cstdio>
 #include <exception>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The script language: one command a line, words separated by blanks, from '#' to the end of the line a comment.
 #pragma once
 
@@ -42,7 +43,7 @@ std::string nameOf(const Argument& argument);
 // The values that an argument takes: "a whole number from 0 to 1024".
 std::string rangeOf(const Argument& argument);
 
-// The values of a line's arguments, in order and of the kinds that the command asks for.
+// The values of a line's arguments, in order and of the kinds that the command takes.
 class Values {
 public:
     using Value = std::variant<uint64_t, int32_t, float, double, std::chrono::milliseconds, std::string>;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The table of commands.
 #include <algorithm>
 #include <array>
@@ -7,6 +8,7 @@
 
 #include "tools/session/Command.h"
 #include "tools/session/Session.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -85,13 +87,13 @@ int32_t valueOrZero(const Values& values, size_t index) {
 // --- The served operations ---
 
 void initService(Session& session, const Values&) {
-    session.report({{"event", "answer"}, {"result", session.service().init()}});
+    session.answer(int64_t{session.service().init()});
     session.noteCalibration();
 }
 
 void deInitService(Session& session, const Values&) {
     session.service().deInit();
-    session.report({{"event", "answer"}, {"result", "done"}});
+    session.answer(std::string("done"));
 }
 
 void allocUserHandle(Session& session, const Values&) {
@@ -107,15 +109,15 @@ void freeUserHandle(Session& session, const Values&) {
 
 void getNumOfDisplay(Session& session, const Values&) {
     session.service().getNumOfDisplay(session.handle(), [&session](Result result, uint32_t count) {
-        session.answer(result, {{"count", count}});
+        session.answer(result, {{"count", int64_t{count}}});
     });
 }
 
 void getDisplayInfo(Session& session, const Values& values) {
     session.service().getDisplayInfo(
         session.handle(), values.number(0), [&session](Result result, const DisplayInfo& info) {
-            const std::vector<uint32_t> numbers(info.values.data(), info.values.data() + info.values.size());
-            session.answer(result, {{"name", info.name.c_str()}, {"values", numbers}});
+            const std::vector<int64_t> numbers(info.values.data(), info.values.data() + info.values.size());
+            session.answer(result, {{"name", std::string(info.name)}, {"values", numbers}});
         });
 }
 
@@ -130,18 +132,18 @@ void setColorTransformMatrix2(Session& session, const Values& values) {
 }
 
 void getColorTransformMatrix(Session& session, const Values& values) {
-    session.service().getColorTransformMatrix(
-        session.handle(), values.number(0), [&session](Result result, const ColorTransformMatrix& first) {
-            session.answer(result, {{"first", matrixToJson(first.elements.data())}});
-        });
+    session.service().getColorTransformMatrix(session.handle(), values.number(0),
+                                              [&session](Result result, const ColorTransformMatrix& first) {
+                                                  session.answer(result, {{"first", matrixOf(first.elements.data())}});
+                                              });
 }
 
 void getColorTransformMatrix2(Session& session, const Values& values) {
     session.service().getColorTransformMatrix2(
         session.handle(), values.number(0),
         [&session](Result result, const ColorTransformMatrix& first, const ColorTransformMatrix& last) {
-            session.answer(
-                result, {{"first", matrixToJson(first.elements.data())}, {"last", matrixToJson(last.elements.data())}});
+            session.answer(result,
+                           {{"first", matrixOf(first.elements.data())}, {"last", matrixOf(last.elements.data())}});
         });
 }
 
@@ -155,7 +157,7 @@ template <auto Operation>
 void getTable(Session& session, const Values& values) {
     (session.service().*Operation)(session.handle(), values.number(0),
                                    [&session](Result result, const GammaLut& table) {
-                                       session.answer(result, {{"table", tableToJson(table.entries.data())}});
+                                       session.answer(result, {{"table", tableOf(table.entries.data())}});
                                    });
 }
 
@@ -172,7 +174,7 @@ void setInteger(Session& session, const Values& values) {
 template <auto Operation>
 void getLevel(Session& session, const Values& values) {
     (session.service().*Operation)(session.handle(), values.number(0), [&session](Result result, int32_t level) {
-        session.answer(result, {{"level", level}});
+        session.answer(result, {{"level", int64_t{level}}});
     });
 }
 
@@ -183,7 +185,7 @@ void setAlad(Session& session, const Values& values) {
 
 void isAladEnable(Session& session, const Values& values) {
     const int32_t enabled = session.service().IsAladEnable(session.handle(), values.number(0)).withDefault(0);
-    session.report({{"event", "answer"}, {"result", enabled}});
+    session.answer(int64_t{enabled});
 }
 
 void enterExclusive(Session& session, const Values& values) {
@@ -221,70 +223,95 @@ void getMiscFeature(Session& session, const Values& values) {
 // --- What happens around the service ---
 
 void setLight(Session& session, const Values& values) {
-    session.phone().sensors().setLight(values.real(0));
+    session.phone().sensors().light(values.real(0));
 }
 
 void wait(Session& session, const Values& values) {
     session.wait(values.duration(0));
 }
 
-struct SensorStepName {
-    std::string_view name;
-    SensorStep step;
-};
-constexpr std::array<SensorStepName, 4> kSensorSteps = {{{"find", SensorStep::FIND},
-                                                         {"queue", SensorStep::QUEUE},
-                                                         {"enable", SensorStep::ENABLE},
-                                                         {"disable", SensorStep::DISABLE}}};
+// The words of fail: a call, and how it fails.
+constexpr std::array<std::pair<std::string_view, SensorOperation>, 4> kSensorSteps = {
+    {{"find", SensorOperation::GET_DEFAULT_SENSOR},
+     {"queue", SensorOperation::CREATE_EVENT_QUEUE},
+     {"enable", SensorOperation::ENABLE_SENSOR},
+     {"disable", SensorOperation::DISABLE_SENSOR}}};
+constexpr std::array<std::pair<std::string_view, Failure>, 4> kFailures = {{{"refused", Failure::REFUSED},
+                                                                            {"no-callback", Failure::NO_CALLBACK},
+                                                                            {"unreached", Failure::TRANSPORT_BEFORE},
+                                                                            {"answer-lost", Failure::TRANSPORT_AFTER}}};
 
-// stop: events stop; start: all is well again; fail: the service is not there, or refuses a step, and events stay as
-// they were.
+template <typename Rows>
+std::vector<std::string_view> wordsOf(const Rows& rows) {
+    std::vector<std::string_view> words;
+    for (const auto& row : rows) words.push_back(row.first);
+    return words;
+}
+
+template <typename Rows>
+const auto* rowOf(const Rows& rows, std::string_view word) {
+    const auto* const row =
+        std::find_if(rows.begin(), rows.end(), [word](const auto& candidate) { return candidate.first == word; });
+    return row == rows.end() ? nullptr : row;
+}
+
+Failure failureFrom(const Values& values, size_t index) {
+    return values.size() > index ? rowOf(kFailures, values.text(index))->second : Failure::REFUSED;
+}
+
+// A call goes with fail, and with fail alone.
+void checkFail(const Values& values, const std::string& command, const std::string& call) {
+    if ((values.text(0) == "fail") == (values.size() > 1)) return;
+    throw ScriptError(command + ": a call goes with fail, and with fail alone; expected " + command + " stop, " +
+                      command + " start or " + command + " fail " + call);
+}
+
+// stop: events stop; start: everything works again; fail: the service is not found, or a step fails, and events stay
+// as they were.
 void switchSensor(Session& session, const Values& values) {
-    const std::string& state = values.text(0);
+    checkFail(values, "sensor", "STEP");
+    Phone& phone = session.phone();
     const std::string step = values.size() > 1 ? values.text(1) : "";
-    if ((state == "fail") == step.empty())
-        throw ScriptError(
-            "sensor: a step goes with fail, and with fail alone; "
-            "expected sensor stop, sensor start or sensor fail STEP");
-    const auto* const row = std::find_if(kSensorSteps.begin(), kSensorSteps.end(),
-                                         [&step](const SensorStepName& candidate) { return candidate.name == step; });
-    session.phone().setSensorsPresent(step != "service");
-    session.phone().sensors().refuse(row == kSensorSteps.end() ? SensorStep::NONE : row->step);
-    if (state != "fail") session.phone().sensors().setDelivering(state == "start");
+    phone.setSensorsPresent(step != "service");
+    phone.sensors().recover();
+    if (const auto* const row = rowOf(kSensorSteps, step)) phone.sensors().fail(row->second, failureFrom(values, 2));
+    if (values.text(0) != "fail") phone.sensors().setDelivering(values.text(0) == "start");
+}
+
+// stop: the process ends; start: everything works again; fail: a call fails, besides those that fail already.
+void switchComposer(Session& session, const Values& values) {
+    checkFail(values, "composer", "CALL");
+    Phone& phone = session.phone();
+    if (values.text(0) == "stop") return phone.stopComposer();
+    if (values.text(0) == "start") {
+        phone.composer().recover();
+        return phone.startComposer();
+    }
+    const auto* const call = std::find(kComposerOperations.begin(), kComposerOperations.end(), values.text(1));
+    phone.composer().fail(static_cast<ComposerOperation>(call - kComposerOperations.begin()), failureFrom(values, 2));
 }
 
 void setDisplays(Session& session, const Values& values) {
-    session.phone().setDisplayCount(static_cast<uint32_t>(values.number(0)));
+    session.phone().composer().setDisplayCount(static_cast<uint32_t>(values.number(0)));
 }
 
 void setPanel(Session& session, const Values& values) {
-    session.phone().files().writeNode("panel", values.text(0) + "\n");
+    session.phone().files().write(kPanelNameNode, values.text(0) + "\n");
 }
 
 void setCalibration(Session& session, const Values& values) {
     const std::string path = session.phone().files().installCalibration(values.text(0));
-    session.report({{"event", "file"}, {"path", path}, {"from", values.text(0)}});
+    session.report(InstalledFile{path, values.text(0)});
 }
 
 void setWhitePoint(Session& session, const Values& values) {
-    session.phone().files().writeNode(
-        "whitepoint", "x=" + std::to_string(values.integer(0)) + ",y=" + std::to_string(values.integer(1)) + "\n");
+    session.phone().files().write(
+        kWhitePointNode, "x=" + std::to_string(values.integer(0)) + ",y=" + std::to_string(values.integer(1)) + "\n");
 }
 
 void removeFile(Session& session, const Values& values) {
-    if (values.text(0) == "calibration") {
-        session.phone().files().removeCalibration();
-    } else {
-        session.phone().files().removeNode(values.text(0));
-    }
-}
-
-void switchComposer(Session& session, const Values& values) {
-    if (values.text(0) == "start") {
-        session.phone().startComposer();
-    } else {
-        session.phone().stopComposer();
-    }
+    PhoneFiles& files = session.phone().files();
+    files.remove(values.text(0) == "calibration" ? files.calibrationPath() : std::string(nodePath(values.text(0))));
 }
 
 void writePicture(Session& session, const Values& values) {
@@ -297,7 +324,7 @@ const std::vector<Command>& commands() {
     using Kind = Argument::Kind;
     static const std::vector<Command> table = {
         {"init", {}, "start the service: find the composer and apply the panel's calibration", initService, "service"},
-        {"deInit", {}, "stop the service: let go of the composer", deInitService},
+        {"deInit", {}, "stop the service: release the composer", deInitService},
         {"allocUserHandle", {}, "get a user handle, which later commands use", allocUserHandle},
         {"freeUserHandle", {}, "give the user handle back", freeUserHandle},
         {"getNumOfDisplay", {}, "how many displays the service knows", getNumOfDisplay},
@@ -381,8 +408,9 @@ const std::vector<Command>& commands() {
         {"light", {{"lux", Kind::FLOAT}}, "the light that falls on the phone", setLight},
         {"sensor",
          {{"state", Kind::WORD, 1, false, 0, {"stop", "start", "fail"}},
-          {"step", Kind::WORD, 1, true, 0, {"service", "find", "queue", "enable", "disable"}}},
-         "stop events, refuse a step, or work again",
+          {"step", Kind::WORD, 1, true, 0, {"service", "find", "queue", "enable", "disable"}},
+          {"how", Kind::WORD, 1, true, 0, wordsOf(kFailures)}},
+         "stop events, let a step fail, or work again",
          switchSensor},
         {"displays",
          {{"count", Kind::UNSIGNED, 1, false, kMostDisplays}},
@@ -400,17 +428,19 @@ const std::vector<Command>& commands() {
          "remove a node, or the panel's calibration file",
          removeFile},
         {"composer",
-         {{"state", Kind::WORD, 1, false, 0, {"stop", "start"}}},
-         "end or start the composer's process",
+         {{"state", Kind::WORD, 1, false, 0, {"stop", "start", "fail"}},
+          {"call", Kind::WORD, 1, true, 0, {kComposerOperations.begin(), kComposerOperations.end()}},
+          {"how", Kind::WORD, 1, true, 0, wordsOf(kFailures)}},
+         "end its process, let a call fail, or work again",
          switchComposer},
         {"picture",
          {{"name", Kind::NAME}, {"display", Kind::DISPLAY, 1, true}},
          "write the picture as the display shows it now",
          writePicture,
-         "what there is to see"},
+         "output"},
         {"show",
          {},
-         "the state of the service and of all it stands on",
+         "the state of the service and of everything it uses",
          [](Session& session, const Values&) { session.show(); }},
     };
     return table;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What may stand at the end of a line that somebody is typing.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the script language says of itself.
 #pragma once
 

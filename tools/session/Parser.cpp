@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -6,19 +7,13 @@
 #include <utility>
 
 #include "tools/session/Command.h"
-#include "tools/session/Event.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\v\f";
-
-std::string_view trimmed(std::string_view text) {
-    const size_t begin = text.find_first_not_of(kBlanks);
-    if (begin == std::string_view::npos) return {};
-    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
 
 // Takes the next word off the front of text; empty when there is none.
 std::string_view takeWord(std::string_view& text) {
@@ -88,7 +83,7 @@ T parseNumber(const Command& command, const Argument& argument, std::string_view
     const char* const end = word.data() + word.size();
     const auto [rest, error] = std::from_chars(word.data(), end, value);
     if (error == std::errc::result_out_of_range) failValue(command, argument, word, "is out of range");
-    if (error != std::errc() || rest != end) failValue(command, argument, word, "is no number of the kind");
+    if (error != std::errc() || rest != end) failValue(command, argument, word, "is not a number of that kind");
     return value;
 }
 
@@ -102,7 +97,7 @@ std::chrono::milliseconds parseDuration(const Command& command, const Argument& 
     const size_t digits = std::min(word.find_first_not_of("0123456789."), word.size());
     const auto unit = std::find_if(kUnits.begin(), kUnits.end(),
                                    [&](const Unit& candidate) { return candidate.name == word.substr(digits); });
-    if (unit == kUnits.end()) failValue(command, argument, word, "is no duration");
+    if (unit == kUnits.end()) failValue(command, argument, word, "is not a duration");
     const double length = parseNumber<double>(command, argument, word.substr(0, digits)) * unit->milliseconds;
     if (!(length <= kLongest)) failValue(command, argument, word, "is out of range");
     return std::chrono::milliseconds(std::llround(length));
@@ -133,14 +128,14 @@ Values::Value parseValue(const Command& command, const Argument& argument, std::
         case Argument::Kind::DURATION:
             return parseDuration(command, argument, word);
         case Argument::Kind::NAME:
-            if (!isName(word)) failValue(command, argument, word, "is no name");
+            if (!isName(word)) failValue(command, argument, word, "is not a name");
             break;
         case Argument::Kind::WORD:
             if (std::find(argument.words.begin(), argument.words.end(), word) == argument.words.end())
                 failValue(command, argument, word, "is another word");
             break;
         case Argument::Kind::FILE:
-            if (word.find('\0') != std::string_view::npos) failValue(command, argument, word, "is no file's name");
+            if (word.find('\0') != std::string_view::npos) failValue(command, argument, word, "is not a file name");
             break;
         case Argument::Kind::TEXT:
             break;
@@ -164,40 +159,22 @@ Values parseArguments(const Command& command, std::string_view rest) {
     return values;
 }
 
-// Edits (a character added, removed or changed) that lead from a to b, letter case aside.
-size_t distance(std::string_view a, std::string_view b) {
-    std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
-    for (size_t i = 1; i <= a.size(); ++i) {
-        size_t diagonal = std::exchange(row[0], i);
-        for (size_t j = 1; j <= b.size(); ++j) {
-            const bool same = std::tolower(static_cast<unsigned char>(a[i - 1])) ==
-                              std::tolower(static_cast<unsigned char>(b[j - 1]));
-            const size_t changed = diagonal + (same ? 0 : 1);
-            diagonal = std::exchange(row[j], std::min({row[j] + 1, row[j - 1] + 1, changed}));
-        }
-    }
-    return row.back();
-}
-
 [[noreturn]] void failUnknown(std::string_view word, const std::vector<Command>& table) {
-    const size_t near = std::max<size_t>(1, word.size() / 3);
-    const auto nearest = std::min_element(table.begin(), table.end(), [word](const Command& a, const Command& b) {
-        return distance(word, a.name) < distance(word, b.name);
-    });
-    const std::string hint = distance(word, nearest->name) <= near
-                                 ? std::string(nearest->name)
-                                 : "a command such as " + std::string(table.front().name);
+    std::vector<std::string_view> names;
+    for (const Command& command : table) names.push_back(command.name);
+    const std::string_view nearest = nearestOf(word, names);
+    const std::string hint = nearest.empty() ? "a command such as " + std::string(names.front()) : std::string(nearest);
     throw ScriptError("unknown command " + inQuotes(word) + "; expected " + hint);
 }
 
 }  // namespace
 
 std::string usageOf(const Command& command) {
+    constexpr size_t kMostChoices = 5;  // of words that replace their name
     std::string usage(command.name);
     for (const Argument& argument : command.arguments) {
         std::string word = nameOf(argument);
-        if (argument.kind == Argument::Kind::WORD) {
+        if (argument.kind == Argument::Kind::WORD && argument.words.size() <= kMostChoices) {
             word.clear();
             for (const std::string_view choice : argument.words)
                 word += (word.empty() ? "" : "|") + std::string(choice);

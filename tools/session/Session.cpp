@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/session/Session.h"
 
 #include <android/log.h>
@@ -12,6 +13,7 @@
 #include "calibration/PanelTable.h"
 #include "tools/picture/DisplayPipeline.h"
 #include "tools/session/Command.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -22,63 +24,49 @@ namespace implementation = display_control::implementation;
 using implementation::ColorManager;
 using implementation::ConfigXmlParser;
 
-Timeline* logTarget = nullptr;  // of the session that lives; the log has no place to keep it
+Phone* xmlTarget = nullptr;  // of the session that lives; libxml2's handler gets the message alone
 
-std::string letterOf(int32_t priority) {
-    constexpr std::string_view kLetters = "??VDIWEFS";
-    const auto index = static_cast<size_t>(std::clamp<int32_t>(priority, 0, ANDROID_LOG_SILENT));
-    return std::string(1, kLetters[index]);
+void keepXmlMessage(const xmlError& error) {
+    const std::string file = error.file == nullptr ? "" : fs::path(error.file).filename().string();
+    const std::string_view message = error.message == nullptr ? "" : error.message;
+    xmlTarget->report(XmlMessage{file, error.line, std::string(trimmed(message))});
 }
 
-void reportLogLine(const __android_log_message* line) {
-    logTarget->report(
-        {{"event", "log"}, {"priority", letterOf(line->priority)}, {"tag", line->tag}, {"message", line->message}});
+// libxml2 2.12 made the message const: auto fits both.
+void reportXmlMessages() {
+    xmlSetStructuredErrorFunc(nullptr, [](void*, auto* error) { keepXmlMessage(*error); });
 }
 
-void reportXmlMessage(void* /*context*/, xmlErrorPtr error) {
-    std::string message = error->message == nullptr ? "" : error->message;
-    message.erase(message.find_last_not_of(" \n\r\t") + 1);
-    const std::string file = error->file == nullptr ? "" : fs::path(error->file).filename().string();
-    logTarget->report({{"event", "xml"}, {"file", file}, {"line", error->line}, {"message", message}});
-}
-
-// What the reader makes of the calibration file now, without a word in the log.
-std::unique_ptr<ConfigXmlParser> readCalibration() {
+// What the reader makes of the calibration file now, without a log line.
+std::unique_ptr<ConfigXmlParser> readSilently() {
     const int32_t priority = __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
-    xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});
-    auto record = std::make_unique<ConfigXmlParser>();
-    record->parser();
-    xmlSetStructuredErrorFunc(nullptr, reportXmlMessage);
+    xmlSetStructuredErrorFunc(nullptr, [](void*, auto*) {});
+    auto record = implementation::readCalibration();
+    reportXmlMessages();
     __android_log_set_minimum_priority(priority);
     return record;
 }
 
-Json panelState() {
+State panelState() {
     const implementation::PanelIdentity panel = implementation::identifyPanel();
     const bool hasRow = implementation::panelCalibFiles.count(panel.name.text) != 0;
-    const char* const how = panel.name.status == platform::NodeStatus::OPEN_FAILED   ? "node could not be opened"
+    const std::string how = panel.name.status == platform::NodeStatus::OPEN_FAILED   ? "node could not be opened"
                             : panel.name.status == platform::NodeStatus::READ_FAILED ? "node could not be read"
                             : hasRow                                                 ? "known panel"
                                                                                      : "panel not in the table";
     return {{"name", printable(panel.name.text)}, {"identified", how}, {"calibration file", panel.calibFile}};
 }
 
-Json calibrationState() {
-    const auto record = readCalibration();
-    Json complete = Json::array();
-    Json missing = Json::array();
-    const auto sort = [&](const char* name, bool has) { (has ? complete : missing).push_back(name); };
-    sort("CTM_WPC", record->hasCtmWpc);
-    sort("CTM_CCM", record->hasCtmCcm);
-    sort("Gamma_Calib", record->hasGammaCalib);
-    sort("Gamma_Tuning", record->hasGammaTuning);
-    sort("UnlimitedCT", record->hasUnlimitedCT);
-    sort("EyeCare", record->hasEyeCare);
-    sort("WPCParam", record->hasWpcParam);
+State calibrationState() {
+    const auto record = readSilently();
+    std::vector<std::string> complete;
+    std::vector<std::string> missing;
+    for (const implementation::CalibrationBlock& block : implementation::kCalibrationBlocks)
+        ((*record).*block.isComplete ? complete : missing).emplace_back(block.name);
     return {{"complete blocks", complete}, {"incomplete or missing blocks", missing}};
 }
 
-const char* nameOf(implementation::DisplayControlImpl::ScreenMode mode) {
+std::string nameOf(implementation::DisplayControlImpl::ScreenMode mode) {
     using Service = implementation::DisplayControlImpl;
     switch (mode) {
         case Service::SMART_ENVIRONMENT:
@@ -93,26 +81,30 @@ const char* nameOf(implementation::DisplayControlImpl::ScreenMode mode) {
     return "none yet";
 }
 
-Json colorState(const ColorManager& colors) {
-    const auto product = colors.composedCtm();
-    return {{"unlimited colour temperature level", colors.unlimitedCT},
-            {"eye-care level", colors.eyeCareCT},
-            {"colour correction", matrixToJson(colors.ccmCtm.data())},
-            {"white point", matrixToJson(colors.wpcCtm.data())},
-            {"unlimited gains", matrixToJson(colors.unlimitedCtm.data())},
-            {"eye care", matrixToJson(colors.eyeCareCtm.data())},
-            {"product", matrixToJson(product.data())},
-            {"largest output of the product", toJson(ColorManager::maxRgb(product))},
-            {"final matrix", matrixToJson(colors.finalCtm().data())},
-            {"calibrated white point", matrixToJson(colors.calibWpcCtm.data())},
-            {"calibrated colour correction", matrixToJson(colors.calibCcmCtm.data())}};
+Value matrixValue(const implementation::TMat33<float>& matrix) {
+    return matrixOf(matrix.data());
 }
 
-Json composerState(const DisplayState& state) {
-    return {{"first matrix", matrixToJson(state.first.elements.data())},
-            {"last matrix", matrixToJson(state.last.elements.data())},
-            {"de-gamma table", tableToJson(state.deGamma.entries.data())},
-            {"gamma table", tableToJson(state.gamma.entries.data())},
+State colorState(const ColorManager& colors) {
+    const auto product = colors.composedCtm();
+    return {{"unlimited colour temperature level", int64_t{colors.unlimitedCT}},
+            {"eye-care level", int64_t{colors.eyeCareCT}},
+            {"colour correction", matrixValue(colors.ccmCtm)},
+            {"white point", matrixValue(colors.wpcCtm)},
+            {"unlimited gains", matrixValue(colors.unlimitedCtm)},
+            {"eye care", matrixValue(colors.eyeCareCtm)},
+            {"product", matrixValue(product)},
+            {"largest output of the product", ColorManager::maxRgb(product)},
+            {"final matrix", matrixValue(colors.finalCtm())},
+            {"calibrated white point", matrixValue(colors.calibWpcCtm)},
+            {"calibrated colour correction", matrixValue(colors.calibCcmCtm)}};
+}
+
+State composerState(const DisplayState& state) {
+    return {{"first matrix", matrixOf(state.first.elements.data())},
+            {"last matrix", matrixOf(state.last.elements.data())},
+            {"de-gamma table", tableOf(state.deGamma.entries.data())},
+            {"gamma table", tableOf(state.gamma.entries.data())},
             {"exclusive mode", state.exclusive},
             {"tone curve", !state.toneCurve.empty()}};
 }
@@ -124,47 +116,47 @@ Session::Session(SessionOptions options, Timeline& events)
       picture(std::move(options.picture)),
       out(std::move(options.out)),
       goOnWaiting(std::move(options.goOnWaiting)),
-      simulated(options.phone, [this](const ComposerCall& call) { timeline.report(toEvent(call)); }) {
-    __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
+      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE)) {
     displayControl.allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
     __android_log_set_minimum_priority(options.logPriority);
-
-    logTarget = &timeline;
-    __android_log_set_logger(reportLogLine);
-    xmlSetStructuredErrorFunc(nullptr, reportXmlMessage);
-    platform::setNodeWriteObserver([this](std::string_view path, std::string_view bytes) {
-        timeline.report({{"event", "node"}, {"path", path}, {"bytes", printable(bytes)}});
-    });
+    xmlTarget = &simulated;
+    reportXmlMessages();
+    simulated.observe([this](const Event& event) { timeline.report({event.time, event.what}); });
 }
 
-// The phone goes on as it is, unseen, until nothing of it runs any more.
+// The service is stopped without being observed.
 Session::~Session() {
     timeline.close();
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     platform::dropAnswer(displayControl.setAlad(userHandle, 0, 0));
     displayControl.deInit();
-    platform::setNodeWriteObserver({});
     xmlSetStructuredErrorFunc(nullptr, nullptr);
-    __android_log_set_logger(__android_log_stderr_logger);
+    xmlTarget = nullptr;
     __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
-    logTarget = nullptr;
+}
+
+void Session::report(SessionEvent::What event) {
+    timeline.report({simulated.clock().now(), std::move(event)});
 }
 
 void Session::run(std::string_view line, size_t number) {
     const ParsedLine parsed = parseLine(line);
     if (parsed.command == nullptr && parsed.comment.empty()) return;
-    Json event = {{"event", "command"}, {"line", number}, {"text", parsed.text}};
-    if (!parsed.comment.empty()) event["comment"] = parsed.comment;
-    timeline.report(event);
+    report(ScriptLine{number, std::string(parsed.text), std::string(parsed.comment)});
     if (parsed.command == nullptr) return;
+    operation = parsed.command->name;
     parsed.command->run(*this, parsed.values);
-    simulated.clock().settle();  // threads that the line started have come to wait
+    simulated.clock().settle();
+    report(LineDone{});
 }
 
-void Session::answer(display_control::Result result, const Json& parts) {
-    Json event = {{"event", "answer"}, {"result", resultToJson(static_cast<int32_t>(result))}};
-    event.update(parts);
-    timeline.report(event);
+void Session::answer(Value result, Values values) {
+    simulated.clock().settle();  // what threads that have just started do precedes the answer
+    simulated.report(Answer{operation, std::move(result), std::move(values)});
+}
+
+void Session::answer(display_control::Result result, Values values) {
+    answer(composerResultName(static_cast<int32_t>(result)), std::move(values));
 }
 
 void Session::wait(std::chrono::milliseconds whole) {
@@ -175,15 +167,12 @@ void Session::wait(std::chrono::milliseconds whole) {
         simulated.clock().advance(slice);
         passed += slice;
         const bool goOn = !goOnWaiting || goOnWaiting(passed, whole);
-        if (!goOn && passed < whole) {
-            timeline.report({{"event", "answer"}, {"result", "interrupted"}});
-            return;
-        }
+        if (!goOn && passed < whole) return answer(std::string("interrupted"));
     } while (passed < whole);
 }
 
 void Session::writePicture(const std::string& name, uint64_t display) {
-    const auto state = simulated.shown(display);
+    const auto state = simulated.composer().stateOf(display);
     if (!state)
         throw ScriptError("the composer has no display " + std::to_string(display) + " now; expected one it has");
     if (out.empty()) return;
@@ -193,32 +182,29 @@ void Session::writePicture(const std::string& name, uint64_t display) {
     if (error) throw ScriptError(out.string() + ": " + error.message() + "; expected a folder that can be written");
     const fs::path file = out / (name + ".png");
     savePng(shown.picture, file);
-    timeline.report({{"event", "picture"},
-                     {"file", file.string()},
-                     {"display", display},
-                     {"pixels", picture.pixels.size() / 3},
-                     {"clippedPixels", shown.clippedPixels}});
+    report(WrittenPicture{file.string(), display, picture.pixels.size() / 3, shown.clippedPixels});
 }
 
-Json Session::displayState(uint64_t display) const {
-    Json state = {{"service", colorState(displayControl.displayColors()[display])}};
-    const auto held = simulated.shown(display);
-    state["composer"] = held ? composerState(*held) : Json("not there, or has no such display");
-    return state;
+State Session::displayState(uint64_t display) const {
+    const StateEntry service = {"service", false, colorState(displayControl.displayColors()[display])};
+    const auto held = simulated.composer().stateOf(display);
+    if (held) return {service, {"composer", false, composerState(*held)}};
+    return {service, {"composer", "stopped, or has no such display"}};
 }
 
 void Session::noteCalibration() {
     calibration = panelState();
-    calibration.update(calibrationState());
+    const State blocks = calibrationState();
+    calibration.insert(calibration.end(), blocks.begin(), blocks.end());
 }
 
-Json Session::state() const {
-    Json state = {{"panel and calibration, as last read", calibration},
-                  {"screen mode", nameOf(displayControl.currentScreenMode())}};
+State Session::state() const {
+    State state = {{"panel and calibration, as last read", "not read yet", calibration},
+                   {"screen mode", nameOf(displayControl.currentScreenMode())}};
     for (uint64_t display = 0; display < displayControl.displayColors().size(); ++display) {
-        state["display " + std::to_string(display)] = displayState(display);
+        state.push_back({"display " + std::to_string(display), false, displayState(display)});
     }
-    if (displayControl.displayColors().empty()) state["displays"] = "none known";
+    if (displayControl.displayColors().empty()) state.push_back({"displays", "none known"});
     return state;
 }
 

@@ -1,4 +1,5 @@
-// A session on the simulated phone: the real service, the phone around it, and what is told of both.
+// SPDX-License-Identifier: Apache-2.0
+// A session on the simulated phone: the real service, the phone around it, and what happens to both.
 #pragma once
 
 #include <android/log.h>
@@ -8,9 +9,11 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "service/DisplayControlImpl.h"
-#include "simulator/SimulatedPhone.h"
+#include "simulator/Phone.h"
 #include "tools/picture/Picture.h"
 #include "tools/session/Timeline.h"
 
@@ -19,19 +22,21 @@ namespace simulator {
 namespace display_control = ::vendor::kov::hardware::display_control::V1_0;
 
 struct SessionOptions {
-    std::optional<std::filesystem::path> phone;  // used as it stands; otherwise a fresh copy of the sample phone
+    std::optional<std::filesystem::path> phone;  // used where it is; otherwise a fresh copy of the sample phone
     Picture picture;                             // what is on the screen
     std::filesystem::path out;                   // folder for pictures, made for the first one; empty: none is written
     int32_t logPriority = ANDROID_LOG_DEBUG;     // lines below it are suppressed
-    // Asked again and again while the script waits, the last time with all of it passed; false ends the wait.
+    // Called again and again while the script waits, the last time with all of it passed; false ends the wait.
     std::function<bool(std::chrono::milliseconds passed, std::chrono::milliseconds whole)> goOnWaiting;
 };
 
-// Carries out the lines of a script and reports to the timeline whatever they cause, in the order in which it happens.
-// Time stands still but for the command that waits. Besides what its phone takes of the process, a session takes the
-// log, the node observer and libxml2's error handler while it lives, so there is one at a time, used by one thread.
+// Carries out the lines of a script and reports everything that they cause to the timeline, in the order in which it
+// happens. Time passes only in the command that waits. Besides what its Phone owns while it lives, a session owns the
+// log's minimum priority and libxml2's error handler; so there is one at a time, used by one thread.
 class Session {
 public:
+    using Values = std::vector<std::pair<std::string, Value>>;
+
     // Throws std::runtime_error when the phone's files cannot be had.
     Session(SessionOptions options, Timeline& timeline);
     ~Session();
@@ -45,11 +50,12 @@ public:
     display_control::implementation::DisplayControlImpl& service() { return displayControl; }
     uint64_t handle() const { return userHandle; }
     void setHandle(uint64_t handle) { userHandle = handle; }
-    SimulatedPhone& phone() { return simulated; }
+    Phone& phone() { return simulated; }
 
-    void report(const Json& event) { timeline.report(event); }
-    // Reports what a served operation answered.
-    void answer(display_control::Result result, const Json& parts = Json::object());
+    void report(SessionEvent::What event);
+    // Reports what the operation of the line that runs answered.
+    void answer(Value result, Values values = {});
+    void answer(display_control::Result result, Values values = {});
 
     // Lets time pass.
     void wait(std::chrono::milliseconds whole);
@@ -57,21 +63,21 @@ public:
     void writePicture(const std::string& name, uint64_t display);
     // Remembers what the calibration is that the service has just read.
     void noteCalibration();
-    // The state of the service and of everything it stands on.
-    Json state() const;
-    void show() { timeline.report({{"event", "state"}, {"state", state()}}); }
+    State state() const;
+    void show() { report(state()); }
 
 private:
-    Json displayState(uint64_t display) const;
+    State displayState(uint64_t display) const;
 
     Timeline& timeline;
     const Picture picture;
     const std::filesystem::path out;
     const std::function<bool(std::chrono::milliseconds, std::chrono::milliseconds)> goOnWaiting;
-    SimulatedPhone simulated;
+    Phone simulated;
     display_control::implementation::DisplayControlImpl displayControl;
     uint64_t userHandle = 0;
-    Json calibration = "not read yet";
+    std::string operation;  // the command that runs
+    State calibration;      // empty until it is read
 };
 
 }  // namespace simulator

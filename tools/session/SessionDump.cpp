@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/session/SessionDump.h"
 
 #include <unistd.h>
@@ -8,7 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "simulator/closed/ToneCurve.h"
+#include "tools/session/SessionJson.h"
 
 namespace simulator {
 
@@ -16,22 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Path = Json::json_pointer;
-
-void nameToneCurve(Json& pair) {
-    const auto level = levelOfToneCurve(pair["values"].get<std::vector<int64_t>>());
-    if (!level) return;
-    pair.erase("values");
-    pair["toneCurveLevel"] = *level;
-}
-
-Json callOf(Json event) {
-    event.erase("event");
-    event.erase("toneCurveLevel");  // each pair that holds a curve says it
-    if (event.contains("params")) {
-        for (Json& pair : event["params"]) nameToneCurve(pair);
-    }
-    return event;
-}
 
 bool isSame(const Json& a, const Json& b) {
     if (a != b) return false;
@@ -100,15 +85,18 @@ void write(std::ostream& stream, const Json& value, const std::string& indent) {
 
 Json dumpOf(ScriptFile& script, SessionOptions options) {
     Json calls = Json::array();
-    Timeline timeline([&calls](const Json& event) {
-        if (event.at("event") == "composer") calls.push_back(callOf(event));
+    Timeline timeline([&calls](const SessionEvent& event) {
+        const auto* const call = phoneEvent<ComposerCall>(event);
+        if (call == nullptr) return;
+        calls.push_back(callToJson(*call, Curves::AS_LEVELS));
+        calls.back()["ms"] = event.milliseconds();
     });
     options.out.clear();
     options.picture = {};
     Session session(std::move(options), timeline);
     script.run(session, std::cout);
     timeline.close();
-    return {{"calls", calls}, {"state", session.state()}};
+    return {{"calls", calls}, {"state", stateToJson(session.state())}};
 }
 
 std::optional<Difference> firstDifference(const Json& expected, const Json& got) {

@@ -1,18 +1,19 @@
-// What the composer was told in a session and what is held at its end, as a file to compare later sessions with.
+// SPDX-License-Identifier: Apache-2.0
+// The composer's calls in a session and the state at its end, as a file to compare later sessions with.
 #pragma once
 
 #include <filesystem>
 #include <optional>
 #include <string>
 
-#include "tools/session/Event.h"
+#include "tools/json/Json.h"
 #include "tools/session/ScriptFile.h"
 
 namespace simulator {
 
 // An object of "calls", the composer's calls in their order, and "state", what `show` gives at the end. The same on
-// every machine: no path of it, no line of the log. A tone curve is named by its level where it is one of the
-// stand-in's. Pictures of the script are not written. Throws what ScriptFile::run throws.
+// every machine: no path of it, no line of the log. A tone curve of the simulated library is named by
+// its level. Pictures of the script are not written. Throws what ScriptFile::run throws.
 Json dumpOf(ScriptFile& script, SessionOptions options);
 
 // The first place where two dumps differ. Floats are the same when their bits are.

@@ -1,21 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/session/Timeline.h"
 
-#include <platform/Clock.h>
+#include <android/log.h>
 
 #include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstdio>
+#include <optional>
 #include <string_view>
 #include <utility>
+
+#include "tools/session/SessionJson.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
 namespace {
 
-constexpr size_t kNameColumn = 12;  // where the kind of an event begins, after its time
-constexpr size_t kTextColumn = 22;  // where what it says begins
-constexpr size_t kMatrixSize = 9;
+constexpr size_t kTextColumn = 22;  // where an event's text begins, after its time and kind
 
 std::string blanks(size_t count) {
     return std::string(count, ' ');
@@ -25,30 +26,27 @@ std::string padded(std::string_view text, size_t width) {
     return std::string(text) + blanks(text.size() < width ? width - text.size() : 1);
 }
 
-bool isMatrix(const Json& value) {
-    return value.is_array() && value.size() == kMatrixSize && !value[0].is_structured();
+// Seconds, and the kind of event.
+std::string headOf(const SessionEvent& event, std::string_view kind) {
+    constexpr size_t kKindColumn = 12;
+    char seconds[32];
+    snprintf(seconds, sizeof seconds, "%10.3f  ", static_cast<double>(event.milliseconds()) / 1000);
+    return seconds + padded(kind, kTextColumn - kKindColumn);
 }
 
-bool isIdentity(const Json& matrix) {
-    static const Json identity = matrixToJson(std::array<float, kMatrixSize>{1, 0, 0, 0, 1, 0, 0, 0, 1}.data());
-    return matrix == identity;
+// --- The state: numbers with six decimals, matrices in three rows ---
+
+std::string decimals(float value) {
+    char text[64];
+    snprintf(text, sizeof text, "%.6f", static_cast<double>(value));
+    return text;
 }
 
-std::string scalarText(const Json& value) {
-    if (value.is_string()) return value.get<std::string>();
-    if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
-    if (!value.is_number_float()) return value.dump();
-    std::array<char, 64> text{};
-    snprintf(text.data(), text.size(), "%.6f", static_cast<double>(value.get<float>()));
-    return text.data();
-}
-
-// Three rows, each below the one before.
-std::string matrixText(const Json& matrix, size_t indent) {
+std::string rowsOf(const Matrix& matrix, size_t indent) {
     constexpr size_t kColumnWidth = 11;
     std::string text;
-    for (size_t i = 0; i < kMatrixSize; ++i) {
-        const std::string element = scalarText(matrix[i]);
+    for (size_t i = 0; i < matrix.size(); ++i) {
+        const std::string element = decimals(matrix[i]);
         const bool rowBegins = i % 3 == 0;
         if (rowBegins && i > 0) text += "\n" + blanks(indent);
         const size_t width = rowBegins ? kColumnWidth - 2 : kColumnWidth;
@@ -57,184 +55,173 @@ std::string matrixText(const Json& matrix, size_t indent) {
     return text;
 }
 
-std::string listText(const Json& list) {
-    constexpr size_t kLongest = 16;
-    if (list.empty()) return "none";
-    if (list.size() > kLongest) return std::to_string(list.size()) + " values";
+std::string samplesOf(const Table& table) {
     std::string text;
-    for (const Json& value : list) text += (text.empty() ? "" : ", ") + scalarText(value);
+    for (const size_t index : kTableSamples)
+        text += (text.empty() ? "" : "  ") + std::to_string(index) + ": " + decimals((*table)[index]);
     return text;
 }
 
-std::string valueText(const Json& value, size_t indent) {
-    if (isMatrix(value)) return isIdentity(value) ? "identity" : matrixText(value, indent);
-    if (value.is_array()) return listText(value);
-    if (!value.is_object()) return scalarText(value);
-    std::string pairs;
-    for (const auto& [key, element] : value.items()) {
-        pairs += (pairs.empty() ? "" : "  ") + key + ": " + valueText(element, indent);
-    }
-    return pairs;
+std::string stateValueText(const Value& value, size_t indent) {
+    if (const auto* const number = std::get_if<float>(&value)) return decimals(*number);
+    if (const auto* const table = std::get_if<Table>(&value)) return samplesOf(*table);
+    const auto* const matrix = std::get_if<Matrix>(&value);
+    return matrix == nullptr || *matrix == kIdentity ? valueText(value) : rowsOf(*matrix, indent);
 }
 
-// The samples of a table, named by their index, fit on one line; other objects are a block of lines.
-bool isBlock(const Json& value) {
-    constexpr std::string_view kDigits = "0123456789";
-    return value.is_object() && value.begin().key().find_first_not_of(kDigits) != std::string::npos;
-}
-
-// One named value a line; values of values indented below their name.
-std::string blockText(const Json& object, size_t indent) {
+// An entry a line; a group's entries are indented below its name.
+std::string stateText(const State& state, size_t indent) {
     constexpr size_t kNesting = 2;
     size_t nameWidth = 0;
-    for (const auto& [key, value] : object.items()) {
-        if (!isBlock(value)) nameWidth = std::max(nameWidth, key.size() + 2);
+    for (const StateEntry& entry : state) {
+        if (entry.entries.empty()) nameWidth = std::max(nameWidth, entry.name.size() + 2);
     }
     std::string text;
-    for (const auto& [key, value] : object.items()) {
-        text += (text.empty() ? "" : "\n" + blanks(indent));
-        text += isBlock(value) ? key + "\n" + blanks(indent + kNesting) + blockText(value, indent + kNesting)
-                               : padded(key, nameWidth) + valueText(value, indent + nameWidth);
+    for (const StateEntry& entry : state) {
+        text += text.empty() ? "" : "\n" + blanks(indent);
+        text += entry.entries.empty()
+                    ? padded(entry.name, nameWidth) + stateValueText(entry.value, indent + nameWidth)
+                    : entry.name + "\n" + blanks(indent + kNesting) + stateText(entry.entries, indent + kNesting);
     }
     return text;
 }
 
-// The scalars of an event's parts on one line, then end, and what is larger below.
-std::string partsText(const Json& event, std::initializer_list<std::string_view> elsewhere,
-                      const std::string& end = "") {
-    std::string line;
-    Json larger = Json::object();
-    for (const auto& [key, value] : event.items()) {
-        if (std::find(elsewhere.begin(), elsewhere.end(), key) != elsewhere.end()) continue;
-        if (value.is_structured()) {
-            larger[key] = value;
-        } else {
-            line += "  " + key + " " + scalarText(value);
-        }
+// --- Ramps of the tone curve ---
+
+// The level of a message that carries a tone curve alone and that the composer took; nothing for other events.
+std::optional<int> stepLevel(const SessionEvent& event) {
+    const ComposerCall* const call = phoneEvent<ComposerCall>(event);
+    if (call == nullptr || call->params.size() != 1 || call->display != 0 || call->enable != 1) return std::nullopt;
+    if (call->outcome.kind != Outcome::Kind::ANSWERED || call->outcome.result != 0) return std::nullopt;
+    return toneCurveLevelOf(*call);
+}
+
+// Messages in a row whose levels are one apart, in one direction and at equal intervals.
+class Ramp {
+public:
+    // False if event does not continue the ramp; then it has not been added.
+    bool add(const SessionEvent& event) {
+        const auto level = stepLevel(event);
+        if (!level || !continues(event, *level)) return false;
+        events.push_back(event);
+        levels.push_back(*level);
+        return true;
     }
-    if (larger.empty()) return line + end;
-    return line + end + "\n" + blanks(kTextColumn + 2) + blockText(larger, kTextColumn + 2);
-}
 
-std::string textOf(const Json& event, const char* key) {
-    return event.at(key).get<std::string>();
-}
+    std::vector<SessionEvent> take() {
+        levels.clear();
+        return std::exchange(events, {});
+    }
 
-std::string answerText(const Json& event) {
-    return scalarText(event.at("result")) + partsText(event, {"event", "result", "ms"});
-}
+    // "setAladParams 0 on, levels 3 to 41 in 39 messages, 20 ms apart"; empty for less than three messages.
+    std::string text() const {
+        if (events.size() < 3) return "";
+        return "setAladParams 0 on, levels " + std::to_string(levels.front()) + " to " + std::to_string(levels.back()) +
+               " in " + std::to_string(events.size()) + " messages, " +
+               std::to_string(events[1].milliseconds() - events[0].milliseconds()) + " ms apart";
+    }
 
-std::string composerText(const Json& event) {
-    const std::string result = "  -> " + textOf(event, "result");
-    return textOf(event, "call") + partsText(event, {"event", "call", "result", "params", "ms"}, result);
-}
+private:
+    bool continues(const SessionEvent& event, int level) const {
+        if (events.empty()) return true;
+        const int step = level - levels.back();
+        if (step != 1 && step != -1) return false;
+        return events.size() < 2 ||
+               (step == levels[1] - levels[0] && event.time - events.back().time == events[1].time - events[0].time);
+    }
 
-std::string logText(const Json& event) {
-    return textOf(event, "priority") + "  " + textOf(event, "message");
-}
-
-std::string nodeText(const Json& event) {
-    const std::string path = textOf(event, "path");
-    return path.substr(path.rfind('/') + 1) + " <- \"" + textOf(event, "bytes") + "\"";
-}
-
-std::string fileText(const Json& event) {
-    return textOf(event, "path") + " <- " + textOf(event, "from");
-}
-
-std::string xmlText(const Json& event) {
-    return textOf(event, "file") + ":" + event.at("line").dump() + ": " + textOf(event, "message");
-}
-
-std::string pictureText(const Json& event) {
-    return textOf(event, "file") + "  display " + event.at("display").dump() + ": " + event.at("clippedPixels").dump() +
-           " of " + event.at("pixels").dump() + " pixels clipped";
-}
-
-// One row per kind of event that stands below a command.
-struct Kind {
-    std::string_view name;
-    std::string (*text)(const Json& event);
+    std::vector<SessionEvent> events;
+    std::vector<int> levels;
 };
-constexpr std::array<Kind, 8> kKinds = {{
-    {"answer", answerText},
-    {"composer", composerText},
-    {"node", nodeText},
-    {"file", fileText},
-    {"log", logText},
-    {"xml", xmlText},
-    {"picture", pictureText},
-    {"state", [](const Json& event) { return blockText(event.at("state"), kTextColumn); }},
-}};
 
-// A script's line as it stands, its comment aligned with those of its neighbours.
-std::string commandText(const Json& event) {
+// --- All of it ---
+
+// A script's line as it is, its comment aligned with those of its neighbours.
+std::string commandText(const ScriptLine& line) {
     constexpr size_t kCommentColumn = 40;
-    std::array<char, 16> number{};
-    snprintf(number.data(), number.size(), "%4d  ", event.at("line").get<int>());
-    const std::string command = textOf(event, "text");
-    const std::string comment = event.value("comment", "");
-    if (command.empty()) return number.data() + comment;
-    return number.data() + (comment.empty() ? command : padded(command, kCommentColumn) + comment);
+    char number[24];
+    snprintf(number, sizeof number, "%4zu  ", line.number);
+    if (line.text.empty()) return number + line.comment;
+    return number + (line.comment.empty() ? line.text : padded(line.text, kCommentColumn) + line.comment);
 }
 
-// Seconds, as wide as kNameColumn.
-std::string timeText(const Json& event) {
-    constexpr double kMillisecondsPerSecond = 1000;
-    std::array<char, 32> text{};
-    snprintf(text.data(), text.size(), "%10.3f  ", event.at("ms").get<double>() / kMillisecondsPerSecond);
-    return text.data();
-}
-
-std::string eventText(const Json& event) {
-    const std::string name = textOf(event, "event");
-    if (name == "command") return commandText(event);
-    const auto* const kind =
-        std::find_if(kKinds.begin(), kKinds.end(), [&name](const Kind& candidate) { return candidate.name == name; });
-    return timeText(event) + padded(name, kTextColumn - kNameColumn) + kind->text(event);
-}
-
-std::string jsonText(const Json& event) {
-    return event.dump(-1, ' ', false, Json::error_handler_t::replace);
+std::string pictureText(const WrittenPicture& picture) {
+    return picture.file + "  display " + std::to_string(picture.display) + ": " +
+           std::to_string(picture.clippedPixels) + " of " + std::to_string(picture.pixels) + " pixels clipped";
 }
 
 class TextWriter {
 public:
     TextWriter(std::ostream& output, Timeline::Look textLook) : stream(output), look(textLook) {}
 
-    void operator()(const Json& event) {
-        const bool isCommand = event.at("event") == "command";
-        const bool isRemark = isCommand && event.at("text") == "";
-        if (isCommand && !look.commands) return;
-        if (isCommand && !(isRemark && lastWasRemark)) stream << "\n";
-        lastWasRemark = isRemark;
-        stream << colored(event, harmless(eventText(event))) << "\n" << std::flush;
+    void operator()(const SessionEvent& event) {
+        if (!look.all && phoneEvent<ClosedCall>(event) != nullptr) return;
+        if (!look.all && ramp.add(event)) return;
+        writeRamp();
+        if (!look.all && ramp.add(event)) return;
+        std::visit([&](const auto& what) { write(event, what); }, event.what);
     }
 
 private:
-    // A script's lines bold, errors of the log red.
-    std::string colored(const Json& event, const std::string& text) const {
-        const bool isError = event.value("priority", "") == "E";
-        if (!look.color || (!isError && event.at("event") != "command")) return text;
-        return (isError ? "\x1b[31m" : "\x1b[1m") + text + "\x1b[0m";
+    void writeRamp() {
+        const std::string text = ramp.text();
+        const std::vector<SessionEvent> events = ramp.take();
+        if (!text.empty()) return writeLine(headOf(events.front(), "composer") + text);
+        for (const SessionEvent& event : events) write(event, std::get<Event::What>(event.what));
     }
+
+    void write(const SessionEvent& event, const Event::What& what) {
+        const std::string_view kind = kindOf(what);
+        const auto* const line = std::get_if<LogLine>(&what);
+        const bool isError = line != nullptr && line->priority >= ANDROID_LOG_ERROR;
+        writeLine(headOf(event, kind) + textOf(what).substr(kind.size() + 1), isError ? kRed : "");
+    }
+    void write(const SessionEvent& /*event*/, const ScriptLine& line) {
+        const bool isRemark = line.text.empty();
+        if (!look.commands) return;
+        if (!(isRemark && lastWasRemark)) stream << "\n";  // lines of comment stay together
+        writeLine(commandText(line), kBold);
+        lastWasRemark = isRemark;
+    }
+    void write(const SessionEvent& /*event*/, const LineDone& /*done*/) {}
+    void write(const SessionEvent& event, const InstalledFile& file) {
+        writeLine(headOf(event, "file") + file.path + " <- " + file.from);
+    }
+    void write(const SessionEvent& event, const WrittenPicture& picture) {
+        writeLine(headOf(event, "picture") + pictureText(picture));
+    }
+    void write(const SessionEvent& event, const State& state) {
+        writeLine(headOf(event, "state") + stateText(state, kTextColumn));
+    }
+
+    void writeLine(const std::string& text, std::string_view color = "") {
+        lastWasRemark = false;
+        const bool colored = look.color && !color.empty();
+        stream << (colored ? color : "") << harmless(text) << (colored ? "\x1b[0m" : "") << "\n" << std::flush;
+    }
+
+    static constexpr std::string_view kRed = "\x1b[31m";
+    static constexpr std::string_view kBold = "\x1b[1m";
 
     std::ostream& stream;
     const Timeline::Look look;
-    bool lastWasRemark = false;  // lines of comment stand together
+    Ramp ramp;
+    bool lastWasRemark = false;
 };
 
 Timeline::Sink writerTo(std::ostream& output, Timeline::Format format, Timeline::Look look) {
     if (format == Timeline::Format::TEXT) return TextWriter(output, look);
-    return [&output](const Json& event) { output << jsonText(event) << "\n" << std::flush; };
+    return [&output](const SessionEvent& event) {
+        const Json json = sessionEventToJson(event);
+        if (!json.is_null()) output << lineOf(json) << "\n" << std::flush;
+    };
 }
 
 }  // namespace
 
 Timeline::Timeline(std::ostream& output, Format format, Look look) : sink(writerTo(output, format, look)) {}
 
-void Timeline::report(Json event) {
-    event["ms"] = std::chrono::duration_cast<std::chrono::milliseconds>(platform::clock().now()).count();
+void Timeline::report(SessionEvent event) {
     const platform::Lock lock(mutex);
     if (!closed) sink(event);
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Shows a session while it runs.
 #pragma once
 
@@ -6,35 +7,34 @@
 #include <functional>
 #include <ostream>
 
-#include "tools/session/Event.h"
+#include "tools/session/SessionEvent.h"
 
 namespace simulator {
 
-// Hands every event on at once, in the order in which report() is called, with the time of the process's clock. Any
-// thread may call it.
+// Hands on every event at once, in the order of the calls of report(). Any thread may call it.
 class Timeline {
 public:
     enum class Format {
         TEXT,  // for people: aligned
-        JSON,  // for programs: one object a line
+        JSON,  // for programs: one object a line, every event
     };
 
     // How the text looks.
     struct Look {
         bool color = false;    // with a terminal's colours
         bool commands = true;  // with the script's lines
+        bool all = false;      // with the calls of the closed libraries, and each message of a ramp on its own line
     };
-    using Sink = std::function<void(const Json& event)>;
+    using Sink = std::function<void(const SessionEvent& event)>;
 
     // Each event goes to sink, one at a time.
     explicit Timeline(Sink eventSink) : sink(std::move(eventSink)) {}
-    // Each event is written to output, which stays the caller's and outlives the timeline.
-    Timeline(std::ostream& output, Format format, Look look = {false, true});
+    // Each event is written to output, which the caller owns and keeps for as long as the timeline lives.
+    Timeline(std::ostream& output, Format format, Look look = {false, true, false});
 
-    // event is an object with the key "event". In JSON the time is the key "ms", in whole milliseconds.
-    void report(Json event) PLATFORM_EXCLUDES(mutex);
+    void report(SessionEvent event) PLATFORM_EXCLUDES(mutex);
 
-    // Nothing that is reported from now on is handed on.
+    // Drops what is reported from now on.
     void close() PLATFORM_EXCLUDES(mutex);
 
 private:

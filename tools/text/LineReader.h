@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The lines of a text that people wrote.
 #pragma once
 
@@ -11,8 +12,8 @@ class LineReader {
 public:
     static constexpr size_t kLongest = 1 << 16;  // bytes of a line
 
-    // The stream is read as far as lines are asked for. In messages the text is called name, and expected is what it
-    // should be, such as "a script".
+    // Reads from stream one line at a time. Messages call the text name and say that expected was expected, such as
+    // "a script".
     LineReader(std::istream& stream, std::string name, std::string expected);
 
     // Goes to the next line; false at the end. Throws std::runtime_error, "NAME:LINE: what is wrong; what was

@@ -41,14 +41,14 @@ typedef void (*__android_logger_function)(const struct __android_log_message* lo
 // priority is not formatted. Returns 1 if the line was passed on, 0 if it was suppressed.
 int __android_log_print(int prio, const char* tag, const char* fmt, ...) __attribute__((format(printf, 3, 4)));
 
-// Replaces the process's logger; null restores the default one. The logger is called on the thread that logs, on several
-// threads at once.
+// Replaces the process's logger; null restores the default one. The logger is called on the thread that logs, on
+// several threads at once.
 void __android_log_set_logger(__android_logger_function logger);
 
 // The default logger: "D/TAG( pid): text" and a line feed, in one write to standard error.
 void __android_log_stderr_logger(const struct __android_log_message* log_message);
 
-// Suppresses lines below this priority; at first none is suppressed. Returns the previous minimum.
+// Suppresses lines below this priority. By default no line is suppressed. Returns the previous minimum.
 int32_t __android_log_set_minimum_priority(int32_t priority);
 int32_t __android_log_get_minimum_priority(void);
 

@@ -12,8 +12,8 @@ namespace platform {
 // Path to open for the phone's absolutePath: the device root followed by absolutePath.
 std::string devicePath(std::string_view absolutePath);
 
-// Sets the folder that represents the phone's "/". Empty at first: the phone's own paths. Set it while no other thread
-// uses device files.
+// Sets the folder that represents the phone's "/". By default it is empty: paths are used as written. Set it while no
+// other thread uses device files.
 void setDeviceRoot(std::string root);
 
 enum class NodeStatus {

@@ -24,17 +24,17 @@ inline bool isLogged(int32_t priority) {
 // PLATFORM_LOG(priority, format, arguments...). The arguments of a suppressed line are not evaluated.
 // The "%.0s" at the end prints an empty text: so a format without arguments has one, as C++17 requires.
 #define PLATFORM_LOG(priority, ...) PLATFORM_LOG_LINE(priority, __VA_ARGS__, "")
-#define PLATFORM_LOG_LINE(priority, format, ...)                                                          \
-    do {                                                                                                  \
-        if (platform::isLogged(priority))                                                                 \
-            __android_log_print(priority, platform::kLogTag, "%s:%d: " format "%.0s", __func__, __LINE__, \
-                                __VA_ARGS__);                                                             \
+#define PLATFORM_LOG_LINE(priority, format, ...)                                                            \
+    do {                                                                                                    \
+        if (::platform::isLogged(priority))                                                                 \
+            __android_log_print(priority, ::platform::kLogTag, "%s:%d: " format "%.0s", __func__, __LINE__, \
+                                __VA_ARGS__);                                                               \
     } while (false)
 
 // The same without function name and line.
-#define PLATFORM_LOG_BARE(priority, ...)                                                                 \
-    do {                                                                                                 \
-        if (platform::isLogged(priority)) __android_log_print(priority, platform::kLogTag, __VA_ARGS__); \
+#define PLATFORM_LOG_BARE(priority, ...)                                                                     \
+    do {                                                                                                     \
+        if (::platform::isLogged(priority)) __android_log_print(priority, ::platform::kLogTag, __VA_ARGS__); \
     } while (false)
 
 #define PLATFORM_LOG_DEBUG(...) PLATFORM_LOG(ANDROID_LOG_DEBUG, __VA_ARGS__)

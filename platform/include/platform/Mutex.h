@@ -2,10 +2,11 @@
 // Locks that Clang's thread-safety analysis checks: access to a guarded member without its mutex fails the build.
 #pragma once
 
+#include <pthread.h>
+
 #include <atomic>
-#include <condition_variable>
+#include <chrono>
 #include <cstdint>
-#include <mutex>
 
 #if defined(__clang__)
 #define PLATFORM_THREAD_ANNOTATION(attribute) __attribute__((attribute))
@@ -24,51 +25,59 @@ namespace platform {
 
 // Locked only through a Lock.
 class PLATFORM_CAPABILITY("mutex") Mutex {
+public:
+    Mutex() = default;
+    ~Mutex() { pthread_mutex_destroy(&mutex); }
+    Mutex(const Mutex&) = delete;
+    Mutex& operator=(const Mutex&) = delete;
+
+private:
     friend class Lock;
-    std::mutex mutex;
+    friend class Condition;
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
 };
 
 // Holds a mutex until the end of the scope.
 class PLATFORM_SCOPED_CAPABILITY Lock {
 public:
-    explicit Lock(Mutex& held) PLATFORM_ACQUIRE(held) : lock(held.mutex), heldMutex(held) {}
-    ~Lock() PLATFORM_RELEASE() = default;
+    explicit Lock(Mutex& mutex) PLATFORM_ACQUIRE(mutex) : heldMutex(mutex) { pthread_mutex_lock(&heldMutex.mutex); }
+    ~Lock() PLATFORM_RELEASE() { pthread_mutex_unlock(&heldMutex.mutex); }
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 
     Mutex& mutex() const { return heldMutex; }
 
 private:
-    friend class Condition;
-    std::unique_lock<std::mutex> lock;
     Mutex& heldMutex;
 };
 
-// A condition variable that counts its notifications, so that the virtual clock can tell them from spurious wake-ups.
-// It belongs to one mutex, which every caller holds. To wait, call Clock::waitUntil.
+// A condition variable on the monotonic clock. It counts its notifications, so that the virtual clock can tell them
+// from spurious wake-ups. It belongs to one mutex, which every caller holds. To wait, call Clock::waitUntil.
 class Condition {
 public:
+    Condition();
+    ~Condition() { pthread_cond_destroy(&condition); }
+    Condition(const Condition&) = delete;
+    Condition& operator=(const Condition&) = delete;
+
     void notifyOne() {
         ++count;
-        condition.notify_one();
+        pthread_cond_signal(&condition);
     }
     void notifyAll() {
         ++count;
-        condition.notify_all();
+        pthread_cond_broadcast(&condition);
     }
 
     // Number of notifications so far. May be called without the mutex.
     uint64_t notifications() const { return count; }
 
-    // Return on a notification or spuriously; waitUntil also returns at the deadline.
-    void wait(Lock& lock) { condition.wait(lock.lock); }
-    template <typename TimePoint>
-    void waitUntil(Lock& lock, TimePoint deadline) {
-        condition.wait_until(lock.lock, deadline);
-    }
+    // Return on a notification or spuriously; waitUntil also returns at the deadline, a time of CLOCK_MONOTONIC.
+    void wait(Lock& lock) { pthread_cond_wait(&condition, &lock.mutex().mutex); }
+    void waitUntil(Lock& lock, std::chrono::nanoseconds deadline);
 
 private:
-    std::condition_variable condition;
+    pthread_cond_t condition;
     std::atomic<uint64_t> count{0};
 };
 

@@ -9,7 +9,7 @@
 
 namespace platform {
 
-// Truncates toward zero. A value outside the int32_t range gives the nearest bound, NaN gives 0.
+// Truncates toward zero. A value outside the int32_t range becomes the nearest bound; NaN becomes 0.
 inline int32_t toInt32(double value) {
     using Limits = std::numeric_limits<int32_t>;
     if (std::isnan(value)) return 0;

@@ -14,7 +14,7 @@ namespace platform {
 using android::hidl::base::V1_0::IBase;
 
 // Publishes service under its interface's name and an instance name; replaces an earlier one. Returns UNKNOWN_ERROR if
-// service is null.
+// service is null or services are refused.
 android::status_t addService(const std::string& interfaceName, const std::string& instance,
                              const android::sp<IBase>& service);
 
@@ -23,5 +23,8 @@ android::sp<IBase> findService(std::string_view interfaceName, std::string_view 
 
 // Removes every service from the registry. References held elsewhere stay valid.
 void clearServices();
+
+// While refused, addService publishes nothing, as on a phone whose manifest or policy does not name the service.
+void refuseServices(bool refused);
 
 }  // namespace platform

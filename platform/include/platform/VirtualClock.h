@@ -9,9 +9,9 @@
 
 namespace platform {
 
-// Time passes only in advance() and join(). They go from one deadline to the next: each wakes the thread that waits for
-// the deadline and continues when all threads of this clock wait again or have ended. So a minute of virtual time takes
-// as long as the work in it, and the order of events is always the same.
+// Time passes only in advance() and join(). They step from one deadline to the next: each step wakes the thread that
+// waits for the deadline, and ends when all threads of this clock wait again or have ended. So a minute of virtual time
+// takes only as long as its work, and the order of events is always the same.
 //
 // One thread steps the clock: the one that starts the others. All threads of the clock are joined before it is
 // destroyed.
@@ -33,7 +33,7 @@ public:
     // Lets time pass until the thread ends. Not for threads that this clock started.
     void join(Thread& thread) override;
 
-    // Lets duration pass, its last instant included.
+    // Lets duration pass, and wakes threads whose deadline is at its end too.
     void advance(Duration duration);
 
     // Returns when every thread of this clock waits or has ended. No time passes.

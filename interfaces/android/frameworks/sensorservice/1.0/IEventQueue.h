@@ -8,7 +8,7 @@
 
 namespace android::frameworks::sensorservice::V1_0 {
 
-// Keeps the callback that it was made with alive for as long as it lives itself.
+// Holds a reference to its callback until it is destroyed.
 struct IEventQueue : public ::android::hidl::base::V1_0::IBase {
     // Sampling period and largest report latency in microseconds.
     virtual ::android::hardware::Return<Result> enableSensor(int32_t sensorHandle, int32_t samplingPeriodUs,

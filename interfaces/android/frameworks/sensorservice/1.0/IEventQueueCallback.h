@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Where a queue of sensor events delivers.
+// Receiver of sensor events.
 #pragma once
 
 #include <android/hardware/sensors/1.0/types.h>
@@ -9,7 +9,7 @@
 namespace android::frameworks::sensorservice::V1_0 {
 
 struct IEventQueueCallback : public ::android::hidl::base::V1_0::IBase {
-    // Called on a thread of the sensor side.
+    // Called on a thread of the sensor service.
     virtual ::android::hardware::Return<void> onEvent(const ::android::hardware::sensors::V1_0::Event& event) = 0;
 };
 

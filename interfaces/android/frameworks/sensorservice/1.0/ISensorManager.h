@@ -25,7 +25,7 @@ struct ISensorManager : public ::android::hidl::base::V1_0::IBase {
     virtual ::android::hardware::Return<void> createEventQueue(
         const sp<IEventQueueCallback>& eventCallback, std::function<void(const sp<IEventQueue>&, Result)> callback) = 0;
 
-    // The service of that instance name, or null. There are no passthrough stubs: asking for one gives null.
+    // The service with that instance name, or null. There are no passthrough stubs: a request for one returns null.
     static sp<ISensorManager> getService(const std::string& serviceName = "default", bool getStub = false) {
         if (getStub) return nullptr;
         return static_cast<ISensorManager*>(platform::findService(descriptor, serviceName).get());

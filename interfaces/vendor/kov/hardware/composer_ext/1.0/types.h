@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Records of the composer extension. The first four carry the same as those of the display-control interface, as types
-// of their own.
+// Records of the composer extension. The first four have the same members as those of the display-control interface,
+// but are separate types.
 #pragma once
 
 #include <hidl/HidlSupport.h>
@@ -34,7 +34,7 @@ struct GammaLut {
     hidl_array<float, 4096> entries;
 };
 
-// One parameter of the ambient-light adaptive display: key says which, values are what it is set to.
+// A parameter of the ambient-light adaptive display, identified by key, and its values.
 struct AladParamPair {
     int32_t key;
     hidl_vec<int64_t> values;

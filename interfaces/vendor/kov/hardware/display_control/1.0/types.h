@@ -11,14 +11,14 @@ namespace vendor::kov::hardware::display_control::V1_0 {
 using ::android::hardware::hidl_array;
 using ::android::hardware::hidl_string;
 
-// Other values come from the composer and are passed on as they are.
+// The composer may return other values; they are passed on unchanged.
 enum class Result : int32_t {
     OK = 0,
     BAD_DISPLAY = -3,
     FAILED = -5,
 };
 
-// The composer's description of one display; the meaning of its parts is the composer's.
+// The composer's description of one display. The composer defines what the values mean.
 struct DisplayInfo {
     hidl_array<uint32_t, 3> values;
     hidl_string name;

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the phone's events hold, as JSON.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "simulator/Event.h"
+
+namespace simulator {
+
+// Objects keep the order of their keys, and a float is written with the fewest digits that name it exactly.
+using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, int64_t, uint64_t, float>;
+
+// A number, or the text "inf", "-inf" or "nan", which JSON has no numbers for.
+Json toJson(float value);
+// Nine elements by rows.
+Json matrixToJson(const float* elements);
+// A matrix is a list of nine, a table an object of its samples by their index.
+Json valueToJson(const Value& value);
+
+// How the values of a tone curve of the simulated library are given.
+enum class Curves { AS_VALUES, AS_LEVELS };
+// The parts of a composer call, without the key "event".
+Json callToJson(const ComposerCall& call, Curves curves);
+
+// An object with the key "event" and the event's parts in reading order.
+Json eventToJson(const Event::What& what);
+
+// One line; bytes that are not UTF-8 become U+FFFD.
+std::string lineOf(const Json& json);
+
+}  // namespace simulator

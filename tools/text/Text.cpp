@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/text/Text.h"
+
+#include <algorithm>
+#include <cctype>
+#include <numeric>
+#include <utility>
+
+#include "simulator/Event.h"
+
+namespace simulator {
+
+namespace {
+
+// Levenshtein's distance, letter case aside: single characters inserted, left out or replaced.
+size_t editDistance(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+    std::vector<size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), size_t{0});
+    for (size_t i = 0; i < a.size(); ++i) {
+        size_t diagonal = std::exchange(row[0], i + 1);
+        for (size_t j = 0; j < b.size(); ++j) {
+            const size_t replaced = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+        }
+    }
+    return row.back();
+}
+
+}  // namespace
+
+std::string_view trimmed(std::string_view text) {
+    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
+    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+std::string harmless(std::string_view text) {
+    constexpr char kDelete = '\x7F';
+    constexpr char kSecondSet = '\xC2';  // in UTF-8 the first byte of the control characters from U+0080 to U+009F
+    std::string shown;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const bool isFirst = (byte < ' ' && byte != '\n') || text[i] == kDelete;
+        const bool isSecond = i > 0 && text[i - 1] == kSecondSet && byte >= 0x80 && byte < 0xA0;
+        shown += isFirst || isSecond ? printable(text.substr(i, 1)) : std::string(1, text[i]);
+    }
+    return shown;
+}
+
+std::string inQuotes(std::string_view bytes) {
+    constexpr size_t kLongest = 60;
+    return "\"" + printable(bytes.substr(0, kLongest)) + (bytes.size() > kLongest ? "...\"" : "\"");
+}
+
+bool isNear(std::string_view word, std::string_view known) {
+    const size_t allowed = std::max<size_t>(1, known.size() / 3);
+    return word.size() <= known.size() + allowed && editDistance(word, known) <= allowed;
+}
+
+std::string_view nearestOf(std::string_view word, const std::vector<std::string_view>& known) {
+    std::string_view nearest;
+    for (const std::string_view candidate : known) {
+        const bool isNearer = nearest.empty() || editDistance(word, candidate) < editDistance(word, nearest);
+        if (isNear(word, candidate) && isNearer) nearest = candidate;
+    }
+    return nearest;
+}
+
+}  // namespace simulator

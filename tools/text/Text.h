@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+// Text that people wrote or will read.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simulator {
+
+// Without the white space at both ends.
+std::string_view trimmed(std::string_view text);
+
+// For a terminal: control characters, which would steer it, as \x1B. Line ends and UTF-8 stay.
+std::string harmless(std::string_view text);
+
+// What somebody wrote, for a message: printable, in double quotes, cut when it is long.
+std::string inQuotes(std::string_view bytes);
+
+// Whether word is probably a misspelt known: at most a third of known's characters differ, at least one may. Letter
+// case does not count.
+bool isNear(std::string_view word, std::string_view known);
+
+// The known word that is nearest to word, if one is near; otherwise empty.
+std::string_view nearestOf(std::string_view word, const std::vector<std::string_view>& known);
+
+}  // namespace simulator
