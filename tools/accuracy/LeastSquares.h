@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <functional>
+#include <vector>
+
+namespace simulator {
+
+// The residuals for parameters: always as many, at least one.
+using Residuals = std::function<std::vector<double>(const std::vector<double>& parameters)>;
+
+// The parameters near start that minimise the sum of the squared residuals, which must be finite at start. Parameters
+// should be of the order of 1. The same result on every run.
+std::vector<double> minimizeSquares(const Residuals& residuals, std::vector<double> start);
+
+}  // namespace simulator
