@@ -2,7 +2,7 @@
 // Device files on the phone: the paths as written, and no observer.
 #include <platform/DeviceFiles.h>
 
-#include "phone/platform/DeviceNodes.h"
+#include "platform/src/DeviceNodes.h"
 
 namespace platform {
 

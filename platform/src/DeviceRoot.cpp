@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "phone/platform/DeviceNodes.h"
+#include "platform/src/DeviceNodes.h"
 
 namespace platform {
 

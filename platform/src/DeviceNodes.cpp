@@ -8,7 +8,7 @@
 #include <cstring>
 
 #include <platform/DeviceFiles.h>
-#include "phone/platform/DeviceNodes.h"
+#include "platform/src/DeviceNodes.h"
 
 namespace platform {
 
