@@ -9,8 +9,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "tests/accuracy/SyntheticPanel.h"
 #include "tests/TemporaryFolder.h"
+#include "tests/accuracy/SyntheticPanel.h"
 #include "tools/accuracy/Limits.h"
 
 namespace simulator {

@@ -6,8 +6,8 @@
 
 #include <stdexcept>
 
-#include "tests/accuracy/SyntheticPanel.h"
 #include "tests/TemporaryFolder.h"
+#include "tests/accuracy/SyntheticPanel.h"
 
 namespace simulator {
 namespace {
