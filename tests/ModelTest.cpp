@@ -76,6 +76,7 @@ std::vector<State> states() {
         {"a display more", {init, level, displays(3), init}},
         {"a display fewer", {init, level, displays(1), init}},
         {"started again without the matrices", {init, shorten, init}},
+        {"exclusive mode left without them", {init, shorten, call("exclusiveModeExit")}},
         {"standard mode", {init, level, call("setStandardMode")}},
         {"enhanced mode", {init, call("setEyeCareCT", 0, 5), call("setEnhanceScreenMode")}},
         {"smart environment mode", {init, level, call("setStandardMode"), call("setSmartEnvironmentMode")}},
