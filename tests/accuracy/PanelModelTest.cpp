@@ -33,6 +33,10 @@ TEST(PanelModelTest, PredictsColorsThatWereNotMeasured) {
     EXPECT_LT(model.residual().largest, 0.05);
     for (const Vec3& rgb : kColors) EXPECT_LT(errorOf(model, rgb), 0.1);
 
+    SyntheticPanel linear;
+    linear.exponents = {1, 1, 1};
+    EXPECT_LT(PanelModel(linear.measure(32)).residual().largest, 0.05) << "far from the curve that the fit begins with";
+
     const PanelModel shipped(readPanel(std::filesystem::path(DISPLAY_CONTROL_DATA_DIR) / "panels/cool.ti3"));
     EXPECT_LT(shipped.residual().mean, 0.05);
     EXPECT_LT(shipped.residual().largest, 0.2);

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace simulator {
 
@@ -16,13 +15,6 @@ constexpr double kExponent = 2.2;
 constexpr int kBisections = 52;  // bits of a double
 
 }  // namespace
-
-ChannelCurve::ChannelCurve(std::vector<double> newLevels, const std::vector<double>& lights)
-    : levels(std::move(newLevels)), values(levels.size()) {
-    values.back() = 1;
-    for (size_t i = 0; i < parameterCount(); ++i)
-        setParameter(i, std::pow(std::max(lights[i + 1], 0.0), 1 / kExponent));
-}
 
 double ChannelCurve::slope(size_t node) const {
     const auto secant = [this](size_t i) { return (values[i + 1] - values[i]) / (levels[i + 1] - levels[i]); };

@@ -10,13 +10,13 @@ namespace simulator {
 // Drive level to linear light, both 0 to 1; 0 and 1 are fixed points. Monotone.
 class ChannelCurve {
 public:
-    // levels: rising, from exactly 0 to exactly 1, at least two. lights: at the levels, of which the first and the last
-    // are taken as 0 and 1. Others that fall or leave 0 to 1 are brought to the nearest ones that do not.
-    ChannelCurve(std::vector<double> levels, const std::vector<double>& lights);
+    // levels: rising, from exactly 0 to exactly 1, at least two. The curve begins as the power 2.2.
+    explicit ChannelCurve(const std::vector<double>& curveLevels) : levels(curveLevels), values(curveLevels) {}
 
     // The adjustable values: one for each level but the first and the last, the light there to the power of 1 / 2.2.
     size_t parameterCount() const { return values.size() - 2; }
     double parameter(size_t i) const { return values[i + 1]; }
+    // To be called in order: a value that is below the one before it or above 1 is brought into that range.
     void setParameter(size_t i, double value) { values[i + 1] = std::clamp(value, values[i], 1.0); }
 
     double light(double level) const;

@@ -45,13 +45,12 @@ State evaluate(const Residuals& residuals, Vector parameters) {
 // The derivatives of the residuals, one row for each parameter.
 std::vector<Vector> derivatives(const Residuals& residuals, const State& at) {
     std::vector<Vector> rows;
-    Vector moved = at.parameters;
-    for (size_t i = 0; i < moved.size(); ++i) {
+    for (size_t i = 0; i < at.parameters.size(); ++i) {
+        Vector moved = at.parameters;
         moved[i] += kDifference;
         Vector row = residuals(moved);
         for (size_t k = 0; k < row.size(); ++k) row[k] = (row[k] - at.residuals[k]) / kDifference;
         rows.push_back(std::move(row));
-        moved[i] = at.parameters[i];
     }
     return rows;
 }

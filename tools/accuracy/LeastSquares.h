@@ -6,8 +6,9 @@
 
 namespace simulator {
 
-// The residuals for parameters: always as many, at least one.
-using Residuals = std::function<std::vector<double>(const std::vector<double>& parameters)>;
+// The residuals for parameters; their number does not change. May replace parameters that are not allowed by the
+// nearest ones that are.
+using Residuals = std::function<std::vector<double>(std::vector<double>& parameters)>;
 
 // The parameters near start that minimise the sum of the squared residuals, which must be finite at start. Parameters
 // should be of the order of 1. The same result on every run.

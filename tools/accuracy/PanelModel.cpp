@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// The model of Berns, "Methods for characterizing CRT displays", Displays 16 (1996), 173-182, with free curves. Black,
-// the matrix and the curves begin with the measured black, primaries and ramps. Then all are adjusted together so that
-// the squared differences in L*, a* / S_C and b* / S_C are least over all patches, with the chroma weight S_C = 1 +
-// 0.045 C* of CIE 116, which brings them close to delta E 2000.
+// The model of Berns, "Methods for characterizing CRT displays", Displays 16 (1996), 173-182, with free curves. Black
+// and the matrix begin with the measured black and primaries, the curves with exponent 2.2. Then all are adjusted
+// together so that the squared differences in L*, a* / S_C and b* / S_C are least over all patches, with the chroma
+// weight S_C = 1 + 0.045 C* of CIE 116, which brings them close to delta E 2000.
 #include "tools/accuracy/PanelModel.h"
 
 #include <algorithm>
@@ -15,40 +15,31 @@ namespace simulator {
 
 namespace {
 
-constexpr size_t kMostLevels = 13;  // of a curve: more would follow the noise of the measurement
+constexpr size_t kMostLevels = 13;    // of a curve: more would follow the noise of the measurement
+constexpr double kDarkDensity = 1.5;  // 1: the levels lie evenly
 constexpr Vec3 kWhite = {1, 1, 1};
 constexpr Vec3 kBlack = {0, 0, 0};
-
-double dot(const Vec3& a, const Vec3& b) {
-    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
 
 // a + factor * b
 Vec3 sum(const Vec3& a, double factor, const Vec3& b) {
     return {a[0] + factor * b[0], a[1] + factor * b[1], a[2] + factor * b[2]};
 }
 
-// Measured light of one channel without black.
-Vec3 lightOf(const Measurement& panel, size_t channel, double level) {
-    Vec3 rgb{};
-    rgb[channel] = level;
-    return sum(meanXyz(panel.patches, rgb).value(), -1, meanXyz(panel.patches, kBlack).value());
-}
-
-// A curve through the measured ramp, or through some of its levels, both ends included.
+// Has some of the measured levels, both ends included, and more of the dark ones, where curves bend most.
 ChannelCurve curveOf(const Measurement& panel, size_t channel) {
-    const std::vector<double> ramp = rampOf(panel.patches, channel);
-    const Vec3 full = lightOf(panel, channel, 1);
+    std::vector<double> ramp = rampOf(panel.patches, channel);
+    ramp.front() = 0;
+    ramp.back() = 1;
     const size_t last = std::min(ramp.size(), kMostLevels) - 1;
-    std::vector<double> levels;
-    std::vector<double> lights;
-    for (size_t i = 0; i <= last; ++i) {
-        levels.push_back(ramp[i * (ramp.size() - 1) / last]);
-        lights.push_back(dot(lightOf(panel, channel, levels.back()), full) / dot(full, full));
+    const auto steps = static_cast<double>(ramp.size() - 1);
+    std::vector<double> levels = {0};
+    size_t index = 0;
+    for (size_t i = 1; i <= last; ++i) {
+        const double place = std::pow(static_cast<double>(i) / static_cast<double>(last), kDarkDensity) * steps;
+        index = std::max(index + 1, static_cast<size_t>(std::lround(place)));
+        levels.push_back(ramp[index]);
     }
-    levels.front() = 0;
-    levels.back() = 1;
-    return ChannelCurve(std::move(levels), lights);
+    return ChannelCurve(levels);
 }
 
 }  // namespace
@@ -58,13 +49,16 @@ PanelModel::PanelModel(const Measurement& panel)
       black(sum({}, 1 / unit, meanXyz(panel.patches, kBlack).value())),
       curves{curveOf(panel, 0), curveOf(panel, 1), curveOf(panel, 2)} {
     for (size_t channel = 0; channel < 3; ++channel) {
-        const Vec3 full = lightOf(panel, channel, 1);
-        for (size_t row = 0; row < 3; ++row) matrix[3 * row + channel] = full[row] / unit;
+        Vec3 rgb{};
+        rgb[channel] = 1;
+        const Vec3 full = meanXyz(panel.patches, rgb).value();
+        for (size_t row = 0; row < 3; ++row) matrix[3 * row + channel] = full[row] / unit - black[row];
     }
     const Vec3 measuredWhite = meanXyz(panel.patches, kWhite).value();
-    const auto residualsOf = [&](const std::vector<double>& trial) {
+    const auto residualsOf = [&](std::vector<double>& trial) {
         PanelModel model = *this;
         model.setParameters(trial);
+        trial = model.parameters();  // curves do not fall
         return model.residuals(panel.patches, measuredWhite);
     };
     setParameters(minimizeSquares(residualsOf, parameters()));
