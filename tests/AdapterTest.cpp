@@ -28,7 +28,7 @@ protected:
     // A call's answer and events, in smart environment mode on both displays and with ALAD on.
     template <typename Target>
     Lines resultOf(Target& target, const model::Call& call) {
-        for (const uint64_t display : {0, 1}) model::answerOf(service, {"setSmartEnvironmentMode", display});
+        for (const uint64_t display : {0U, 1U}) model::answerOf(service, {"setSmartEnvironmentMode", display});
         model::answerOf(service, {"setAlad", 0, 1});
         phone.clock().settle();
         happened();
