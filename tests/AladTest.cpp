@@ -160,6 +160,7 @@ TEST_F(AladTest, AnotherStartBeginsAnew) {
     const auto old = phone.sensors().callback();
     alad.notifyData(9000);
     second();
+    EXPECT_EQ(second().size(), 2U) << "the steps to the level of the light";
     alad.disable();
     alad.notifyData(9000);
     alad.enable();

@@ -47,10 +47,11 @@ void expectDefinition(const ColorManager& colors) {
     EXPECT_EQ(textOf(scaled), textOf(expected));
 }
 
-// The first entry whose bits differ from pow's; the table's size if there is none.
+// The first entry whose bits differ from pow's; the table's size if there is none. No entry behind it is written.
 size_t firstDifference(float exponent) {
-    std::vector<float> table(kPowerTable, 7);
+    std::vector<float> table(kPowerTable + 1, 7);
     fillPowerTable(table.data(), exponent);
+    if (table.back() != 7) return SIZE_MAX;
     const auto expected = model::powerTable(exponent);
     size_t i = 0;
     while (i < kPowerTable && memcmp(&table[i], &(*expected)[i], sizeof(float)) == 0) ++i;

@@ -138,6 +138,11 @@ TEST(DeviceFiles, ANodeIsReadOnceAndWrittenInPlace) {
     files.write("/sys/node", std::string(200, 'x'));
     EXPECT_EQ(platform::readNode("/sys/node", 64).text.size(), 64U);
     EXPECT_EQ(platform::readNode("/sys/node", 1000).text.size(), 128U);
+    const int input = dup(STDIN_FILENO);
+    close(STDIN_FILENO);
+    EXPECT_EQ(platform::readNode("/sys/node", 64).status, platform::NodeStatus::OK) << "as descriptor 0";
+    dup2(input, STDIN_FILENO);
+    close(input);
     EXPECT_EQ(platform::readNode("/sys", 64).status, platform::NodeStatus::READ_FAILED) << "a folder";
     EXPECT_EQ(platform::readNode("/none", 64).status, platform::NodeStatus::OPEN_FAILED);
     files.write("/sys/node", "9999\n");
