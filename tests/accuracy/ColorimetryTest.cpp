@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <tuple>
 
 #include "tools/accuracy/ColorChecker.h"
 #include "tools/accuracy/Gamut.h"
@@ -86,14 +85,10 @@ TEST(ColorTemperature, MeetsThePublishedIlluminantsAndEndsFarFromTheLocus) {
 
 TEST(Gamut, CoverageIsThatOfTheIntersection) {
     const Triangle unit = {{{0, 0}, {1, 0}, {0, 1}}};
-    const std::tuple<const char*, Triangle, double> kCases[] = {
-        {"the other way round", {{{0, 1}, {1, 0}, {0, 0}}}, 1},
-        {"around it", {{{-1, -1}, {3, -1}, {-1, 3}}}, 1},
-        {"moved to the right", {{{0.5, 0}, {1.5, 0}, {0.5, 1}}}, 0.25},
-        {"six corners in common", {{{0.5, -0.1}, {0.5, 0.6}, {-0.2, 0.6}}}, 0.43},
-        {"apart", {{{2, 0}, {3, 0}, {2, 1}}}, 0},
-    };
-    for (const auto& [what, gamut, expected] : kCases) EXPECT_NEAR(coverage(gamut, unit), expected, 1e-12) << what;
+    EXPECT_NEAR(coverage({{{-1, 3}, {3, -1}, {-1, -1}}}, unit), 1, 1e-12) << "around it, the other way round";
+    EXPECT_NEAR(coverage({{{0.5, 0}, {1.5, 0}, {0.5, 1}}}, unit), 0.25, 1e-12) << "moved to the right";
+    EXPECT_NEAR(coverage({{{0.5, -0.1}, {0.5, 0.6}, {-0.2, 0.6}}}, unit), 0.43, 1e-12) << "a hexagon in common";
+    EXPECT_NEAR(coverage({{{2, 0}, {3, 0}, {2, 1}}}, unit), 0, 1e-12) << "apart";
 }
 
 TEST(Target, IsOneOfTheKnownWithAWhiteInside) {

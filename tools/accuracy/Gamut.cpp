@@ -4,8 +4,8 @@
 // neighbouring corners, positive if they go round counterclockwise.
 #include "tools/accuracy/Gamut.h"
 
+#include <cmath>
 #include <cstddef>
-#include <utility>
 #include <vector>
 
 namespace simulator {
@@ -22,12 +22,6 @@ double areaOf(const Polygon& polygon) {
         twice += a.x * b.y - b.x * a.y;
     }
     return twice / 2;
-}
-
-Polygon counterclockwise(const Triangle& triangle) {
-    Polygon polygon(triangle.begin(), triangle.end());
-    if (areaOf(polygon) < 0) std::swap(polygon[0], polygon[1]);
-    return polygon;
 }
 
 // Positive to the left of the line from a to b.
@@ -54,10 +48,9 @@ Polygon clip(const Polygon& polygon, const Point& a, const Point& b) {
 }  // namespace
 
 double coverage(const Triangle& gamut, const Triangle& target) {
-    const Polygon whole = counterclockwise(target);
-    Polygon covered = counterclockwise(gamut);
-    for (std::size_t i = 0; i < 3; ++i) covered = clip(covered, whole[i], whole[(i + 1) % 3]);
-    return areaOf(covered) / areaOf(whole);
+    Polygon covered(gamut.begin(), gamut.end());
+    for (std::size_t i = 0; i < 3; ++i) covered = clip(covered, target[i], target[(i + 1) % 3]);
+    return std::abs(areaOf(covered)) / areaOf({target.begin(), target.end()});
 }
 
 }  // namespace simulator

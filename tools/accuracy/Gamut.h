@@ -9,9 +9,9 @@ namespace simulator {
 struct Point {
     double x, y;
 };
-using Triangle = std::array<Point, 3>;  // the primaries, in either direction
+using Triangle = std::array<Point, 3>;  // red, green, blue
 
-// area(gamut and target together) / area(target), 0 to 1. The target must have an area.
+// area(intersection of both) / area(target), 0 to 1. The target's primaries go round counterclockwise.
 double coverage(const Triangle& gamut, const Triangle& target);
 
 }  // namespace simulator
