@@ -47,9 +47,10 @@ void Phone::setSensorsPresent(bool present) {
     publish();
 }
 
-// Registers the services that are found now, and no others.
+// Makes getService find the composer and the sensors that are present now, and no others.
 void Phone::publish() {
-    platform::clearServices();
+    platform::removeService(composer_ext::IComposerExt::descriptor, "default");
+    platform::removeService(sensorservice::ISensorManager::descriptor, "default");
     if (composerPresent && !displayComposer->hasStopped()) displayComposer->registerAsService();
     if (sensorsPresent) sensorService->registerAsService();
 }
