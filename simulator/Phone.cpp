@@ -7,8 +7,8 @@
 
 namespace simulator {
 
-Phone::Phone(Start start)
-    : Phone(start == Start::EMPTY ? PhoneFiles::empty() : PhoneFiles::copyOf(PhoneFiles::samplePhone())) {}
+Phone::Phone(Start start, const std::filesystem::path& sample)
+    : Phone(start == Start::EMPTY ? PhoneFiles::empty() : PhoneFiles::copyOf(sample)) {}
 
 Phone::Phone(const std::filesystem::path& folder) : Phone(PhoneFiles::at(folder)) {}
 

@@ -8,6 +8,7 @@
 
 #include "simulator/Phone.h"
 #include "simulator/closed/ToneCurve.h"
+#include "tools/session/DataFolder.h"
 #include "tools/session/ServedLibrary.h"
 
 namespace simulator {
@@ -103,7 +104,7 @@ std::string Decision::reason() const {
 
 void replay(const LightTrace& trace, const std::function<void(const Decision&)>& sink) {
     Recorder recorder(sink);
-    Phone phone(Phone::Start::SAMPLE);
+    Phone phone(Phone::Start::SAMPLE, dataFolder() / "phone");
     phone.observe([&recorder](const Event& event) {
         const auto* const call = std::get_if<ComposerCall>(&event.what);
         if (call != nullptr && call->operation == ComposerOperation::SET_ALAD_PARAMS) recorder.received(*call);

@@ -13,6 +13,7 @@
 #include "calibration/PanelTable.h"
 #include "tools/picture/DisplayPipeline.h"
 #include "tools/session/Command.h"
+#include "tools/session/DataFolder.h"
 #include "tools/text/Text.h"
 
 namespace simulator {
@@ -116,7 +117,7 @@ Session::Session(SessionOptions options, Timeline& events)
       picture(std::move(options.picture)),
       out(std::move(options.out)),
       goOnWaiting(std::move(options.goOnWaiting)),
-      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE)) {
+      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE, dataFolder() / "phone")) {
     service().allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
     __android_log_set_minimum_priority(options.logPriority);
     xmlTarget = &simulated;
