@@ -51,20 +51,19 @@ uint32_t Composer::displayCount() const {
 }
 
 void Composer::stop() {
-    std::vector<Link> broken;
+    std::pair<DeathRecipient, uint64_t> notified;
     {
         const platform::Lock lock(mutex);
         stopped = true;
-        broken.swap(links);
+        std::swap(notified, linked);
     }
-    for (const auto& [recipient, cookie] : broken) recipient->serviceDied(cookie, {});
+    if (notified.first != nullptr) notified.first->serviceDied(notified.second, {});
 }
 
-Composer::Return<bool> Composer::linkToDeath(const ::android::sp<::android::hardware::hidl_death_recipient>& recipient,
-                                             uint64_t cookie) {
+Composer::Return<bool> Composer::linkToDeath(const DeathRecipient& recipient, uint64_t cookie) {
     const platform::Lock lock(mutex);
-    if (stopped) return ::android::hardware::Status::fromStatusT(::android::DEAD_OBJECT);
-    links.push_back({recipient, cookie});
+    if (stopped) return deadObject();
+    linked = {recipient, cookie};
     return true;
 }
 

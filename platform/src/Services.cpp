@@ -64,6 +64,10 @@ android::sp<IBase> findService(std::string_view interfaceName, std::string_view 
     return registry().find(interfaceName, instance);
 }
 
+void removeService(const std::string& interfaceName, const std::string& instance) {
+    const auto removed = registry().add(interfaceName, instance, nullptr);
+}
+
 void clearServices() {
     const Services released = registry().clear();
 }

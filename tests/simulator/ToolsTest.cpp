@@ -160,6 +160,8 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"shell < " + file("bom.script", "\xEF\xBB\xBFinit\nquit\n"), 0, "answer    init -> 0\n"},
         {"run " + file("long.script", "\n#" + std::string(65535, 'x') + "\n" + std::string(65537, 'x')), 2,
          "long.script:3: the line is longer than 65536 bytes; expected a script\n"},
+        {"shell < " + file("long-line.script", std::string(65537, 'x') + "\nshw\n"), 2,
+         "<stdin>:1: the line is longer than 65536 bytes; expected a script\n<stdin>:2: unknown command \"shw\""},
         {"show \"\x1B[31m\n\xC3\xBC\"", 2, "dcsim: \\x1B[31m\n\xC3\xBC: could not be read"},
         {"run " + script + " --out " + folder.string(), 0,
          "composer  setAladParams 0 on, levels 11 to 59 in 49 messages, 20 ms apart\n"},

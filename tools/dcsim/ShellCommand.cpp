@@ -112,11 +112,23 @@ int runAtTerminal(const SessionArguments& arguments) {
     return kAllWell;
 }
 
+// Goes to the next line that is not too long; false at the end. Reports the others, which make status kWrongUse.
+bool nextLine(simulator::LineReader& script, int& status) {
+    while (true) {
+        try {
+            return script.next();
+        } catch (const simulator::LineTooLong& error) {
+            std::cerr << simulator::harmless(error.what()) << "\n";
+            status = kWrongUse;
+        }
+    }
+}
+
 int runPlain(const SessionArguments& arguments) {
     Shell shell(arguments, /*atTerminal=*/false);
     int status = kAllWell;
     simulator::LineReader script(std::cin, "<stdin>", "a script");
-    while (std::cout && !shell.hasLeft() && script.next()) {
+    while (std::cout && !shell.hasLeft() && nextLine(script, status)) {
         try {
             shell.step(script.line(), script.number());
         } catch (const std::runtime_error& error) {

@@ -6,9 +6,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "service/DisplayControlImpl.h"
 #include "simulator/Phone.h"
 #include "simulator/closed/ToneCurve.h"
+#include "tools/session/DataFolder.h"
+#include "tools/session/ServedLibrary.h"
 
 namespace simulator {
 
@@ -102,21 +103,20 @@ std::string Decision::reason() const {
 }
 
 void replay(const LightTrace& trace, const std::function<void(const Decision&)>& sink) {
-    using Service = alad::DisplayControlImpl;
     Recorder recorder(sink);
-    Phone phone(Phone::Start::SAMPLE);
+    Phone phone(Phone::Start::SAMPLE, dataFolder() / "phone");
     phone.observe([&recorder](const Event& event) {
         const auto* const call = std::get_if<ComposerCall>(&event.what);
         if (call != nullptr && call->operation == ComposerOperation::SET_ALAD_PARAMS) recorder.received(*call);
         if (const auto* const sample = std::get_if<LightSample>(&event.what))
             recorder.sampled(sample->mean, sample->lux);
     });
-    Service service;
+    ServedLibrary service;
     phone.sensors().light(trace.front().lux);
     constexpr uint64_t kHandle = 1;
-    if (service.init() != 0) throw std::runtime_error("the service could not be started");
-    using vendor::kov::hardware::display_control::V1_0::Result;
-    if (service.setAlad(kHandle, 0, 1).withDefault(Result::FAILED) != Result::OK)
+    if (service.library().init() != 0) throw std::runtime_error("the service could not be started");
+    using display_control::Result;
+    if (service.client().setAlad(kHandle, 0, 1).withDefault(Result::FAILED) != Result::OK)
         throw std::runtime_error("the ambient-light display could not be switched on");
 
     const milliseconds start = trace.front().time;
@@ -128,7 +128,7 @@ void replay(const LightTrace& trace, const std::function<void(const Decision&)>&
     }
     phone.clock().advance(kAfterTrace);
     recorder.finish();
-    platform::dropAnswer(service.setAlad(kHandle, 0, 0));
+    platform::dropAnswer(service.client().setAlad(kHandle, 0, 0));
     recorder.check();
 }
 

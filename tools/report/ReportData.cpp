@@ -17,6 +17,7 @@
 #include "tools/check/Summary.h"
 #include "tools/light/Replay.h"
 #include "tools/report/SpectralLocus.h"
+#include "tools/session/DataFolder.h"
 
 namespace simulator {
 
@@ -196,7 +197,7 @@ Json matrixRow(const char* stage, const TMat33<float>& matrix) {
 
 // The calibration file that the sample phone's panel has.
 fs::path sampleCalibration() {
-    const PhoneFiles sample = PhoneFiles::at(PhoneFiles::samplePhone());
+    const PhoneFiles sample = PhoneFiles::at(dataFolder() / "phone");
     return sample.pathOf(implementation::identifyPanel().calibFile);
 }
 

@@ -92,7 +92,7 @@ public:
 
     SessionRecord finish() {
         record.state = stateToJson(session.state());
-        const auto& colors = session.service().displayColors();
+        const auto& colors = session.library().displayColors();
         if (!colors.empty()) record.colors = colors[0];
         record.driverWhite = askDriver();
         record.pictures = std::move(album.pictures);

@@ -18,7 +18,7 @@ using display_control::ColorTransformMatrix;
 using display_control::DisplayInfo;
 using display_control::GammaLut;
 using display_control::Result;
-using Service = display_control::implementation::DisplayControlImpl;
+using Service = display_control::IDisplayControl;
 using ::android::hardware::hidl_vec;
 using ::android::hardware::Return;
 
@@ -87,12 +87,12 @@ int32_t valueOrZero(const Values& values, size_t index) {
 // --- The served operations ---
 
 void initService(Session& session, const Values&) {
-    session.answer(int64_t{session.service().init()});
+    session.answer(int64_t{session.library().init()});
     session.noteCalibration();
 }
 
 void deInitService(Session& session, const Values&) {
-    session.service().deInit();
+    session.library().deInit();
     session.answer(std::string("done"));
 }
 
@@ -202,7 +202,7 @@ void setFeature(Session& session, const Values& values) {
                                                  values.integer(2), values.integer(3)));
 }
 
-Service::FeatureValues answerTo(Session& session) {
+Service::getMiscFeature_cb answerTo(Session& session) {
     return [&session](Result result, const hidl_vec<double>& values) {
         session.answer(result, {{"values", std::vector<float>(values.begin(), values.end())}});
     };

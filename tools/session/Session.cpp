@@ -13,6 +13,7 @@
 #include "calibration/PanelTable.h"
 #include "tools/picture/DisplayPipeline.h"
 #include "tools/session/Command.h"
+#include "tools/session/DataFolder.h"
 #include "tools/text/Text.h"
 
 namespace simulator {
@@ -116,8 +117,8 @@ Session::Session(SessionOptions options, Timeline& events)
       picture(std::move(options.picture)),
       out(std::move(options.out)),
       goOnWaiting(std::move(options.goOnWaiting)),
-      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE)) {
-    displayControl.allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
+      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE, dataFolder() / "phone")) {
+    service().allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
     __android_log_set_minimum_priority(options.logPriority);
     xmlTarget = &simulated;
     reportXmlMessages();
@@ -128,8 +129,8 @@ Session::Session(SessionOptions options, Timeline& events)
 Session::~Session() {
     timeline.close();
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
-    platform::dropAnswer(displayControl.setAlad(userHandle, 0, 0));
-    displayControl.deInit();
+    platform::dropAnswer(service().setAlad(userHandle, 0, 0));
+    library().deInit();
     xmlSetStructuredErrorFunc(nullptr, nullptr);
     xmlTarget = nullptr;
     __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
@@ -186,7 +187,7 @@ void Session::writePicture(const std::string& name, uint64_t display) {
 }
 
 State Session::displayState(uint64_t display) const {
-    const StateEntry service = {"service", false, colorState(displayControl.displayColors()[display])};
+    const StateEntry service = {"service", false, colorState(served.library().displayColors()[display])};
     const auto held = simulated.composer().stateOf(display);
     if (held) return {service, {"composer", false, composerState(*held)}};
     return {service, {"composer", "stopped, or has no such display"}};
@@ -200,11 +201,11 @@ void Session::noteCalibration() {
 
 State Session::state() const {
     State state = {{"panel and calibration, as last read", "not read yet", calibration},
-                   {"screen mode", nameOf(displayControl.currentScreenMode())}};
-    for (uint64_t display = 0; display < displayControl.displayColors().size(); ++display) {
+                   {"screen mode", nameOf(served.library().currentScreenMode())}};
+    for (uint64_t display = 0; display < served.library().displayColors().size(); ++display) {
         state.push_back({"display " + std::to_string(display), false, displayState(display)});
     }
-    if (displayControl.displayColors().empty()) state.push_back({"displays", "none known"});
+    if (served.library().displayColors().empty()) state.push_back({"displays", "none known"});
     return state;
 }
 

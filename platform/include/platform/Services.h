@@ -21,6 +21,9 @@ android::status_t addService(const std::string& interfaceName, const std::string
 // Returns the service published under both names, or null.
 android::sp<IBase> findService(std::string_view interfaceName, std::string_view instance);
 
+// Removes the service published under both names, if there is one. References held elsewhere stay valid.
+void removeService(const std::string& interfaceName, const std::string& instance);
+
 // Removes every service from the registry. References held elsewhere stay valid.
 void clearServices();
 
