@@ -126,7 +126,7 @@ void parseHeader(const fs::path& file, Table& table) {
     if (luminance != nullptr) table.luminance = luminance;
 }
 
-// type: the first word of such a file; expected: what it holds, for messages.
+// type: the first word of the file; expected: the content of such files, for messages.
 Table readTable(const fs::path& file, const char* type, const char* expected) {
     Table table = splitTable(file);
     parseHeader(file, table);
