@@ -283,8 +283,12 @@ TEST_F(SessionTest, PicturesShowWhatTheDisplayShows) {
 }
 
 TEST_F(SessionTest, ShowGivesAllThatADisplaysStateIsMadeOf) {
+    run("composer stop");
+    run("init");
     run("show");
     EXPECT_EQ(events("state")[0]["state"]["screen mode"], "none yet");
+    EXPECT_EQ(events("state")[0]["state"]["panel and calibration, as last read"], "not read yet");
+    run("composer start");
     run("init");
     run("setStandardMode 0");
     run("setEyeCareCT 0 50");
