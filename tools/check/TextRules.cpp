@@ -183,7 +183,7 @@ bool isHexadecimal(const Written& value) {
 
 // Digits alone and not as many as a colour has: meant as a decimal number.
 bool looksDecimal(const Written& value) {
-    return !value.body.empty() && value.body.size() != kColorDigits &&
+    return !value.body.empty() && value.rest.empty() && value.body.size() != kColorDigits &&
            value.body.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
