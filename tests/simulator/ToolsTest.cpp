@@ -164,6 +164,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"run " + script + " --out " + folder.string(), 0,
          "composer  setAladParams 0 on, levels 11 to 59 in 49 messages, 20 ms apart\n"},
         {"run " + script + " --all --out " + folder.string(), 0, "composer  setAladParams 0 on 14: level 40 -> OK\n"},
+        {"check --json /nowhere\xFF", 2, "\"file\": \"/nowhere\xEF\xBF\xBD\""},
         {"bogus", 2, "unknown command \"bogus\"; expected one of check, run, "},
         {"", 2, "a command is missing; expected one of check, run, "},
     };

@@ -132,7 +132,7 @@ void printSummary(const Summary& summary, const TimelineFile& timeline, bool jso
                             {"messages", summary.messages},
                             {"highestLevel", summary.highestLevel},
                             {"timeline", timeline.name.string()}};
-        std::cout << event.dump() << "\n";
+        std::cout << simulator::lineOf(event) << "\n";
         return;
     }
     std::cout << "\n"
@@ -152,7 +152,7 @@ int run(const Options& options) {
         progress.show(shareDone(decision, trace));
         if (options.json || !decision.messages.empty()) progress.wipe();
         if (options.json) {
-            std::cout << toJson(decision).dump() << "\n";
+            std::cout << simulator::lineOf(toJson(decision)) << "\n";
         } else if (!decision.messages.empty()) {
             printText(decision);
         }

@@ -136,8 +136,8 @@ Json eventToJson(const Event::What& what) {
     return event;
 }
 
-std::string lineOf(const Json& json) {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+std::string lineOf(const Json& json, int indent) {
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
 }
 
 }  // namespace simulator
