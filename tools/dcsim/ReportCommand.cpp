@@ -36,17 +36,17 @@ int run(const Options& options) {
     if (options.out.empty() && !options.json)
         throw std::runtime_error("report: nowhere to put the report; expected -o FILE, --json or both");
     Progress progress("replaying");
-    const simulator::Json report =
+    const simulator::Report report =
         simulator::gatherReport({given(options.script), given(options.calibration), given(options.trace),
                                  [&progress](double share) { progress.show(share); }});
     progress.wipe();
-    if (!options.out.empty()) write(options.out, simulator::renderPage(report));
+    if (!options.out.empty()) write(options.out, simulator::renderPage(report.data));
     if (options.json) {
-        std::cout << simulator::embeddable(report) << "\n";
+        std::cout << simulator::embeddable(report.data) << "\n";
     } else {
         std::cout << "The report is in " << simulator::harmless(options.out) << "\n";
     }
-    return report.at("calibration").at("findings").empty() ? kAllWell : kFindings;
+    return report.findings == 0 ? kAllWell : kFindings;
 }
 
 }  // namespace

@@ -325,7 +325,7 @@ Json lightSection(const LightTrace& trace, const std::function<void(double)>& pr
             {"dim", implementation::kDimLux}};
 }
 
-Json gatherReport(const ReportInput& input) {
+Report gatherReport(const ReportInput& input) {
     const std::optional<LightTrace> trace =
         input.trace ? std::optional<LightTrace>(readLightTrace(*input.trace)) : std::nullopt;
     const fs::path file = input.calibration ? *input.calibration : sampleCalibration();
@@ -348,7 +348,7 @@ Json gatherReport(const ReportInput& input) {
         report["light"] = lightSection(*trace, input.progress);
         report["light"]["name"] = input.trace->filename().string();
     }
-    return report;
+    return {std::move(report), checked.findings.size()};
 }
 
 }  // namespace simulator
