@@ -157,6 +157,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"verify " + other + " " + fresh, 0, "as expected"},
         {"verify " + other + " /nowhere/x --update", 2, "dcsim: /nowhere/x: could not be written"},
         {"shell < " + broken, 2, "<stdin>:3: unknown command \"shw\""},
+        {"report - --json < " + broken, 2, "<stdin>:3: unknown command \"shw\""},
         {"shell < " + file("bom.script", "\xEF\xBB\xBFinit\nquit\n"), 0, "answer    init -> 0\n"},
         {"run " + file("long.script", "\n#" + std::string(65535, 'x') + "\n" + std::string(65537, 'x')), 2,
          "long.script:3: the line is longer than 65536 bytes; expected a script\n"},

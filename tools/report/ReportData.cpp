@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 
 #include "calibration/PanelTable.h"
@@ -224,6 +225,7 @@ SessionRecord runScript(const ReportInput& input) {
         std::istringstream own(kOwnSession);
         return recordSession(own, "built-in session", input.calibration);
     }
+    if (*input.script == "-") return recordSession(std::cin, "<stdin>", input.calibration);
     std::ifstream file(*input.script);
     if (!file || fs::is_directory(*input.script))
         throw std::runtime_error(input.script->string() + ": could not be read; expected a script");

@@ -16,7 +16,7 @@
 namespace simulator {
 
 struct ReportInput {
-    std::optional<std::filesystem::path> script;       // otherwise a short built-in session
+    std::optional<std::filesystem::path> script;       // - is standard input; otherwise a short built-in session
     std::optional<std::filesystem::path> calibration;  // otherwise the sample phone's
     std::optional<std::filesystem::path> trace;        // of light; without it there is no timeline
     std::function<void(double)> progress;              // called with the share of the trace that is replayed, 0 to 1
