@@ -144,13 +144,6 @@ struct LightSample {
     int32_t lux;
 };
 
-// What libxml2 says of a file.
-struct XmlMessage {
-    std::string file;  // without its folder
-    int line;
-    std::string message;
-};
-
 // A value that a served operation answers or that a state holds.
 using Value = std::variant<bool, int64_t, uint64_t, float, std::string, Matrix, Table, std::vector<float>,
                            std::vector<int64_t>, std::vector<std::string>>;
@@ -163,8 +156,7 @@ struct Answer {
 };
 
 struct Event {
-    using What =
-        std::variant<ComposerCall, SensorCall, ClosedCall, NodeWrite, LogLine, LightSample, XmlMessage, Answer>;
+    using What = std::variant<ComposerCall, SensorCall, ClosedCall, NodeWrite, LogLine, LightSample, Answer>;
 
     platform::Clock::Duration time;  // of the phone's clock
     What what;

@@ -77,10 +77,6 @@ Json partsOf(const LightSample& sample) {
     return {{"lux", sample.lux}, {"mean", sample.mean}};
 }
 
-Json partsOf(const XmlMessage& message) {
-    return {{"file", message.file}, {"line", message.line}, {"message", message.message}};
-}
-
 Json partsOf(const Answer& answer) {
     Json parts = {{"operation", answer.operation}, {"result", valueToJson(answer.result)}};
     for (const auto& [name, value] : answer.values) parts[name] = valueToJson(value);

@@ -97,7 +97,6 @@ Json dumpOf(ScriptFile& script, SessionOptions options) {
     options.picture = {};
     Session session(std::move(options), timeline);
     script.run(session, std::cout);
-    timeline.close();
     return {{"calls", calls}, {"state", stateToJson(session.state())}};
 }
 
