@@ -4,7 +4,6 @@
 //     Phone phone(Phone::Start::SAMPLE);
 //     phone.observe([](const Event& event) { puts(textOf(event).c_str()); });
 //     phone.composer().fail(ComposerOperation::GET_NUM_OF_DISPLAY, Failure::TRANSPORT_BEFORE);
-//     phone.composer().failAt(3, Failure::REFUSED);                 // the third call from now on
 //     phone.sensors().fail(SensorOperation::ENABLE_SENSOR, Failure::REFUSED);
 //     phone.closed().fail(ClosedFunction::GET_UNLIMITED_CT_PARAMS, -7);
 //     phone.closed().getAGTMLevel = [](int lux) { return lux / 1000; };

@@ -157,6 +157,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"verify " + other + " " + fresh, 0, "as expected"},
         {"verify " + other + " /nowhere/x --update", 2, "dcsim: /nowhere/x: could not be written"},
         {"shell < " + broken, 2, "<stdin>:3: unknown command \"shw\""},
+        {"report - --json < " + broken, 2, "<stdin>:3: unknown command \"shw\""},
         {"shell < " + file("bom.script", "\xEF\xBB\xBFinit\nquit\n"), 0, "answer    init -> 0\n"},
         {"run " + file("long.script", "\n#" + std::string(65535, 'x') + "\n" + std::string(65537, 'x')), 2,
          "long.script:3: the line is longer than 65536 bytes; expected a script\n"},
@@ -166,6 +167,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"run " + script + " --out " + folder.string(), 0,
          "composer  setAladParams 0 on, levels 11 to 59 in 49 messages, 20 ms apart\n"},
         {"run " + script + " --all --out " + folder.string(), 0, "composer  setAladParams 0 on 14: level 40 -> OK\n"},
+        {"check --json /nowhere\xFF", 2, "\"file\": \"/nowhere\xEF\xBF\xBD\""},
         {"bogus", 2, "unknown command \"bogus\"; expected one of check, run, "},
         {"", 2, "a command is missing; expected one of check, run, "},
     };

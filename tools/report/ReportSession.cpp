@@ -83,7 +83,7 @@ public:
                     {"answers", Json::array()}};
             session.run(script.line(), script.number());
         } catch (const std::runtime_error& error) {
-            throw std::runtime_error(script.place() + error.what());
+            throw ScriptError(script.place() + error.what());
         }
         step["before"] = shown;
         step["after"] = shown = look();

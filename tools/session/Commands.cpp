@@ -87,8 +87,9 @@ int32_t valueOrZero(const Values& values, size_t index) {
 // --- The served operations ---
 
 void initService(Session& session, const Values&) {
-    session.answer(int64_t{session.library().init()});
-    session.noteCalibration();
+    const int result = session.library().init();
+    session.answer(int64_t{result});
+    if (result == 0) session.noteCalibration();
 }
 
 void deInitService(Session& session, const Values&) {
@@ -193,8 +194,10 @@ void enterExclusive(Session& session, const Values& values) {
 }
 
 void leaveExclusive(Session& session, const Values& values) {
-    report(session, session.service().exclusiveModeExit(session.handle(), static_cast<uint32_t>(values.number(0))));
-    session.noteCalibration();
+    const Result result =
+        session.service().exclusiveModeExit(session.handle(), static_cast<uint32_t>(values.number(0)));
+    session.answer(result);
+    if (result == Result::OK) session.noteCalibration();
 }
 
 void setFeature(Session& session, const Values& values) {

@@ -2,7 +2,6 @@
 #include "tools/session/Session.h"
 
 #include <android/log.h>
-#include <libxml/xmlerror.h>
 #include <platform/Answer.h>
 #include <platform/DeviceFiles.h>
 
@@ -25,25 +24,11 @@ namespace implementation = display_control::implementation;
 using implementation::ColorManager;
 using implementation::ConfigXmlParser;
 
-Phone* xmlTarget = nullptr;  // of the session that lives; libxml2's handler gets the message alone
-
-void keepXmlMessage(const xmlError& error) {
-    const std::string file = error.file == nullptr ? "" : fs::path(error.file).filename().string();
-    const std::string_view message = error.message == nullptr ? "" : error.message;
-    xmlTarget->report(XmlMessage{file, error.line, std::string(trimmed(message))});
-}
-
-// libxml2 2.12 made the message const: auto fits both.
-void reportXmlMessages() {
-    xmlSetStructuredErrorFunc(nullptr, [](void*, auto* error) { keepXmlMessage(*error); });
-}
-
 // What the reader makes of the calibration file now, without a log line.
 std::unique_ptr<ConfigXmlParser> readSilently() {
     const int32_t priority = __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
-    xmlSetStructuredErrorFunc(nullptr, [](void*, auto*) {});
+    const XmlMessageHandler silence([](const XmlMessage&) {});
     auto record = implementation::readCalibration();
-    reportXmlMessages();
     __android_log_set_minimum_priority(priority);
     return record;
 }
@@ -120,19 +105,15 @@ Session::Session(SessionOptions options, Timeline& events)
       simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE, dataFolder() / "phone")) {
     service().allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
     __android_log_set_minimum_priority(options.logPriority);
-    xmlTarget = &simulated;
-    reportXmlMessages();
     simulated.observe([this](const Event& event) { timeline.report({event.time, event.what}); });
 }
 
 // The service is stopped without being observed.
 Session::~Session() {
-    timeline.close();
+    simulated.observe({});
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     platform::dropAnswer(service().setAlad(userHandle, 0, 0));
     library().deInit();
-    xmlSetStructuredErrorFunc(nullptr, nullptr);
-    xmlTarget = nullptr;
     __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
 }
 

@@ -77,6 +77,7 @@ private:
     uint64_t userHandle = 0;
     std::string operation;  // the command that runs
     State calibration;      // empty until it is read
+    const XmlMessageHandler xmlMessages{[this](const XmlMessage& message) { report(message); }};
 };
 
 }  // namespace simulator
