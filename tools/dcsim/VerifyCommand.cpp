@@ -47,13 +47,23 @@ std::string placeOf(size_t number, const Json& calls) {
     return place + ", " + call.at("call").get<std::string>() + ", at " + time + " s";
 }
 
+// The sampled entries precede the digest, so they are the same where the digest is the first difference.
+bool isBetweenSamples(const std::string& path) {
+    constexpr std::string_view kDigest = "/digest";
+    return path.size() > kDigest.size() && path.compare(path.size() - kDigest.size(), kDigest.size(), kDigest) == 0;
+}
+
 void printDifference(const Options& options, const Difference& difference, const Json& got) {
     const auto number = callOf(difference);
     if (!options.json) {
         std::cout << simulator::harmless(options.script + ": the session is not the one in " + options.expected)
                   << "\n  " << (number ? placeOf(*number, got["calls"]) : "state at the end") << "\n  "
-                  << difference.path << "\n  expected  " << textOf(difference.expected) << "\n  got       "
-                  << textOf(difference.got) << "\n";
+                  << difference.path
+                  << (difference.expected && isBetweenSamples(difference.path)
+                          ? ": the table differs in entries other than these samples"
+                          : "")
+                  << "\n  expected  " << textOf(difference.expected) << "\n  got       " << textOf(difference.got)
+                  << "\n";
         return;
     }
     Json event = {{"event", "difference"}, {"path", difference.path}};
