@@ -21,7 +21,7 @@ struct Service {
     }
 
     const QuietLog quiet;
-    simulator::Phone phone{simulator::PhoneFiles::samplePhone()};
+    simulator::Phone phone{simulator::PhoneFiles::at(simulator::PhoneFiles::samplePhone())};
     DisplayControlImpl impl;
 };
 

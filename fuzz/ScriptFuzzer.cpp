@@ -55,6 +55,7 @@ private:
 simulator::SessionOptions optionsOn(const Desk& desk) {
     simulator::SessionOptions options;
     options.phone = desk.freshPhone();
+    options.inPlace = true;
     options.picture = {2, 2, {0, 0, 0, 255, 255, 255, 200, 100, 50, 1, 2, 3}};
     options.out = desk.pictures();
     options.goOnWaiting = [waited = std::chrono::milliseconds(0)](auto passed, auto) mutable {

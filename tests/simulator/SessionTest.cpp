@@ -315,19 +315,24 @@ TEST_F(SessionTest, ShowGivesAllThatADisplaysStateIsMadeOf) {
     EXPECT_EQ(colors["final matrix"][4].get<float>(), colors["product"][4].get<float>() / largest);
 }
 
-TEST_F(SessionTest, APhoneThatTheUserNamesIsUsedAsItStands) {
+TEST_F(SessionTest, APhoneThatTheUserNamesChangesInPlaceOnly) {
     const std::filesystem::path phone = folder.path() / "phone";
     std::filesystem::create_directory(phone);
     SessionOptions options;
     options.phone = phone;
-    restart(options);
-    run("panel mine");
-    EXPECT_THAT(order(), ElementsAre("command")) << "a session after another is told as well";
-    EXPECT_TRUE(std::filesystem::exists(phone.string() + std::string(kPhoneNodes[0].path)));
+    for (const bool inPlace : {false, true}) {
+        options.inPlace = inPlace;
+        restart(options);
+        run("panel mine");
+        EXPECT_THAT(order(), ElementsAre("command")) << "a session after another is observed as well";
+        EXPECT_EQ(std::filesystem::exists(phone.string() + std::string(kPhoneNodes[0].path)), inPlace);
+    }
     session.reset();
     EXPECT_TRUE(std::filesystem::exists(phone));
+    std::filesystem::create_symlink("nowhere", phone / "link");
+    options.inPlace = false;
+    EXPECT_THROW(restart(options), std::runtime_error);
     std::filesystem::remove_all(phone);
-    options.phone = phone;
     EXPECT_THROW(restart(options), std::runtime_error);
 }
 

@@ -24,7 +24,7 @@ std::string isLogLevel(const std::string& word) {
 }  // namespace
 
 void addPhoneOption(CLI::App& command, SessionArguments& arguments) {
-    command.add_option("--phone", arguments.phone, "The phone's files; used and changed where they are, not copied")
+    command.add_option("--phone", arguments.phone, "The phone's files; the session uses a copy of them")
         ->type_name("DIR");
 }
 
@@ -39,6 +39,8 @@ void addPictureOptions(CLI::App& command, SessionArguments& arguments) {
     command.add_option("--log", arguments.log, "Log lines shown: debug, info, error or none")
         ->check(isLogLevel)
         ->type_name("LEVEL");
+    command.add_flag("--in-place", arguments.inPlace, "Uses and changes the files of --phone themselves, not a copy")
+        ->needs("--phone");
     command.add_flag("--all", arguments.all,
                      "Each message of a ramp of the tone curve, and the calls of the closed libraries");
 }
@@ -46,6 +48,7 @@ void addPictureOptions(CLI::App& command, SessionArguments& arguments) {
 simulator::SessionOptions unseenSession(const SessionArguments& arguments) {
     simulator::SessionOptions session;
     if (!arguments.phone.empty()) session.phone = arguments.phone;
+    session.inPlace = arguments.inPlace;
     return session;
 }
 

@@ -116,7 +116,7 @@ Session::Session(SessionOptions options, Timeline& events)
       picture(std::move(options.picture)),
       out(std::move(options.out)),
       goOnWaiting(std::move(options.goOnWaiting)),
-      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE)) {
+      simulated(options.inPlace ? PhoneFiles::at(options.phone) : PhoneFiles::copyOf(options.phone)) {
     displayControl.allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
     __android_log_set_minimum_priority(options.logPriority);
     xmlTarget = &simulated;

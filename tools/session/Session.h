@@ -22,10 +22,11 @@ namespace simulator {
 namespace display_control = ::vendor::kov::hardware::display_control::V1_0;
 
 struct SessionOptions {
-    std::optional<std::filesystem::path> phone;  // used where it is; otherwise a fresh copy of the sample phone
-    Picture picture;                             // what is on the screen
-    std::filesystem::path out;                   // folder for pictures, made for the first one; empty: none is written
-    int32_t logPriority = ANDROID_LOG_DEBUG;     // lines below it are suppressed
+    std::filesystem::path phone = PhoneFiles::samplePhone();  // the phone's files
+    bool inPlace = false;                                     // those files themselves are used and changed, not a copy
+    Picture picture;                                          // what is on the screen
+    std::filesystem::path out;                // folder for pictures, made for the first one; empty: none is written
+    int32_t logPriority = ANDROID_LOG_DEBUG;  // lines below it are suppressed
     // Called again and again while the script waits, the last time with all of it passed; false ends the wait.
     std::function<bool(std::chrono::milliseconds passed, std::chrono::milliseconds whole)> goOnWaiting;
 };
