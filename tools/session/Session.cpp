@@ -118,10 +118,13 @@ Session::Session(SessionOptions options, Timeline& events)
       goOnWaiting(std::move(options.goOnWaiting)),
       simulated(options.inPlace ? PhoneFiles::at(options.phone) : PhoneFiles::copyOf(options.phone)) {
     displayControl.allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
-    __android_log_set_minimum_priority(options.logPriority);
+    __android_log_set_minimum_priority(ANDROID_LOG_DEBUG);  // light samples are read off the log
     xmlTarget = &simulated;
     reportXmlMessages();
-    simulated.observe([this](const Event& event) { timeline.report({event.time, event.what}); });
+    simulated.observe([this, shown = options.logPriority](const Event& event) {
+        const auto* const line = std::get_if<LogLine>(&event.what);
+        if (line == nullptr || line->priority >= shown) timeline.report({event.time, event.what});
+    });
 }
 
 // The service is stopped without being observed.

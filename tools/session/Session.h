@@ -26,7 +26,7 @@ struct SessionOptions {
     bool inPlace = false;                                     // those files themselves are used and changed, not a copy
     Picture picture;                                          // what is on the screen
     std::filesystem::path out;                // folder for pictures, made for the first one; empty: none is written
-    int32_t logPriority = ANDROID_LOG_DEBUG;  // lines below it are suppressed
+    int32_t logPriority = ANDROID_LOG_DEBUG;  // lines below it are not reported
     // Called again and again while the script waits, the last time with all of it passed; false ends the wait.
     std::function<bool(std::chrono::milliseconds passed, std::chrono::milliseconds whole)> goOnWaiting;
 };
