@@ -69,6 +69,7 @@ void keepMessage(Document& document, const xmlError& error) {
     if (error.level < XML_ERR_ERROR) return;
     std::string text = error.message == nullptr ? "" : error.message;
     text.erase(text.find_last_not_of(kWhiteSpace) + 1);
+    std::replace(text.begin(), text.end(), '\n', ' ');
     document.messages.push_back({error.line, std::move(text)});
 }
 

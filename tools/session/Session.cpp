@@ -28,8 +28,9 @@ Phone* xmlTarget = nullptr;  // of the session that lives; libxml2's handler get
 
 void keepXmlMessage(const xmlError& error) {
     const std::string file = error.file == nullptr ? "" : fs::path(error.file).filename().string();
-    const std::string_view message = error.message == nullptr ? "" : error.message;
-    xmlTarget->report(XmlMessage{file, error.line, std::string(trimmed(message))});
+    std::string message(trimmed(error.message == nullptr ? "" : error.message));
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    xmlTarget->report(XmlMessage{file, error.line, std::move(message)});
 }
 
 // libxml2 2.12 made the message const: auto fits both.
