@@ -352,32 +352,35 @@ TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
          "setUnlimitedCT: too many arguments, from \"2\" on; "
          "expected setUnlimitedCT DISPLAY LEVEL"},
         {"setUnlimitedCT 0 warm",
-         "setUnlimitedCT: \"warm\" is not a number of that kind; "
+         "setUnlimitedCT: \"warm\" is not a whole number; "
          "expected LEVEL, a whole number from -2147483648 to 2147483647"},
         {"setUnlimitedCT 0 2147483648",
          "setUnlimitedCT: \"2147483648\" is out of range; "
          "expected LEVEL, a whole number from -2147483648 to 2147483647"},
         {"getUnlimitedCT -1",
-         "getUnlimitedCT: \"-1\" is not a number of that kind; "
+         "getUnlimitedCT: \"-1\" is not a whole number; "
          "expected DISPLAY, a whole number from 0 to 18446744073709551615"},
         {"setGlobalGamma 0 1e99",
          "setGlobalGamma: \"1e99\" is out of range; "
          "expected EXPONENT, a number within single precision"},
         {"displays 1025", "displays: \"1025\" is out of range; expected COUNT, a whole number from 0 to 1024"},
         {"wait 3",
-         "wait: \"3\" is not a duration; expected DURATION, a duration up to 1000h such as 90s, 20ms, 2.5min or 1h"},
+         "wait: \"3\" has no unit: write 3s, without a space; expected DURATION, a duration up to 1000h such as 90s, "
+         "20ms, 2.5min or 1h"},
         {"wait 1001h",
          "wait: \"1001h\" is out of range; "
          "expected DURATION, a duration up to 1000h such as 90s, 20ms, 2.5min or 1h"},
-        {"sensor fail",
-         "sensor: a call goes with fail, and with fail alone; "
-         "expected sensor stop, sensor start or sensor fail STEP"},
-        {"composer halt", "composer: \"halt\" is another word; expected STATE, one of stop, start, fail"},
+        {"sensor fail", "sensor fail: the step that fails is missing; expected it, and how it fails"},
+        {"composer stop getDisplayInfo", "composer stop: the call goes with fail alone; expected nothing more"},
+        {"composer halt",
+         "composer: \"halt\" is not one of stop, start, fail; expected composer stop|start|fail [CALL] "
+         "[refused|no-callback|unreached|answer-lost]"},
         {"picture ../x",
          "picture: \"../x\" is not a name; "
          "expected NAME, a name of letters, digits, '.', '_' and '-'"},
         {"panel  # nothing", "panel: NAME is missing; expected panel NAME"},
-        {"setGlobalGammaLut 0 /nowhere", "/nowhere: could not be opened; expected a file of 4096 numbers"},
+        {"setGlobalGammaLut 0 /nowhere", "/nowhere: does not exist; expected a file of 4096 numbers"},
+        {"calibration /", "/: is a folder; expected a calibration file"},
     };
     for (const auto& [line, message] : kCases) EXPECT_EQ(errorOf(line), message) << line;
     EXPECT_EQ(errorOf("calibration a\0b"s),

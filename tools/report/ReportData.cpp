@@ -17,6 +17,7 @@
 #include "tools/check/Summary.h"
 #include "tools/light/Replay.h"
 #include "tools/report/SpectralLocus.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -224,9 +225,8 @@ SessionRecord runScript(const ReportInput& input) {
         std::istringstream own(kOwnSession);
         return recordSession(own, "built-in session", input.calibration);
     }
+    requireFile(*input.script, "a script");
     std::ifstream file(*input.script);
-    if (!file || fs::is_directory(*input.script))
-        throw std::runtime_error(input.script->string() + ": could not be read; expected a script");
     return recordSession(file, input.script->string(), input.calibration);
 }
 
