@@ -447,7 +447,7 @@ const std::vector<Command>& commands() {
          "",
          [](const Values& values) { checkFail(values, "composer", "call"); },
          kFailureHelp + "Failures add up and last until composer start. After composer stop and start, the service\n"
-                        "finds the new process only with deInit and init.\n"},
+                        "finds the new process with its next init.\n"},
         {"picture",
          {{"name", Kind::NAME}, {"display", Kind::DISPLAY, 1, true}},
          "write the picture as the display shows it now",
