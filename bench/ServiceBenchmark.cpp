@@ -21,7 +21,7 @@ struct Service {
     }
 
     const QuietLog quiet;
-    simulator::Phone phone{DISPLAY_CONTROL_DATA_DIR "/phone"};
+    simulator::Phone phone{simulator::PhoneFiles::at(DISPLAY_CONTROL_DATA_DIR "/phone")};
     DisplayControlImpl impl;
 };
 

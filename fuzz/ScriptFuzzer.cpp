@@ -55,6 +55,7 @@ private:
 simulator::SessionOptions optionsOn(const Desk& desk) {
     simulator::SessionOptions options;
     options.phone = desk.freshPhone();
+    options.inPlace = true;
     options.picture = {2, 2, {0, 0, 0, 255, 255, 255, 200, 100, 50, 1, 2, 3}};
     options.out = desk.pictures();
     options.goOnWaiting = [waited = std::chrono::milliseconds(0)](auto passed, auto) mutable {
@@ -83,11 +84,15 @@ void runScript(const std::string& script) {
     {
         simulator::Timeline timeline(events, simulator::Timeline::Format::JSON);
         simulator::Session session(optionsOn(kDesk), timeline);
-        try {
-            simulator::ScriptFile(kDesk.folder.write("script.txt", script)).run(session, events);
-        } catch (const simulator::ScriptError& error) {
-            const std::string text = error.what();
-            require(text.find("; expected ") != std::string::npos, "an error says what was expected: " + text);
+        std::istringstream lines(script);
+        for (std::string line; std::getline(lines, line);) {  // a wrong line keeps no other line from running
+            try {
+                std::istringstream one(line);
+                simulator::ScriptFile(one, "script").run(session, events);
+            } catch (const simulator::ScriptError& error) {
+                const std::string text = error.what();
+                require(text.find("; expected ") != std::string::npos, "an error says what was expected: " + text);
+            }
         }
         require(!stateToJson(session.state()).dump().empty(), "the state can be shown");
     }

@@ -46,7 +46,7 @@ std::string tableText(const Table& table) {
     if (table == nullptr) return "{}";
     std::string text = "{";
     for (const size_t index : kTableSamples) text += std::to_string(index) + ": " + floatText((*table)[index]) + " ";
-    return text + digestOf(table->data(), table->size()) + "}";
+    return text + tableDigest(*table) + "}";
 }
 
 std::string numberText(int64_t value) {
@@ -154,6 +154,10 @@ Table tableOf(const float* entries) {
     auto table = std::make_shared<std::array<float, 4096>>();
     std::copy_n(entries, table->size(), table->begin());
     return table;
+}
+
+std::string tableDigest(const std::array<float, 4096>& table) {
+    return digestOf(table.data(), table.size());
 }
 
 std::optional<int> toneCurveLevelOf(const ComposerCall& call) {

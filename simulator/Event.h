@@ -30,6 +30,9 @@ using Table = std::shared_ptr<const std::array<float, 4096>>;
 Matrix matrixOf(const float* elements);
 Table tableOf(const float* entries);
 
+// FNV-1a of all entries, "#8d3c11f0".
+std::string tableDigest(const std::array<float, 4096>& table);
+
 // The entries by which people know a table.
 constexpr std::array<size_t, 5> kTableSamples = {96, 320, 1024, 2048, 3840};
 

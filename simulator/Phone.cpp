@@ -10,8 +10,6 @@ namespace simulator {
 Phone::Phone(Start start, const std::filesystem::path& sample)
     : Phone(start == Start::EMPTY ? PhoneFiles::empty() : PhoneFiles::copyOf(sample)) {}
 
-Phone::Phone(const std::filesystem::path& folder) : Phone(PhoneFiles::at(folder)) {}
-
 Phone::Phone(PhoneFiles files)
     : tree(std::move(files)), displayComposer(new Composer(journal, 1)), sensorService(new Sensors(journal)) {
     platform::setClock(&virtualClock);

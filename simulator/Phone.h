@@ -45,8 +45,8 @@ public:
     // the caller's, so that an installed library depends on no place. Throws std::runtime_error when the files cannot
     // be copied.
     explicit Phone(Start start, const std::filesystem::path& sample = DISPLAY_CONTROL_DATA_DIR "/phone");
-    // The phone's files are used where they are. Throws std::runtime_error when it is not a folder.
-    explicit Phone(const std::filesystem::path& folder);
+    // On such files: PhoneFiles::copyOf(folder), or PhoneFiles::at(folder) to use a folder in place.
+    explicit Phone(PhoneFiles files);
     ~Phone();
     Phone(const Phone&) = delete;
     Phone& operator=(const Phone&) = delete;
@@ -74,7 +74,6 @@ public:
     void setSensorsPresent(bool present);
 
 private:
-    explicit Phone(PhoneFiles files);
     void publish();
 
     platform::VirtualClock virtualClock;

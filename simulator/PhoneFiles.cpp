@@ -69,8 +69,18 @@ PhoneFiles PhoneFiles::copyOf(const fs::path& source) {
     if (!fs::is_directory(source)) fail(source, "is not a folder; expected a folder of the phone's files");
     PhoneFiles tree(makeTemporaryFolder(), true);
     std::error_code error;
-    fs::copy(source, tree.folder, fs::copy_options::recursive, error);
-    check(error, source, "could not be copied", "a phone's files that can be read");
+    fs::recursive_directory_iterator entries(source, fs::directory_options::follow_directory_symlink, error);
+    check(error, source, "could not be read", "a folder of the phone's files");
+    for (; entries != fs::end(entries); entries.increment(error)) {
+        const fs::path& file = entries->path();
+        const fs::path place = tree.folder / file.lexically_relative(source);
+        if (entries->is_directory(error)) {
+            fs::create_directory(place, error);
+        } else if (!error) {
+            fs::copy_file(file, place, error);
+        }
+        check(error, file, "could not be copied", "a file of the phone that can be read");
+    }
     return tree;
 }
 

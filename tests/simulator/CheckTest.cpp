@@ -145,19 +145,19 @@ const RuleCase kRuleCases[] = {
     {"value-no-number", replace(kFirst, "<v> 1 </v>"), replace(kFirst, "<v>one</v>"),
      R"(CTM_WPC: value 1 "one" is not a number and is read as 0; expected a decimal number)"},
     {"value-trailing-text", replace(kFirst, "<v>1.0E0\n</v>"), replace(kFirst, "<v>1,05</v>"),
-     R"(CTM_WPC: value 1 "1,05" is read as 1, without its end ",05"; expected a decimal number)"},
+     R"(CTM_WPC: value 1 "1,05" is read as 1: it has a decimal comma instead of a point; expected a decimal number)"},
     {"value-base", ends("ffffea", "0XEDFDFF"), ends("16777194", "EDFDFF"),
-     R"(UnlimitedCT: value 1 "16777194" is read as 0x16777194, as hexadecimal; expected a colour 0xRRGGBB in hexadecimal)"},
+     R"(UnlimitedCT: value 1 "16777194" is read as 0x16777194, as hexadecimal; expected a colour 0xRRGGBB, six hexadecimal digits)"},
     {"value-base", replace(kFirst, "<v>01</v>"), replace(kFirst, "<v>0x1</v>"),
      R"(CTM_WPC: value 1 "0x1" is read as 1, as hexadecimal; expected a decimal number)"},
     {"value-not-finite", replace(kFirst, "<v>+1</v>"), replace(kFirst, "<v>-Inf</v>"),
-     R"(CTM_WPC: value 1 "-Inf" is not finite; expected a decimal number)"},
+     R"(CTM_WPC: value 1 "-Inf" is read as minus infinity; expected a decimal number)"},
     {"value-range", replace("<v>0.000000</v>", "<v>1e-37</v>"), replace("<v>0.000000</v>", "<v>1e-60</v>"),
-     R"(CTM_WPC: value 2 "1e-60" is so small that it becomes 0; expected a decimal number)"},
+     R"(CTM_WPC: value 2 "1e-60" is read as 0, because it is too small; expected a decimal number)"},
     {"value-range", ends("0xFFFFEA", "0xFFFFFF"), ends("0xFFFFEA", "0x1000000"),
-     R"(UnlimitedCT: value 2 "0x1000000" is read as 0x1000000, which is not a colour; expected a colour 0xRRGGBB in hexadecimal)"},
-    {"value-range", ends("0xFFFFEA", "0x00000000000FFFFFF"), ends("0xFFFFEA", "0xFFFFFFFFFFFFFFFFF"),
-     R"(UnlimitedCT: value 2 "0xFFFFFFFFFFFFFFFFF" is read as 0xFFFFFFFF, which is not a colour; expected a colour 0xRRGGBB in hexadecimal)"},
+     R"(UnlimitedCT: value 2 "0x1000000" is read as 0x1000000, which is not a colour; expected a colour 0xRRGGBB, six hexadecimal digits)"},
+    {"value-range", ends("0xFFFFEA", "EDFDFF"), ends("0xFFFFEA", "0xFFFFFFFFFFFFFFFFF"),
+     R"(UnlimitedCT: value 2 "0xFFFFFFFFFFFFFFFFF" is read as 0xFFFFFFFF, which is not a colour; expected a colour 0xRRGGBB, six hexadecimal digits)"},
     {"value-not-plain", replace(kFirst, "<v><![CDATA[1]]></v>"), replace(kFirst, "<v><b>1</b></v>"),
      "CTM_WPC: value 1 is made of entities or of further elements; expected the number itself"},
     {"gamma-falls", gammaWith(112, usualGamma(111)), gammaWith(112, 0.19),
@@ -195,6 +195,10 @@ const RuleCase kRuleCases[] = {
      "expected less blue at the warm end"},
     {"temperature-range", replace("<MaxCCT>6500", "<MaxCCT>2901"), replace("<MaxCCT>6500", "<MaxCCT>2900"),
      "EyeCare: has a maximum of 2900 K and a minimum of 2900 K; expected a maximum above the minimum"},
+    {"value-range", ends("0xFFFFEA", "EDFDFF"), ends("0xFFFFEA", "0xDFF"),
+     R"(UnlimitedCT: value 2 "0xDFF" is read as 0x000DFF, from 3 digits; expected a colour 0xRRGGBB, six hexadecimal digits)"},
+    {"temperature-range", replace("<MaxCCT>6500", "<MaxCCT>25000"), replace("<MaxCCT>6500", "<MaxCCT>25001"),
+     "EyeCare: has an end at 25001 K; expected colour temperatures from 1000 to 25000 K"},
     {"primaries", matrix("WPCParam", {0.64, 0.30, 0.15, 0.33, 0.60, 0.06, 0, 0, 0}),
      matrix("WPCParam", {0.30, 0.64, 0.15, 0.60, 0.33, 0.06, 0, 0, 0}),
      "WPCParam: has primaries that span -0.112 in CIE xy, taken as x and then y of red, green, blue; expected a "
@@ -251,7 +255,7 @@ TEST_F(CheckTest, AWreckedTableIsListedInPartAndCountedInWhole) {
         if (finding.rule == "gamma-falls") falls.push_back(finding);
     }
     ASSERT_EQ(falls.size(), kMostFindings + 1);
-    EXPECT_EQ(sentenceOf(falls.back()), "Gamma_Calib: has 4090 more findings of the rule gamma-falls");
+    EXPECT_EQ(sentenceOf(falls.back()), "Gamma_Calib: 4090 more like this");
     EXPECT_EQ(countOf(falls, Finding::Severity::WARNING), 4095u);
     EXPECT_EQ(countOf(falls, Finding::Severity::ERROR), 0u);
 }

@@ -60,7 +60,7 @@ protected:
 };
 
 TEST_F(LightTraceTest, ReadsWhatASensorMaySay) {
-    const LightTrace trace = read("\xEF\xBB\xBF\n\ntime, light\r\n0,300\n\n 0.5 , -1\n0.5,nan\n100000000,1e30\n");
+    const LightTrace trace = read("\xEF\xBB\xBF\n\nseconds, lux\r\n0,300\n\n 0.5 , -1\n0.5,nan\n100000000,1e30\n");
     ASSERT_EQ(trace.size(), 4U);
     EXPECT_EQ(trace[1].time, milliseconds(500));
     EXPECT_EQ(trace[1].lux, -1.0F);
@@ -74,6 +74,7 @@ TEST_F(LightTraceTest, AWrongLineSaysWhereAndWhatWasExpected) {
     } kCases[] = {
         {"", "has no sample; expected lines of SECONDS,LUX"},
         {"seconds,lux\n", "has no sample; expected lines of SECONDS,LUX"},
+        {"lux,seconds\n0,1\n", ":1: \"lux,seconds\" does not name the columns; expected seconds,lux or no header"},
         {"0,1\nseconds,lux\n", ":2: \"seconds\" is not a time; expected seconds from 0 to 1e8"},
         {"0,1\n1;2\n", ":2: \"1;2\" is not two columns; expected SECONDS,LUX"},
         {"0,1,2\n", ":1: \"0,1,2\" is not two columns; expected SECONDS,LUX"},

@@ -136,7 +136,7 @@ TEST(SessionDumpTest, ValuesAreComparedExactly) {
 TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
     const std::string script = kData + "/demo.script";
     const std::string other = file("other.script", "init\nwait 2h\n");
-    const std::string broken = file("broken.script", "init\n\nshw\n");
+    const std::string broken = file("broken.script", "init\n\nshw\nwait 1s\nlight\n");
     const std::string fresh = (folder / "fresh.json").string();
     const struct {
         std::string arguments;
@@ -145,14 +145,19 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
     } kCases[] = {
         {"show " + other, 0, "screen mode  none yet"},
         {"show --json", 0, R"({"event":"state","state":{)"},
-        {"show " + broken, 2, broken + ":3: unknown command \"shw\"; expected show\n"},
-        {"show /nowhere", 2, "dcsim: /nowhere: could not be read; expected a script"},
+        {"run " + broken + " 2>/dev/null | head -c 1 | wc -c", 0, "0\n"},  // nothing has run
+        {"run " + broken, 2,
+         broken + ":3: unknown command \"shw\"; expected show\n" + broken + ":5: light: LUX is missing"},
+        {"show /nowhere", 2, "dcsim: /nowhere: does not exist; expected a script"},
         {"verify " + script + " " + kData + "/demo.expected.json", 0, ": as expected: 172 composer calls"},
         {"verify " + other + " " + kData + "/demo.expected.json --json", 1,
          R"({"event":"difference","path":"/calls/3","call":4,"expected":{"call":"setColorTransformMatrix")"},
         {"verify " + other + " " + kData + "/demo.expected.json", 1, "composer call 4 of 3: it did not come"},
-        {"verify " + other + " " + fresh, 2, fresh + ": could not be read as a stored session; expected one (write"},
-        {"verify " + other + " " + other, 2, other + ": is no stored session; expected one (write it with --update)"},
+        {"verify " + other + " " + fresh, 2, fresh + ": does not exist; expected a stored session; --update writes it"},
+        {"verify " + other + " " + other, 2,
+         other + ": is not a stored session; expected one that --update has written"},
+        {"verify " + other + " " + other + " --update", 2, other + ": is not a stored session"},
+        {"verify " + other + " " + folder.string(), 2, "is a folder; expected a stored session"},
         {"verify " + other + " " + fresh + " --update", 0, fresh + ": written: 3 composer calls"},
         {"verify " + other + " " + fresh, 0, "as expected"},
         {"verify " + other + " /nowhere/x --update", 2, "dcsim: /nowhere/x: could not be written"},
@@ -163,7 +168,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
          "long.script:3: the line is longer than 65536 bytes; expected a script\n"},
         {"shell < " + file("long-line.script", std::string(65537, 'x') + "\nshw\n"), 2,
          "<stdin>:1: the line is longer than 65536 bytes; expected a script\n<stdin>:2: unknown command \"shw\""},
-        {"show \"\x1B[31m\n\xC3\xBC\"", 2, "dcsim: \\x1B[31m\n\xC3\xBC: could not be read"},
+        {"show \"\x1B[31m\n\xC3\xBC\"", 2, "dcsim: \\x1B[31m\n\xC3\xBC: does not exist"},
         {"run " + script + " --out " + folder.string(), 0,
          "composer  setAladParams 0 on, levels 11 to 59 in 49 messages, 20 ms apart\n"},
         {"run " + script + " --all --out " + folder.string(), 0, "composer  setAladParams 0 on 14: level 40 -> OK\n"},

@@ -2,29 +2,18 @@
 #include "tools/check/Check.h"
 
 #include <algorithm>
-#include <fstream>
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 #include "tools/check/Document.h"
 #include "tools/check/Rules.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-void requireFile(const fs::path& file) {
-    std::error_code error;
-    const fs::file_status status = fs::status(file, error);
-    if (!fs::exists(status)) throw std::runtime_error(file.string() + ": does not exist; expected a calibration file");
-    if (!fs::is_regular_file(status))
-        throw std::runtime_error(file.string() + ": is not a regular file; expected a calibration file");
-    if (!std::ifstream(file).is_open())
-        throw std::runtime_error(file.string() + ": cannot be opened; expected a calibration file");
-}
 
 std::vector<BlockCount> countBlocks(const Document& document) {
     std::vector<BlockCount> counts;
@@ -67,7 +56,7 @@ void Notes::add(std::string_view block, long line, std::optional<size_t> value, 
         findings.push_back({rule.severity, seen.lastLine, std::string(block), {}, std::string(rule.name), {}, {}});
     }
     Finding& closing = findings[seen.closing];
-    closing.what = "has " + std::to_string(++closing.more) + " more findings of the rule " + closing.rule;
+    closing.what = std::to_string(++closing.more) + " more like this";
 }
 
 void Notes::addBlock(const Subject& subject, const CalibrationBlock& form, std::string what, std::string expected) {
@@ -87,7 +76,9 @@ std::string numberText(double value, int digits) {
 }
 
 CheckedCalibration checkCalibration(const fs::path& file) {
-    requireFile(file);
+    requireFile(file, "a calibration file");
+    if (!fs::is_regular_file(file))
+        throw std::runtime_error(file.string() + ": is not a regular file; expected a calibration file");
     auto record = std::make_unique<ConfigXmlParser>();
     const Document document = readDocument(file, *record);
     std::vector<Finding> findings = look({document, *record});

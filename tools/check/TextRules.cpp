@@ -208,7 +208,10 @@ std::string noNumber(const Written& value, const CalibrationBlock& /*form*/) {
 }
 
 std::string trailingText(const Written& value, const CalibrationBlock& /*form*/) {
-    return value.body.empty() || value.rest.empty() ? "" : readAs(value) + ", without its end " + inQuotes(value.rest);
+    if (value.body.empty() || value.rest.empty()) return "";
+    const bool hasComma = value.rest.front() == ',' && !value.isColor;
+    return readAs(value) +
+           (hasComma ? ": it has a decimal comma instead of a point" : ", without its end " + inQuotes(value.rest));
 }
 
 std::string otherBase(const Written& value, const CalibrationBlock& /*form*/) {
@@ -216,22 +219,29 @@ std::string otherBase(const Written& value, const CalibrationBlock& /*form*/) {
     return isHexadecimal(value) ? readAs(value) + ", as hexadecimal" : "";
 }
 
+std::string nameOfNotFinite(double number) {
+    return std::isnan(number) ? "NaN" : number > 0 ? "infinity" : "minus infinity";
+}
+
 std::string notFinite(const Written& value, const CalibrationBlock& /*form*/) {
     const bool isWord = !value.isColor && !isHexadecimal(value) && hasLetter(value.body, "nN");
-    return isWord ? inQuotes(value.text) + " is not finite" : "";
+    return isWord ? inQuotes(value.text) + " is read as " + nameOfNotFinite(value.number) : "";
 }
 
 std::string outOfRange(const Written& value, const CalibrationBlock& form) {
     if (value.isColor) {
         const bool fits = value.number >= 0 && value.number <= static_cast<double>(kWhite);
-        return fits || looksDecimal(value) ? "" : readAs(value) + ", which is not a colour";
+        if (value.body.empty() || looksDecimal(value)) return "";
+        if (!fits) return readAs(value) + ", which is not a colour";
+        const size_t digits = value.body.size() - (isHexadecimal(value) ? 2 : 0);
+        return digits == kColorDigits ? "" : readAs(value) + ", from " + std::to_string(digits) + " digits";
     }
     if (value.body.empty() || hasLetter(value.body, "nN")) return "";
     const bool staysDouble = form.isComplete == &ConfigXmlParser::hasEyeCare;
     const double kept = staysDouble ? value.number : static_cast<double>(static_cast<float>(value.number));
     const bool hasDigit = hasLetter(value.body.substr(0, value.body.find_first_of("eEpP")), "123456789");
-    if (std::isinf(kept)) return inQuotes(value.text) + " is beyond the range of a number here";
-    return kept == 0.0 && hasDigit ? inQuotes(value.text) + " is so small that it becomes 0" : "";
+    if (std::isinf(kept)) return inQuotes(value.text) + " is read as " + nameOfNotFinite(kept);
+    return kept == 0.0 && hasDigit ? inQuotes(value.text) + " is read as 0, because it is too small" : "";
 }
 
 // Looks at every value that the library reads as a number.
@@ -248,7 +258,7 @@ void inValues(const Subject& subject, Notes& notes) {
             std::string what = fault(convert(*value.text, areColors), form);
             if (what.empty()) continue;
             notes.add(form.name, value.line, i + 1, std::move(what),
-                      areColors ? "a colour 0xRRGGBB in hexadecimal" : "a decimal number");
+                      areColors ? "a colour 0xRRGGBB, six hexadecimal digits" : "a decimal number");
         }
     }
 }

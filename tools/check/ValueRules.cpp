@@ -208,7 +208,13 @@ void unlimitedEnds(const Subject& subject, Notes& notes) {
 
 void eyeCareRange(const Subject& subject, Notes& notes) {
     const ConfigXmlParser& record = subject.record;
-    if (!record.hasEyeCare || record.eyeCareMaxCCT > record.eyeCareMinCCT) return;
+    if (!record.hasEyeCare) return;
+    for (const double kelvin : {record.eyeCareMaxCCT, record.eyeCareMinCCT}) {
+        if (kelvin >= 1000 && kelvin <= 25000) continue;
+        notes.addBlock(subject, blockOf(&ConfigXmlParser::hasEyeCare), "has an end at " + numberText(kelvin) + " K",
+                       "colour temperatures from 1000 to 25000 K");
+    }
+    if (record.eyeCareMaxCCT > record.eyeCareMinCCT) return;
     notes.addBlock(subject, blockOf(&ConfigXmlParser::hasEyeCare),
                    "has a maximum of " + numberText(record.eyeCareMaxCCT) + " K and a minimum of " +
                        numberText(record.eyeCareMinCCT) + " K",

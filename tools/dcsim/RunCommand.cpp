@@ -24,7 +24,7 @@ struct Options : SessionArguments {
 };
 
 int run(const Options& options) {
-    simulator::ScriptFile script(options.script);
+    const simulator::ScriptFile script(options.script);
     Timeline timeline(std::cout, options.json ? Timeline::Format::JSON : Timeline::Format::TEXT,
                       {useColor(STDOUT_FILENO), true, options.all});
     simulator::SessionOptions session = seenSession(options);

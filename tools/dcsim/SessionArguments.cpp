@@ -25,7 +25,7 @@ std::string isLogLevel(const std::string& word) {
 }  // namespace
 
 void addPhoneOption(CLI::App& command, SessionArguments& arguments) {
-    command.add_option("--phone", arguments.phone, "The phone's files; used and changed where they are, not copied")
+    command.add_option("--phone", arguments.phone, "The phone's files; the session uses a copy of them")
         ->type_name("DIR");
 }
 
@@ -40,6 +40,8 @@ void addPictureOptions(CLI::App& command, SessionArguments& arguments) {
     command.add_option("--log", arguments.log, "Log lines shown: debug, info, error or none")
         ->check(isLogLevel)
         ->type_name("LEVEL");
+    command.add_flag("--in-place", arguments.inPlace, "Uses and changes the files of --phone themselves, not a copy")
+        ->needs("--phone");
     command.add_flag("--all", arguments.all,
                      "Each message of a ramp of the tone curve, and the calls of the closed libraries");
 }
@@ -47,6 +49,7 @@ void addPictureOptions(CLI::App& command, SessionArguments& arguments) {
 simulator::SessionOptions unseenSession(const SessionArguments& arguments) {
     simulator::SessionOptions session;
     if (!arguments.phone.empty()) session.phone = arguments.phone;
+    session.inPlace = arguments.inPlace;
     return session;
 }
 

@@ -14,6 +14,7 @@ class Progress;
 
 struct SessionArguments {
     std::string phone;
+    bool inPlace = false;
     std::string picture;  // empty: the test chart
     std::string out = "out";
     bool json = false;
@@ -23,7 +24,7 @@ struct SessionArguments {
 
 void addPhoneOption(CLI::App& command, SessionArguments& arguments);
 void addJsonFlag(CLI::App& command, SessionArguments& arguments);
-// --picture, --out, --log and --all: for commands that show the session while it runs.
+// --picture, --out, --log, --in-place and --all: for commands that show the session while it runs.
 void addPictureOptions(CLI::App& command, SessionArguments& arguments);
 
 // A session that is not seen: its phone, without a picture.

@@ -67,8 +67,10 @@ void printDone(const Options& options, const char* event, const std::string& tex
 }
 
 int verify(const Options& options) {
-    simulator::ScriptFile script(options.script);
-    const Json expected = options.update ? Json() : simulator::readDump(options.expected);
+    const simulator::ScriptFile script(options.script);
+    // A file that exists is replaced only if it is a stored session.
+    const bool isFirst = options.update && !std::filesystem::exists(options.expected);
+    const Json expected = isFirst ? Json() : simulator::readDump(options.expected);
     Progress progress("waiting");
     simulator::SessionOptions session = unseenSession(options);
     showWaits(session, progress);
@@ -94,7 +96,8 @@ void addVerify(CLI::App& app, int& status) {
         app.add_subcommand("verify", "Compares what a script tells the composer and leaves with a stored session");
     command->add_option("script", options->script, "Script, - for standard input")->required();
     command->add_option("expected", options->expected, "The stored session, a JSON file")->required();
-    command->add_flag("--update", options->update, "Stores the session instead of comparing it");
+    command->add_flag("--update", options->update,
+                      "Stores the session, in a new file or in place of a stored session, instead of comparing it");
     addPhoneOption(*command, *options);
     addJsonFlag(*command, *options);
     command->footer(

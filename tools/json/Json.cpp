@@ -19,6 +19,7 @@ Json listToJson(const Range& values) {
 Json tableToJson(const Table& table) {
     Json samples = Json::object();
     for (const size_t index : kTableSamples) samples[std::to_string(index)] = toJson((*table)[index]);
+    samples["digestOfAllEntries"] = tableDigest(*table);
     return samples;
 }
 

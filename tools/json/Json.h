@@ -19,7 +19,7 @@ using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::strin
 Json toJson(float value);
 // Nine elements by rows.
 Json matrixToJson(const float* elements);
-// A matrix is a list of nine, a table an object of its samples by their index.
+// A matrix is a list of nine, a table an object of its samples by their index and the digest of all entries.
 Json valueToJson(const Value& value);
 
 // How the values of a tone curve of the simulated library are given.

@@ -46,12 +46,11 @@ std::optional<Row> splitRow(std::string_view line) {
 }  // namespace
 
 LightTrace readLightTrace(const std::filesystem::path& file) {
+    requireFile(file, "a light trace, lines of SECONDS,LUX");
     std::ifstream stream(file);
-    if (!stream || std::filesystem::is_directory(file))
-        throw std::runtime_error(file.string() + ": could not be read; expected a light trace, lines of SECONDS,LUX");
     LightTrace trace;
     LineReader lines(stream, file.string(), "lines of SECONDS,LUX");
-    bool isFirst = true;  // of the lines that hold something; the headings may stand there
+    bool isFirst = true;  // of the lines that hold something; the header may be there
     while (lines.next()) {
         const std::string_view content = trimmed(lines.line());
         if (content.empty()) continue;
@@ -60,6 +59,8 @@ LightTrace readLightTrace(const std::filesystem::path& file) {
         const auto seconds = toNumber<double>(row->seconds);
         const auto lux = toNumber<float>(row->lux);
         const bool isHeader = std::exchange(isFirst, false) && !seconds && !lux;
+        if (isHeader && (row->seconds != "seconds" || row->lux != "lux"))
+            fail(lines, inQuotes(content) + " does not name the columns; expected seconds,lux or no header");
         if (isHeader) continue;
         if (!seconds || !(*seconds >= 0 && *seconds <= kLongestTrace))
             fail(lines, inQuotes(row->seconds) + " is not a time; expected seconds from 0 to 1e8");

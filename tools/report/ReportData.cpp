@@ -19,6 +19,7 @@
 #include "tools/light/Replay.h"
 #include "tools/report/SpectralLocus.h"
 #include "tools/session/DataFolder.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -227,9 +228,8 @@ SessionRecord runScript(const ReportInput& input) {
         return recordSession(own, "built-in session", input.calibration);
     }
     if (*input.script == "-") return recordSession(std::cin, "<stdin>", input.calibration);
+    requireFile(*input.script, "a script");
     std::ifstream file(*input.script);
-    if (!file || fs::is_directory(*input.script))
-        throw std::runtime_error(input.script->string() + ": could not be read; expected a script");
     return recordSession(file, input.script->string(), input.calibration);
 }
 

@@ -11,9 +11,9 @@
 #include "tools/picture/DisplayPipeline.h"
 #include "tools/report/Page.h"
 #include "tools/session/Command.h"
+#include "tools/session/ScriptFile.h"
 #include "tools/session/Session.h"
 #include "tools/session/SessionJson.h"
-#include "tools/text/LineReader.h"
 
 namespace simulator {
 
@@ -73,17 +73,15 @@ public:
 
     void installCalibration(const std::filesystem::path& file) { session.phone().files().installCalibration(file); }
 
-    void run(const LineReader& script) {
+    void run(const ScriptFile::Line& line) {
+        const ParsedLine parsed = parseLine(line.text);
+        if (parsed.command == nullptr || parsed.command->name == "picture") return;
         try {
-            const ParsedLine parsed = parseLine(script.line());
-            if (parsed.command == nullptr || parsed.command->name == "picture") return;
-            step = {{"line", script.number()},
-                    {"text", parsed.text},
-                    {"comment", parsed.comment},
-                    {"answers", Json::array()}};
-            session.run(script.line(), script.number());
+            step = {
+                {"line", line.number}, {"text", parsed.text}, {"comment", parsed.comment}, {"answers", Json::array()}};
+            session.run(line.text, line.number);
         } catch (const std::runtime_error& error) {
-            throw ScriptError(script.place() + error.what());
+            throw ScriptError(line.place + error.what());
         }
         step["before"] = shown;
         step["after"] = shown = look();
@@ -138,12 +136,12 @@ private:
 
 SessionRecord recordSession(std::istream& script, const std::string& name,
                             const std::optional<std::filesystem::path>& calibration) {
+    const ScriptFile lines(script, name);
     SessionOptions options;
     options.logPriority = ANDROID_LOG_SILENT;
     Recorder recorder(std::move(options));
     if (calibration) recorder.installCalibration(*calibration);
-    LineReader lines(script, name, "a script");
-    while (lines.next()) recorder.run(lines);
+    for (const ScriptFile::Line& line : lines.lines()) recorder.run(line);
     return recorder.finish();
 }
 

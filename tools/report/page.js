@@ -123,7 +123,8 @@ function draw(plot) {
         data: {datasets},
         plugins: [pointTexts],
         options: {
-            animation: false, responsive: true, maintainAspectRatio: false, parsing: false, normalized: true,
+            // Only points whose x rises may skip parsing; the lines of a square diagram go both ways.
+            animation: false, responsive: true, maintainAspectRatio: false, parsing: Boolean(square), normalized: !square,
             devicePixelRatio: Math.max(2, devicePixelRatio), interaction: {mode: 'nearest', intersect: false},
             scales: {x: axis(x.title, colors, x.more), y: axis(y.title, colors, y.more)},
             plugins: {

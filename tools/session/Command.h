@@ -71,6 +71,8 @@ struct Command {
     std::string_view summary;
     void (*run)(Session& session, const Values& values);
     std::string_view group = "";  // begins a group of that title; the rows below it that have none belong to it too
+    void (*check)(const Values& values) = nullptr;  // throws ScriptError for values that do not go together
+    std::string details = {};                       // lines of help below those of the arguments
 };
 
 // Every command, in the order in which help shows them.

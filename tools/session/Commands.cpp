@@ -56,9 +56,9 @@ ColorTransformMatrix matrixFrom(const Values& values, size_t index) {
 // 4096 numbers, separated by white space.
 GammaLut readTable(const std::string& file) {
     constexpr int kLongest = 128;  // characters of a number
+    requireFile(file, "a file of 4096 numbers");
     GammaLut table;
     std::ifstream stream(file);
-    if (!stream) throw ScriptError(file + ": could not be opened; expected a file of 4096 numbers");
     for (size_t i = 0; i < table.entries.size(); ++i) {
         std::string word;
         if (!(stream >> std::setw(kLongest) >> word))
@@ -262,17 +262,25 @@ Failure failureFrom(const Values& values, size_t index) {
     return values.size() > index ? rowOf(kFailures, values.text(index))->second : Failure::REFUSED;
 }
 
-// A call goes with fail, and with fail alone.
-void checkFail(const Values& values, const std::string& command, const std::string& call) {
-    if ((values.text(0) == "fail") == (values.size() > 1)) return;
-    throw ScriptError(command + ": a call goes with fail, and with fail alone; expected " + command + " stop, " +
-                      command + " start or " + command + " fail " + call);
+// What fails follows fail, and fail alone.
+void checkFail(const Values& values, const std::string& command, const std::string& what) {
+    const std::string& state = values.text(0);
+    if (state == "fail" && values.size() == 1)
+        throw ScriptError(command + " fail: the " + what + " that fails is missing; expected it, and how it fails");
+    if (state != "fail" && values.size() > 1)
+        throw ScriptError(command + " " + state + ": the " + what + " goes with fail alone; expected nothing more");
 }
+
+const std::string kFailureHelp =
+    "HOW is what happens every time:\n"
+    "  refused      it answers an error, and a setter has no effect (the default)\n"
+    "  no-callback  a getter returns without an answer; a setter works\n"
+    "  unreached    the transport fails before the effect\n"
+    "  answer-lost  the transport fails after the effect\n";
 
 // stop: events stop; start: everything works again; fail: the service is not found, or a step fails, and events stay
 // as they were.
 void switchSensor(Session& session, const Values& values) {
-    checkFail(values, "sensor", "STEP");
     Phone& phone = session.phone();
     const std::string step = values.size() > 1 ? values.text(1) : "";
     phone.setSensorsPresent(step != "service");
@@ -283,7 +291,6 @@ void switchSensor(Session& session, const Values& values) {
 
 // stop: the process ends; start: everything works again; fail: a call fails, besides those that fail already.
 void switchComposer(Session& session, const Values& values) {
-    checkFail(values, "composer", "CALL");
     Phone& phone = session.phone();
     if (values.text(0) == "stop") return phone.stopComposer();
     if (values.text(0) == "start") {
@@ -303,6 +310,7 @@ void setPanel(Session& session, const Values& values) {
 }
 
 void setCalibration(Session& session, const Values& values) {
+    requireFile(values.text(0), "a calibration file");
     const std::string path = session.phone().files().installCalibration(values.text(0));
     session.report(InstalledFile{path, values.text(0)});
 }
@@ -414,7 +422,10 @@ const std::vector<Command>& commands() {
           {"step", Kind::WORD, 1, true, 0, {"service", "find", "queue", "enable", "disable"}},
           {"how", Kind::WORD, 1, true, 0, wordsOf(kFailures)}},
          "stop events, let a step fail, or work again",
-         switchSensor},
+         switchSensor,
+         "",
+         [](const Values& values) { checkFail(values, "sensor", "step"); },
+         kFailureHelp + "A failure lasts until the next sensor command; service: no sensor service is found.\n"},
         {"displays",
          {{"count", Kind::UNSIGNED, 1, false, kMostDisplays}},
          "how many displays the composer has",
@@ -435,7 +446,11 @@ const std::vector<Command>& commands() {
           {"call", Kind::WORD, 1, true, 0, {kComposerOperations.begin(), kComposerOperations.end()}},
           {"how", Kind::WORD, 1, true, 0, wordsOf(kFailures)}},
          "end its process, let a call fail, or work again",
-         switchComposer},
+         switchComposer,
+         "",
+         [](const Values& values) { checkFail(values, "composer", "call"); },
+         kFailureHelp + "Failures add up and last until composer start. After composer stop and start, the service\n"
+                        "finds the new process with its next init.\n"},
         {"picture",
          {{"name", Kind::NAME}, {"display", Kind::DISPLAY, 1, true}},
          "write the picture as the display shows it now",

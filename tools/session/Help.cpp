@@ -51,7 +51,7 @@ std::string helpOf(const Command& command) {
         text +=
             "    " + name + std::string(width + 2 - name.size(), ' ') + rangeOf(argument) + countOf(argument) + "\n";
     }
-    return text;
+    return text + command.details;
 }
 
 }  // namespace simulator

@@ -72,7 +72,8 @@ std::string placeOf(const Argument& argument, size_t index) {
     throw ScriptError(std::string(command.name) + ": " + what + "; expected " + usageOf(command));
 }
 
-[[noreturn]] void failValue(const Command& command, const Argument& argument, std::string_view word, const char* what) {
+[[noreturn]] void failValue(const Command& command, const Argument& argument, std::string_view word,
+                            const std::string& what) {
     throw ScriptError(std::string(command.name) + ": " + inQuotes(word) + " " + what + "; expected " +
                       nameOf(argument) + ", " + rangeOf(argument));
 }
@@ -83,7 +84,8 @@ T parseNumber(const Command& command, const Argument& argument, std::string_view
     const char* const end = word.data() + word.size();
     const auto [rest, error] = std::from_chars(word.data(), end, value);
     if (error == std::errc::result_out_of_range) failValue(command, argument, word, "is out of range");
-    if (error != std::errc() || rest != end) failValue(command, argument, word, "is not a number of that kind");
+    if (error != std::errc() || rest != end)
+        failValue(command, argument, word, std::is_integral_v<T> ? "is not a whole number" : "is not a number");
     return value;
 }
 
@@ -97,6 +99,8 @@ std::chrono::milliseconds parseDuration(const Command& command, const Argument& 
     const size_t digits = std::min(word.find_first_not_of("0123456789."), word.size());
     const auto unit = std::find_if(kUnits.begin(), kUnits.end(),
                                    [&](const Unit& candidate) { return candidate.name == word.substr(digits); });
+    if (digits == word.size())
+        failValue(command, argument, word, "has no unit: write " + std::string(word) + "s, without a space");
     if (unit == kUnits.end()) failValue(command, argument, word, "is not a duration");
     const double length = parseNumber<double>(command, argument, word.substr(0, digits)) * unit->milliseconds;
     if (!(length <= kLongest)) failValue(command, argument, word, "is out of range");
@@ -132,7 +136,7 @@ Values::Value parseValue(const Command& command, const Argument& argument, std::
             break;
         case Argument::Kind::WORD:
             if (std::find(argument.words.begin(), argument.words.end(), word) == argument.words.end())
-                failValue(command, argument, word, "is another word");
+                failUsage(command, inQuotes(word) + " is not " + rangeOf(argument));
             break;
         case Argument::Kind::FILE:
             if (word.find('\0') != std::string_view::npos) failValue(command, argument, word, "is not a file name");
@@ -196,7 +200,9 @@ ParsedLine parseLine(std::string_view line, const std::vector<Command>& table) {
     const std::string_view word = takeWord(rest);
     if (word.empty()) return {nullptr, text, comment, {}};
     const Command& command = commandNamed(word, table);
-    return {&command, text, comment, parseArguments(command, rest)};
+    Values values = parseArguments(command, rest);
+    if (command.check != nullptr) command.check(values);
+    return {&command, text, comment, std::move(values)};
 }
 
 }  // namespace simulator

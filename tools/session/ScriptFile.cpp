@@ -1,40 +1,52 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/session/ScriptFile.h"
 
-#include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <stdexcept>
-#include <utility>
 
 #include "tools/session/Command.h"
 #include "tools/text/LineReader.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
-namespace {
-
-constexpr std::string_view kStandardInput = "-";
-
-}  // namespace
-
-ScriptFile::ScriptFile(std::string fileName) : name(std::move(fileName)) {
-    if (name == kStandardInput) return;
-    file.open(name);
-    if (!file || std::filesystem::is_directory(name))
-        throw std::runtime_error(name + ": could not be read; expected a script");
+ScriptFile::ScriptFile(const std::string& fileName) {
+    const bool isInput = fileName == "-";
+    if (!isInput) requireFile(fileName, "a script");
+    std::ifstream file(fileName);
+    read(isInput ? std::cin : file, isInput ? "<stdin>" : fileName);
 }
 
-std::istream& ScriptFile::lines() {
-    return name == kStandardInput ? std::cin : file;
+ScriptFile::ScriptFile(std::istream& stream, const std::string& name) {
+    read(stream, name);
 }
 
-void ScriptFile::run(Session& session, const std::ostream& output) {
-    LineReader script(lines(), name == kStandardInput ? "<stdin>" : name, "a script");
-    while (output && script.next()) {
+void ScriptFile::read(std::istream& stream, const std::string& name) {
+    constexpr size_t kMostMistakes = 20;
+    LineReader reader(stream, name, "a script");
+    std::string mistakes;
+    size_t wrong = 0;
+    while (reader.next()) {
         try {
-            session.run(script.line(), script.number());
+            parseLine(reader.line());
+        } catch (const ScriptError& error) {
+            if (++wrong <= kMostMistakes) mistakes += (wrong == 1 ? "" : "\n") + reader.place() + error.what();
+        }
+        script.push_back({reader.number(), reader.place(), std::string(reader.line())});
+    }
+    if (wrong > kMostMistakes)
+        mistakes += "\n" + name + ": " + std::to_string(wrong - kMostMistakes) + " more mistakes";
+    if (wrong > 0) throw ScriptError(mistakes);
+}
+
+void ScriptFile::run(Session& session, const std::ostream& output) const {
+    for (const Line& line : script) {
+        if (!output) return;
+        try {
+            session.run(line.text, line.number);
         } catch (const std::runtime_error& error) {
-            throw ScriptError(script.place() + error.what());
+            throw ScriptError(line.place + error.what());
         }
     }
 }

@@ -2,30 +2,39 @@
 // A file of script lines.
 #pragma once
 
-#include <fstream>
 #include <istream>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "tools/session/Session.h"
 
 namespace simulator {
 
+// Every line is parsed before the first one runs, so a script with a mistake changes nothing.
 class ScriptFile {
 public:
-    // Opens the file; "-" is standard input. Throws std::runtime_error when it cannot be read.
-    explicit ScriptFile(std::string fileName);
+    struct Line {
+        size_t number;
+        std::string place;  // "FILE:NUMBER: "
+        std::string text;
+    };
 
-    // Carries out the lines one after another, for as long as output takes what they report. Throws ScriptError,
-    // "FILE:LINE: what is wrong; what was expected", and std::runtime_error when the file cannot be read to its end
-    // (LineReader).
-    void run(Session& session, const std::ostream& output);
+    // Reads the file to its end; "-" is standard input. Throws std::runtime_error if it cannot be read, and ScriptError
+    // with a line for each mistake, "FILE:LINE: what is wrong; what was expected".
+    explicit ScriptFile(const std::string& fileName);
+    ScriptFile(std::istream& stream, const std::string& name);
+
+    const std::vector<Line>& lines() const { return script; }
+
+    // Carries out the lines one after another, for as long as output takes what they report. Throws ScriptError, of the
+    // same form, for a line that cannot be carried out.
+    void run(Session& session, const std::ostream& output) const;
 
 private:
-    std::istream& lines();
+    void read(std::istream& stream, const std::string& name);
 
-    const std::string name;
-    std::ifstream file;
+    std::vector<Line> script;
 };
 
 }  // namespace simulator

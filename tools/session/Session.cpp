@@ -102,10 +102,13 @@ Session::Session(SessionOptions options, Timeline& events)
       picture(std::move(options.picture)),
       out(std::move(options.out)),
       goOnWaiting(std::move(options.goOnWaiting)),
-      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE, dataFolder() / "phone")) {
+      simulated(options.inPlace ? PhoneFiles::at(options.phone) : PhoneFiles::copyOf(options.phone)) {
     service().allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
-    __android_log_set_minimum_priority(options.logPriority);
-    simulated.observe([this](const Event& event) { timeline.report({event.time, event.what}); });
+    __android_log_set_minimum_priority(ANDROID_LOG_DEBUG);  // light samples are read off the log
+    simulated.observe([this, shown = options.logPriority](const Event& event) {
+        const auto* const line = std::get_if<LogLine>(&event.what);
+        if (line == nullptr || line->priority >= shown) timeline.report({event.time, event.what});
+    });
 }
 
 // The service is stopped without being observed.

@@ -14,16 +14,18 @@
 
 #include "simulator/Phone.h"
 #include "tools/picture/Picture.h"
+#include "tools/session/DataFolder.h"
 #include "tools/session/ServedLibrary.h"
 #include "tools/session/Timeline.h"
 
 namespace simulator {
 
 struct SessionOptions {
-    std::optional<std::filesystem::path> phone;  // used where it is; otherwise a fresh copy of the sample phone
-    Picture picture;                             // what is on the screen
-    std::filesystem::path out;                   // folder for pictures, made for the first one; empty: none is written
-    int32_t logPriority = ANDROID_LOG_DEBUG;     // lines below it are suppressed
+    std::filesystem::path phone = dataFolder() / "phone";  // the phone's files
+    bool inPlace = false;                                  // those files themselves are used and changed, not a copy
+    Picture picture;                                       // what is on the screen
+    std::filesystem::path out;                // folder for pictures, made for the first one; empty: none is written
+    int32_t logPriority = ANDROID_LOG_DEBUG;  // lines below it are not reported
     // Called again and again while the script waits, the last time with all of it passed; false ends the wait.
     std::function<bool(std::chrono::milliseconds passed, std::chrono::milliseconds whole)> goOnWaiting;
 };

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "tools/session/SessionJson.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -85,7 +86,7 @@ void write(std::ostream& stream, const Json& value, const std::string& indent) {
 
 }  // namespace
 
-Json dumpOf(ScriptFile& script, SessionOptions options) {
+Json dumpOf(const ScriptFile& script, SessionOptions options) {
     Json calls = Json::array();
     Timeline timeline([&calls](const SessionEvent& event) {
         const auto* const call = phoneEvent<ComposerCall>(event);
@@ -105,12 +106,12 @@ std::optional<Difference> firstDifference(const Json& expected, const Json& got)
 }
 
 Json readDump(const fs::path& file) {
+    requireFile(file, "a stored session; --update writes it");
     std::ifstream stream(file);
     Json dump = Json::parse(stream, nullptr, /*allow_exceptions=*/false);
     const auto calls = dump.find("calls");
     if (calls == dump.end() || !calls->is_array() || !dump.contains("state"))
-        throw std::runtime_error(file.string() + (stream.is_open() ? ": is no" : ": could not be read as a") +
-                                 " stored session; expected one (write it with --update)");
+        throw std::runtime_error(file.string() + ": is not a stored session; expected one that --update has written");
     return dump;
 }
 

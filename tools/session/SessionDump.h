@@ -14,7 +14,7 @@ namespace simulator {
 // An object of "calls", the composer's calls in their order, and "state", what `show` gives at the end. The same on
 // every machine: no path of it, no line of the log. A tone curve of the simulated library is named by
 // its level. Pictures of the script are not written. Throws what ScriptFile::run throws.
-Json dumpOf(ScriptFile& script, SessionOptions options);
+Json dumpOf(const ScriptFile& script, SessionOptions options);
 
 // The first place where two dumps differ. Floats are the same when their bits are.
 struct Difference {

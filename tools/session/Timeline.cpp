@@ -59,7 +59,7 @@ std::string samplesOf(const Table& table) {
     std::string text;
     for (const size_t index : kTableSamples)
         text += (text.empty() ? "" : "  ") + std::to_string(index) + ": " + decimals((*table)[index]);
-    return text;
+    return text + "  " + tableDigest(*table);
 }
 
 std::string stateValueText(const Value& value, size_t indent) {

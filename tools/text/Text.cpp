@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <fstream>
 #include <numeric>
+#include <stdexcept>
 #include <utility>
 
 #include "simulator/Event.h"
@@ -53,6 +55,18 @@ std::string harmless(std::string_view text) {
 std::string inQuotes(std::string_view bytes) {
     constexpr size_t kLongest = 60;
     return "\"" + printable(bytes.substr(0, kLongest)) + (bytes.size() > kLongest ? "...\"" : "\"");
+}
+
+void requireFile(const std::filesystem::path& file, const std::string& expected) {
+    const auto status = std::filesystem::status(file);
+    const bool exists = std::filesystem::exists(status);
+    const bool isLink = std::filesystem::is_symlink(std::filesystem::symlink_status(file));
+    const char* const why = !exists && isLink                       ? "is a link to a file that does not exist"
+                            : !exists                               ? "does not exist"
+                            : std::filesystem::is_directory(status) ? "is a folder"
+                            : !std::ifstream(file).is_open()        ? "cannot be opened"
+                                                                    : nullptr;
+    if (why != nullptr) throw std::runtime_error(file.string() + ": " + why + "; expected " + expected);
 }
 
 bool isNear(std::string_view word, std::string_view known) {

@@ -2,6 +2,7 @@
 // Text that people wrote or will read.
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,9 @@ std::string harmless(std::string_view text);
 
 // What somebody wrote, for a message: printable, in double quotes, cut when it is long.
 std::string inQuotes(std::string_view bytes);
+
+// Throws std::runtime_error, "FILE: why not; expected EXPECTED", if the file cannot be opened or is a folder.
+void requireFile(const std::filesystem::path& file, const std::string& expected);
 
 // Whether word is probably a misspelt known: at most a third of known's characters differ, at least one may. Letter
 // case does not count.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/text/XmlMessages.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -12,8 +13,9 @@ namespace {
 
 XmlMessage messageOf(const xmlError& error) {
     const std::string file = error.file == nullptr ? "" : std::filesystem::path(error.file).filename().string();
-    const std::string_view message = error.message == nullptr ? "" : error.message;
-    return {file, error.line, std::string(trimmed(message)), error.level >= XML_ERR_ERROR};
+    std::string message(trimmed(error.message == nullptr ? "" : error.message));
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    return {file, error.line, std::move(message), error.level >= XML_ERR_ERROR};
 }
 
 }  // namespace
