@@ -247,6 +247,7 @@ constexpr std::array<std::pair<std::string_view, Failure>, 4> kFailures = {{{"re
 template <typename Rows>
 std::vector<std::string_view> wordsOf(const Rows& rows) {
     std::vector<std::string_view> words;
+    words.reserve(rows.size());
     for (const auto& row : rows) words.push_back(row.first);
     return words;
 }
