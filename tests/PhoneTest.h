@@ -20,6 +20,7 @@ protected:
 
     // The events since the last call, those of one kind if a beginning is given.
     Lines happened(const std::string& beginning = "") {
+        phone.clock().settle();
         Lines taken;
         for (const std::string& line : std::exchange(lines, {})) {
             if (line.rfind(beginning, 0) == 0) taken.push_back(line);
