@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Calibrations that are sound and calibrations that are not, and what is said of them.
 #include "tools/check/Check.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a display shows of a picture.
 #include "tools/picture/DisplayPipeline.h"
 
@@ -52,12 +53,6 @@ uint8_t shownStepByStep(uint8_t code, const DisplayState& state) {
     return static_cast<uint8_t>(std::lround(clamped(shown) * 255));
 }
 
-TEST(DisplayPipeline, PlainTablesAndIdentityMatricesChangeNothing) {
-    const ShownPicture shown = showPicture(greys(), plainDisplay());
-    EXPECT_EQ(shown.picture.pixels, greys().pixels);
-    EXPECT_EQ(shown.clippedPixels, 0U);
-}
-
 TEST(DisplayPipeline, ANewDisplayDecodesAndEncodesToTheSamePictureAboveTheDarkestSteps) {
     const ShownPicture shown = showPicture(greys(), DisplayState());
     for (size_t code = 0; code < 256; ++code) {
@@ -84,14 +79,6 @@ TEST(DisplayPipeline, WhatLeavesTheRangeIsClampedAndCountedOncePerPixel) {
     state.last.elements[0] = std::numeric_limits<float>::quiet_NaN();
     EXPECT_EQ(showPicture({1, 1, {200, 0, 9}}, state).picture.pixels[0], 0);
     EXPECT_EQ(showPicture({1, 1, {200, 0, 9}}, state).clippedPixels, 1U);
-}
-
-TEST(DisplayPipeline, TheToneCurveComesAfterTheGammaTable) {
-    DisplayState state = plainDisplay();
-    for (size_t i = 0; i < state.gamma.entries.size(); ++i) state.gamma.entries[i] = 100.0F / 255;
-    state.toneCurve.assign(DisplayState::kToneCurve, 0);
-    state.toneCurve[100] = DisplayState::kToneCurveMax;
-    EXPECT_EQ(showPicture({1, 1, {7, 7, 7}}, state).picture.pixels[0], 255);
 }
 
 // Tables and curves of every kind, at many levels: what is looked up has to be what would be computed.

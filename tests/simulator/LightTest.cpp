@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Light on the simulated phone: recordings, what the worker makes of them, and the tone curves.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/picture/Picture.h"
 
 #include <gmock/gmock.h>
@@ -145,20 +146,6 @@ TEST_F(PictureTest, FilesThatAreNoPictureAreNamedWithTheReason) {
 TEST_F(PictureTest, PicturesBeyondTheLimitAreRefused) {
     writePng(file, {PNG_COLOR_TYPE_GRAY, 1, 1000, 100'001}, Bytes(125));
     EXPECT_EQ(loadError(), file.string() + ": the picture has 1000 x 100001 pixels; expected 100000000 pixels at most");
-}
-
-TEST_F(PictureTest, WhatCannotBeSavedIsNamedWithTheReason) {
-    const fs::path nowhere = folder / "missing" / "picture.png";
-    EXPECT_EQ(errorOf([&] {
-                  savePng({1, 1, Bytes(3)}, nowhere);
-              }),
-              nowhere.string() + ": No such file or directory; expected a file that can be written");
-    EXPECT_EQ(
-        errorOf([&] {
-            savePng({2, 2, Bytes(3)}, file);
-        }),
-        file.string() + ": the picture holds 3 bytes; expected 3 for each of 2 x 2 pixels, and at least one pixel");
-    EXPECT_FALSE(fs::exists(file));
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a report shows, as data.
 #include "tools/report/ReportData.h"
 

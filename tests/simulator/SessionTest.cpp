@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Scripts on the simulated phone: what people see of them, as data.
 #include "tools/session/Session.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What stands around the script language: help, completion, stored sessions, and the program at a terminal.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
