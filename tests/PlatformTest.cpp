@@ -35,8 +35,8 @@ TEST(ReturnDeathTest, AFailureThatIsNotExaminedEndsTheProcess) {
     EXPECT_DEATH({ Return<int32_t> answer(failed()); }, "not checked");
     EXPECT_DEATH((other = Return<int32_t>(failed()), other = Return<int32_t>(5)), "not checked");
     EXPECT_DEATH({ const Return<int32_t> moved = Return<int32_t>(failed()); }, "not checked");
-    EXPECT_DEATH(static_cast<int32_t>(Return<int32_t>(Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, "no light"))),
-                 "retrieve value.*no light");
+    const auto valueOf = [](Return<int32_t> answer) -> int32_t { return answer; };
+    EXPECT_DEATH(valueOf(Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, "no light")), "retrieve value.*no light");
 }
 
 TEST(Return, AFailureThatIsExaminedIsAValue) {
