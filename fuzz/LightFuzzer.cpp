@@ -22,9 +22,8 @@ constexpr auto kLongest = 40s;
 // A decision whose messages have all been sent; active is how it was before.
 void requireCarriedOut(const Decision& decision, bool active) {
     require(!decision.reason().empty(), "a decision has a reason");
-    require(decision.curveActive == decision.composerLevel.has_value(), "the composer holds what was decided");
-    require(!decision.targetLevel || decision.composerLevel == decision.targetLevel, "at the level asked for");
-    require(decision.curveActive == active || !decision.messages.empty(), "a change is told");
+    require(!decision.targetLevel || decision.composerLevel == decision.targetLevel, "at the requested level");
+    require(decision.composerLevel.has_value() == active || !decision.messages.empty(), "a change sends messages");
 }
 
 void replayTrace(const LightTrace& trace) {
@@ -34,7 +33,7 @@ void replayTrace(const LightTrace& trace) {
         if (previous) {
             require(decision.time >= previous->time + 1s, "a sample a second");
             requireCarriedOut(*previous, active);
-            active = previous->curveActive;
+            active = previous->composerLevel.has_value();
         }
         previous = decision;
     });
