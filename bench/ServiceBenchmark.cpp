@@ -21,7 +21,7 @@ struct Service {
     }
 
     const QuietLog quiet;
-    simulator::Phone phone{simulator::PhoneFiles::samplePhone()};
+    simulator::Phone phone{DISPLAY_CONTROL_DATA_DIR "/phone"};
     DisplayControlImpl impl;
 };
 

@@ -74,7 +74,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const bench::QuietLog quiet;
-    const simulator::Phone phone(simulator::PhoneFiles::samplePhone());
+    const simulator::Phone phone(DISPLAY_CONTROL_DATA_DIR "/phone");
 
     const double begin = processorNanoseconds();
     for (int i = 0; i < kReads; ++i) {

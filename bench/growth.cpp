@@ -76,7 +76,7 @@ void setLevel(DisplayControlImpl& service, uint64_t display, uint64_t level) {
 void growDisplays(uint64_t count) {
     constexpr int kInits = 50;
     constexpr uint64_t kCalls = 1'000'000;
-    simulator::Phone phone(simulator::PhoneFiles::samplePhone());
+    simulator::Phone phone(DISPLAY_CONTROL_DATA_DIR "/phone");
     phone.composer().setDisplayCount(static_cast<uint32_t>(count));
     DisplayControlImpl service;
     const double init = secondsOf([&] {
@@ -120,7 +120,7 @@ void callService(DisplayControlImpl& service, uint64_t number) {
 }
 
 void growCalls(uint64_t count) {
-    const simulator::Phone phone(simulator::PhoneFiles::samplePhone());
+    const simulator::Phone phone(DISPLAY_CONTROL_DATA_DIR "/phone");
     DisplayControlImpl service;
     startService(service);
     const double seconds = secondsOf([&] {

@@ -50,6 +50,23 @@ uint32_t Composer::displayCount() const {
     return count;
 }
 
+void Composer::stop() {
+    std::pair<DeathRecipient, uint64_t> notified;
+    {
+        const platform::Lock lock(mutex);
+        stopped = true;
+        std::swap(notified, linked);
+    }
+    if (notified.first != nullptr) notified.first->serviceDied(notified.second, {});
+}
+
+Composer::Return<bool> Composer::linkToDeath(const DeathRecipient& recipient, uint64_t cookie) {
+    const platform::Lock lock(mutex);
+    if (stopped) return deadObject();
+    linked = {recipient, cookie};
+    return true;
+}
+
 std::optional<DisplayState> Composer::stateOf(uint64_t display) const {
     const platform::Lock lock(mutex);
     if (stopped || display >= count) return std::nullopt;

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "simulator/Faults.h"
@@ -49,8 +50,9 @@ public:
     void setDisplayCount(uint32_t newCount) PLATFORM_EXCLUDES(mutex);
     uint32_t displayCount() const PLATFORM_EXCLUDES(mutex);
 
-    // From now on every call fails at the transport, as calls of a process that has died do.
-    void stop() { stopped = true; }
+    // From now on every call fails at the transport, as calls of a process that has died do. Calls the recipient that
+    // is linked to its death.
+    void stop() PLATFORM_EXCLUDES(mutex);
     bool hasStopped() const { return stopped; }
 
     // What it holds for a display; nothing for one that it does not have, or when it has stopped.
@@ -61,6 +63,7 @@ public:
     using Result = composer_ext::Result;
     using ColorTransformMatrix = composer_ext::ColorTransformMatrix;
     using GammaLut = composer_ext::GammaLut;
+    using DeathRecipient = ::android::sp<::android::hardware::hidl_death_recipient>;
     using TableCallback = std::function<void(Result, const GammaLut&)>;
 
     Return<void> getNumOfDisplay(std::function<void(Result, uint32_t)> callback) override;
@@ -79,6 +82,9 @@ public:
                                  const composer_ext::hidl_vec<composer_ext::AladParamPair>& params) override;
     Return<Result> setExclusiveMode(uint64_t display, uint32_t enable) override;
 
+    // Keeps the last recipient alone. Not a call of the extension: it is not in the journal.
+    Return<bool> linkToDeath(const DeathRecipient& recipient, uint64_t cookie) override PLATFORM_EXCLUDES(mutex);
+
 private:
     using Operation = ComposerOperation;
 
@@ -94,7 +100,8 @@ private:
     const std::shared_ptr<Journal> journal;
     mutable platform::Mutex mutex;  // never held while somebody else is called
     uint32_t count PLATFORM_GUARDED_BY(mutex);
-    std::map<uint64_t, DisplayState> displays PLATFORM_GUARDED_BY(mutex);  // those that are not as new
+    std::map<uint64_t, DisplayState> displays PLATFORM_GUARDED_BY(mutex);   // those that are not as new
+    std::pair<DeathRecipient, uint64_t> linked PLATFORM_GUARDED_BY(mutex);  // with its cookie; null: none
     std::atomic<bool> stopped{false};
 };
 

@@ -136,10 +136,6 @@ std::string lineOf(const LightSample& sample) {
     return std::to_string(sample.lux) + " lux, mean " + std::to_string(sample.mean);
 }
 
-std::string lineOf(const XmlMessage& message) {
-    return message.file + ":" + std::to_string(message.line) + ": " + message.message;
-}
-
 std::string lineOf(const Answer& answer) {
     std::string text = answer.operation + " -> " + valueText(answer.result);
     for (const auto& [name, value] : answer.values) text += " " + name + " " + valueText(value);
@@ -169,7 +165,7 @@ std::optional<int> toneCurveLevelOf(const ComposerCall& call) {
 
 std::string_view kindOf(const Event::What& what) {
     constexpr std::array<std::string_view, std::variant_size_v<Event::What>> kKinds = {
-        "composer", "sensor", "closed", "node", "log", "sample", "xml", "answer"};
+        "composer", "sensor", "closed", "node", "log", "sample", "answer"};
     return kKinds[what.index()];
 }
 

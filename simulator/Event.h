@@ -144,13 +144,6 @@ struct LightSample {
     int32_t lux;
 };
 
-// What libxml2 says of a file.
-struct XmlMessage {
-    std::string file;  // without its folder
-    int line;
-    std::string message;
-};
-
 // A value that a served operation answers or that a state holds.
 using Value = std::variant<bool, int64_t, uint64_t, float, std::string, Matrix, Table, std::vector<float>,
                            std::vector<int64_t>, std::vector<std::string>>;
@@ -163,8 +156,7 @@ struct Answer {
 };
 
 struct Event {
-    using What =
-        std::variant<ComposerCall, SensorCall, ClosedCall, NodeWrite, LogLine, LightSample, XmlMessage, Answer>;
+    using What = std::variant<ComposerCall, SensorCall, ClosedCall, NodeWrite, LogLine, LightSample, Answer>;
 
     platform::Clock::Duration time;  // of the phone's clock
     What what;
@@ -174,6 +166,7 @@ struct Event {
 using Observer = std::function<void(const Event&)>;
 
 // One line, exact enough to be compared: floats have the fewest digits that name their bits, a table has a digest.
+// clang-format off
 //     composer setColorTransformMatrix 0 identity [1 0 0 | 0 0.9 0 | 0 0 0.8] -> OK
 //     composer setGlobalGammaLut 0 {96: 0.18 320: 0.31 1024: 0.53 2048: 0.73 3840: 0.97 #8d3c11f0} -> OK
 //     composer setAladParams 0 on 0: 4, 14: level 3 -> FAILED          (other values: all up to 16, or their digest)
@@ -181,9 +174,10 @@ using Observer = std::function<void(const Event&)>;
 //     sensor enableSensor 1 1000000 0 -> OK
 //     closed getUnlimitedCTParams 30 [1 1 1] -> 0 [0.5 1 1]           (a buffer as given, and as left)
 //     node lcd_cabc_mode <- "1\n"
-//     log D setStandardMode: enter                                    (another tag than the library's precedes the
-//     text) sample 9000 lux, mean 4200 xml disp_calib_data_0a.xml:12: Opening and ending tag mismatch answer
-//     getUnlimitedCT -> OK level 30
+//     log D setStandardMode: enter                                    (text after the tag, if it is not the library's)
+//     sample 9000 lux, mean 4200
+//     answer getUnlimitedCT -> OK level 30
+// clang-format on
 std::string textOf(const Event::What& what);
 inline std::string textOf(const Event& event) {
     return textOf(event.what);

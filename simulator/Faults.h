@@ -6,7 +6,6 @@
 #include <platform/Mutex.h>
 
 #include <atomic>
-#include <cstddef>
 #include <functional>
 #include <map>
 #include <utility>
@@ -42,26 +41,16 @@ public:
         byOperation[operation] = failure;
         set = true;
     }
-    // This happens to one call, or to every call from that one on, whatever it is. The next call is number 1. It takes
-    // precedence over fail().
-    void failAt(size_t number, Failure failure) { schedule(number, number, failure); }
-    void failFrom(size_t number, Failure failure) { schedule(number, SIZE_MAX, failure); }
     // No call fails any more.
     void recover() PLATFORM_EXCLUDES(mutex) {
         const platform::Lock lock(mutex);
         byOperation.clear();
-        scheduled = Failure::NONE;
         set = false;
     }
     // What refused calls answer.
     void refuseWith(Result result) PLATFORM_EXCLUDES(mutex) {
         const platform::Lock lock(mutex);
         refusal = result;
-    }
-    // Calls since failAt or failFrom.
-    size_t calls() const PLATFORM_EXCLUDES(mutex) {
-        const platform::Lock lock(mutex);
-        return made;
     }
     // Invoked at the beginning of every call, on the caller's thread. Set it while nobody calls.
     void onCall(std::function<void(Operation)> newHook) { hook = std::move(newHook); }
@@ -79,10 +68,8 @@ protected:
         announce(operation);
         if (!set) return Failure::NONE;
         const platform::Lock lock(mutex);
-        ++made;
         Failure failure = Failure::NONE;
         if (const auto found = byOperation.find(operation); found != byOperation.end()) failure = found->second;
-        if (scheduled != Failure::NONE && made >= firstFailing && made <= lastFailing) failure = scheduled;
         return kind == CallKind::SETTER && failure == Failure::NO_CALLBACK ? Failure::NONE : failure;
     }
 
@@ -105,22 +92,9 @@ protected:
     }
 
 private:
-    void schedule(size_t first, size_t last, Failure failure) PLATFORM_EXCLUDES(mutex) {
-        const platform::Lock lock(mutex);
-        made = 0;
-        firstFailing = first;
-        lastFailing = last;
-        scheduled = failure;
-        set = true;
-    }
-
     std::atomic<bool> set{false};  // something may fail: without that a call costs nothing here
     mutable platform::Mutex mutex;
     std::map<Operation, Failure> byOperation PLATFORM_GUARDED_BY(mutex);
-    size_t made PLATFORM_GUARDED_BY(mutex) = 0;
-    size_t firstFailing PLATFORM_GUARDED_BY(mutex) = 0;
-    size_t lastFailing PLATFORM_GUARDED_BY(mutex) = 0;
-    Failure scheduled PLATFORM_GUARDED_BY(mutex) = Failure::NONE;
     Result refusal PLATFORM_GUARDED_BY(mutex);
     std::function<void(Operation)> hook;
 };

@@ -7,8 +7,8 @@
 
 namespace simulator {
 
-Phone::Phone(Start start)
-    : Phone(start == Start::EMPTY ? PhoneFiles::empty() : PhoneFiles::copyOf(PhoneFiles::samplePhone())) {}
+Phone::Phone(Start start, const std::filesystem::path& sample)
+    : Phone(start == Start::EMPTY ? PhoneFiles::empty() : PhoneFiles::copyOf(sample)) {}
 
 Phone::Phone(const std::filesystem::path& folder) : Phone(PhoneFiles::at(folder)) {}
 
@@ -47,9 +47,10 @@ void Phone::setSensorsPresent(bool present) {
     publish();
 }
 
-// Registers the services that are found now, and no others.
+// Makes getService find the composer and the sensors that are present now, and no others.
 void Phone::publish() {
-    platform::clearServices();
+    platform::removeService(composer_ext::IComposerExt::descriptor, "default");
+    platform::removeService(sensorservice::ISensorManager::descriptor, "default");
     if (composerPresent && !displayComposer->hasStopped()) displayComposer->registerAsService();
     if (sensorsPresent) sensorService->registerAsService();
 }

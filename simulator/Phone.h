@@ -4,7 +4,6 @@
 //     Phone phone(Phone::Start::SAMPLE);
 //     phone.observe([](const Event& event) { puts(textOf(event).c_str()); });
 //     phone.composer().fail(ComposerOperation::GET_NUM_OF_DISPLAY, Failure::TRANSPORT_BEFORE);
-//     phone.composer().failAt(3, Failure::REFUSED);                 // the third call from now on
 //     phone.sensors().fail(SensorOperation::ENABLE_SENSOR, Failure::REFUSED);
 //     phone.closed().fail(ClosedFunction::GET_UNLIMITED_CT_PARAMS, -7);
 //     phone.closed().getAGTMLevel = [](int lux) { return lux / 1000; };
@@ -42,9 +41,10 @@ public:
         EMPTY,   // no file at all
         SAMPLE,  // a fresh copy of the sample phone
     };
-    // With one display, the composer started and the sensors there. Throws std::runtime_error when there is no place
-    // for its files.
-    explicit Phone(Start start);
+    // With one display, the composer started and the sensors there. sample is the sample phone's folder; its default is
+    // the caller's, so that an installed library depends on no place. Throws std::runtime_error when the files cannot
+    // be copied.
+    explicit Phone(Start start, const std::filesystem::path& sample = DISPLAY_CONTROL_DATA_DIR "/phone");
     // The phone's files are used where they are. Throws std::runtime_error when it is not a folder.
     explicit Phone(const std::filesystem::path& folder);
     ~Phone();

@@ -87,10 +87,6 @@ fs::path PhoneFiles::pathOf(std::string_view phonePath) const {
     return folder.string().append(phonePath);
 }
 
-fs::path PhoneFiles::samplePhone() {
-    return fs::path(DISPLAY_CONTROL_DATA_DIR) / "phone";
-}
-
 void PhoneFiles::write(std::string_view phonePath, std::string_view bytes) {
     const fs::path file = pathOf(phonePath);
     makeFolderOf(file);

@@ -39,8 +39,6 @@ public:
     static PhoneFiles empty();
     // The folder itself.
     static PhoneFiles at(const std::filesystem::path& folder);
-    // The sample phone of the data folder, itself.
-    static std::filesystem::path samplePhone();
 
     PhoneFiles(PhoneFiles&& other) noexcept;
     PhoneFiles& operator=(PhoneFiles&&) = delete;

@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <filesystem>
 
 #include "simulator/PhoneFiles.h"
@@ -172,17 +173,23 @@ TEST(RealClock, SleepsAndWaitsEndInTime) {
     EXPECT_TRUE(waited >= 2ms && waited < 5s) << waited / 1us;
 
     std::unique_ptr<platform::Thread> notifier;
+    std::atomic<bool> hasEnded{false};
     const auto woken = duration([&] {
         platform::Lock lock(mutex);
         const uint64_t before = changed.notifications();
         notifier = clock.startThread([&] {
-            const platform::Lock own(mutex);  // not before the wait has released it
-            changed.notifyOne();
+            {
+                const platform::Lock own(mutex);  // not before the wait has released it
+                changed.notifyOne();
+            }
+            clock.sleepFor(2ms);
+            hasEnded = true;
         });
         while (changed.notifications() == before) clock.waitUntil(changed, lock, clock.now() + std::chrono::hours(24));
     });
-    clock.join(*notifier);
     EXPECT_LT(woken, 5s);
+    clock.join(*notifier);
+    EXPECT_TRUE(hasEnded);
 }
 
 class VirtualClockTest : public testing::Test {

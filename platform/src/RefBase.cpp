@@ -19,6 +19,11 @@ void RefBase::decStrong(const void* /*id*/) const {
 
 namespace android::hidl::base::V1_0 {
 
+::android::hardware::Return<bool> IBase::linkToDeath(const sp<::android::hardware::hidl_death_recipient>& recipient,
+                                                     uint64_t /*cookie*/) {
+    return recipient != nullptr;
+}
+
 IBase::~IBase() = default;
 
 }  // namespace android::hidl::base::V1_0

@@ -2,6 +2,7 @@
 #include <platform/Mutex.h>
 #include <platform/Services.h>
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <string>
@@ -43,6 +44,8 @@ private:
     Services services PLATFORM_GUARDED_BY(mutex);
 };
 
+std::atomic<bool> servicesRefused{false};
+
 Registry& registry() {
     static Registry instance;
     return instance;
@@ -52,7 +55,7 @@ Registry& registry() {
 
 android::status_t addService(const std::string& interfaceName, const std::string& instance,
                              const android::sp<IBase>& service) {
-    if (service == nullptr) return android::UNKNOWN_ERROR;
+    if (service == nullptr || servicesRefused) return android::UNKNOWN_ERROR;
     const auto replaced = registry().add(interfaceName, instance, service);
     return android::OK;
 }
@@ -61,8 +64,16 @@ android::sp<IBase> findService(std::string_view interfaceName, std::string_view 
     return registry().find(interfaceName, instance);
 }
 
+void removeService(const std::string& interfaceName, const std::string& instance) {
+    const auto removed = registry().add(interfaceName, instance, nullptr);
+}
+
 void clearServices() {
     const Services released = registry().clear();
+}
+
+void refuseServices(bool refused) {
+    servicesRefused = refused;
 }
 
 }  // namespace platform

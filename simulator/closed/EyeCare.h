@@ -14,8 +14,8 @@
 //     1 / T = (1 - t) / maxCCT + t / minCCT
 //
 // and a channel's gain is the linear sRGB (IEC 61966-2-1) of the locus at T over that at maxCCT, both at the same
-// luminance, divided by the largest of the three. Level 0 is the identity. The phone's library
-// may read the coefficients differently.
+// luminance, divided by the largest of the three. Level 0 is the identity. The phone's library may read the
+// coefficients differently.
 #pragma once
 
 #include <closed/voeyecare.h>

@@ -8,8 +8,8 @@
 //     1 + t (e - 1)
 //
 // and the three are divided by the largest of them: light is linear, so equal steps of the level take equal steps of
-// it away, and the colour keeps as much luminance as the panel can give it. The phone's library
-// may bend the way between the same end points differently.
+// it away, and the colour keeps as much luminance as the panel can give it. The phone's library may bend the
+// way between the same end points differently.
 #pragma once
 
 #include <closed/vo_display.h>

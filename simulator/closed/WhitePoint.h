@@ -7,8 +7,7 @@
 //
 //     g = M^-1 XYZ(D65)
 //
-// divided by the largest of them. The phone's library may weigh accuracy against brightness
-// differently.
+// divided by the largest of them. The phone's library may weigh accuracy against brightness differently.
 #pragma once
 
 #include <closed/displayppalgorithm.h>

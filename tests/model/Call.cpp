@@ -55,10 +55,12 @@ uint32_t bitsOf(const Call& call) {
     return static_cast<uint32_t>(call.number);
 }
 
-using Run = void (*)(Service& s, const Call& c, const Recorder& r);
-const std::map<std::string, Run> kOperations = {
-    {"init", [](auto& s, auto&, auto& r) { r(s.init()); }},
-    {"deInit", [](auto& s, auto&, auto&) { s.deInit(); }},
+template <typename Service>
+using Operations = std::map<std::string, void (*)(Service& s, const Call& c, const Recorder& r)>;
+
+// Of the interface, at the library or at the interface itself.
+template <typename Service>
+const Operations<Service> kServed = {
     {"allocUserHandle", [](auto& s, auto& c, auto& r) { r.take(s.allocUserHandle(bitsOf(c), r)); }},
     {"freeUserHandle", [](auto& s, auto&, auto& r) { r.take(s.freeUserHandle(kHandle)); }},
     {"getNumOfDisplay", [](auto& s, auto&, auto& r) { r.take(s.getNumOfDisplay(kHandle, r)); }},
@@ -99,6 +101,10 @@ const std::map<std::string, Run> kOperations = {
     {"exclusiveModeEnter", [](auto& s, auto& c, auto& r) { r.take(s.exclusiveModeEnter(kHandle, bitsOf(c))); }},
     {"exclusiveModeExit", [](auto& s, auto& c, auto& r) { r.take(s.exclusiveModeExit(kHandle, bitsOf(c))); }},
 };
+const Operations<Service> kOwn = {
+    {"init", [](auto& s, auto&, auto& r) { r(s.init()); }},
+    {"deInit", [](auto& s, auto&, auto&) { s.deInit(); }},
+};
 
 }  // namespace
 
@@ -109,13 +115,21 @@ std::string textOf(const Call& call) {
 
 std::string answerOf(Service& service, const Call& call) {
     std::string answer;
-    kOperations.at(call.operation)(service, call, {answer});
+    const auto own = kOwn.find(call.operation);
+    (own == kOwn.end() ? kServed<Service>.at(call.operation) : own->second)(service, call, {answer});
+    return answer;
+}
+
+std::string answerOf(dc::IDisplayControl& service, const Call& call) {
+    std::string answer;
+    kServed<dc::IDisplayControl>.at(call.operation)(service, call, {answer});
     return answer;
 }
 
 std::vector<std::string> operations() {
     std::vector<std::string> names;
-    for (const auto& [name, run] : kOperations) names.push_back(name);
+    for (const auto& [name, run] : kServed<Service>) names.push_back(name);
+    for (const auto& [name, run] : kOwn) names.push_back(name);
     return names;
 }
 

@@ -2,6 +2,8 @@
 // A call of a served operation as plain data.
 #pragma once
 
+#include <vendor/kov/hardware/display_control/1.0/IDisplayControl.h>
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -38,6 +40,8 @@ std::string textOf(const Call& call);
 // the callback receives. A callback that is not called, or called twice, shows.
 std::string answerOf(::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl& service,
                      const Call& call);
+// The same of a client's call of the interface; init and deInit are not part of it.
+std::string answerOf(::vendor::kov::hardware::display_control::V1_0::IDisplayControl& service, const Call& call);
 
 // The name of every operation.
 std::vector<std::string> operations();

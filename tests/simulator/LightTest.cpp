@@ -114,7 +114,7 @@ TEST(Replay, EverySampleIsADecisionWithItsReason) {
     const Decision& off = decisions[6];
     EXPECT_EQ(off.action, CurveAction::DEACTIVATE);
     EXPECT_FALSE(off.composerLevel);
-    EXPECT_FALSE(decisions.back().curveActive);
+    EXPECT_FALSE(decisions.back().composerLevel);
 }
 
 TEST(Replay, NoLightLevelAsksForNoLevelAndLeavesTheCurve) {

@@ -27,11 +27,10 @@ protected:
 
     void restart(const SessionOptions& base) {
         session.reset();
-        timeline.emplace(stream, Timeline::Format::JSON);  // a session closes its own at its end
         SessionOptions options = base;
         options.picture = {2, 1, {255, 255, 255, 128, 128, 128}};
         options.out = out;
-        session.emplace(options, *timeline);
+        session.emplace(options, timeline);
     }
 
     void run(const std::string& line) {
@@ -82,7 +81,7 @@ protected:
     const tests::TemporaryFolder folder;
     const std::filesystem::path out = folder.path() / "pictures";
     std::ostringstream stream;
-    std::optional<Timeline> timeline;
+    Timeline timeline{stream, Timeline::Format::JSON};
     std::optional<Session> session;
     size_t number = 0;
 };
@@ -283,8 +282,12 @@ TEST_F(SessionTest, PicturesShowWhatTheDisplayShows) {
 }
 
 TEST_F(SessionTest, ShowGivesAllThatADisplaysStateIsMadeOf) {
+    run("composer stop");
+    run("init");
     run("show");
     EXPECT_EQ(events("state")[0]["state"]["screen mode"], "none yet");
+    EXPECT_EQ(events("state")[0]["state"]["panel and calibration, as last read"], "not read yet");
+    run("composer start");
     run("init");
     run("setStandardMode 0");
     run("setEyeCareCT 0 50");

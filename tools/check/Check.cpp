@@ -88,11 +88,10 @@ std::string numberText(double value, int digits) {
 
 CheckedCalibration checkCalibration(const fs::path& file) {
     requireFile(file);
-    CheckedCalibration checked{std::make_unique<ConfigXmlParser>(), {}, {}};
-    const Document document = readDocument(file, *checked.record);
-    checked.findings = look({document, *checked.record});
-    checked.blocks = countBlocks(document);
-    return checked;
+    auto record = std::make_unique<ConfigXmlParser>();
+    const Document document = readDocument(file, *record);
+    std::vector<Finding> findings = look({document, *record});
+    return {std::move(record), std::move(findings), countBlocks(document)};
 }
 
 std::string sentenceOf(const Finding& finding) {

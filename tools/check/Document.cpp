@@ -3,7 +3,6 @@
 
 #include <libxml/parser.h>
 #include <libxml/tree.h>
-#include <libxml/xmlerror.h>
 
 #include <algorithm>
 #include <fstream>
@@ -65,13 +64,6 @@ void readElement(Document& document, const xmlNode& element) {
     }
 }
 
-void keepMessage(Document& document, const xmlError& error) {
-    if (error.level < XML_ERR_ERROR) return;
-    std::string text = error.message == nullptr ? "" : error.message;
-    text.erase(text.find_last_not_of(kWhiteSpace) + 1);
-    document.messages.push_back({error.line, std::move(text)});
-}
-
 // By the first bytes of gzip and xz: libxml2 does not report reliably that it has unpacked a file.
 bool isCompressed(const std::filesystem::path& file) {
     std::array<char, 2> begin{};
@@ -87,23 +79,6 @@ bool isCommon(const std::string& encoding) {
     const xmlCharEncoding parsed = xmlParseCharEncoding(encoding.c_str());
     return encoding.empty() || std::find(kCommon.begin(), kCommon.end(), parsed) != kCommon.end();
 }
-
-// Collects libxml2's error messages in a document while it lives.
-class MessageHandler {
-public:
-    // libxml2 2.12 made the message const: auto fits both.
-    explicit MessageHandler(Document& document) {
-        xmlSetStructuredErrorFunc(
-            &document, [](void* target, auto* error) { keepMessage(*static_cast<Document*>(target), *error); });
-    }
-    ~MessageHandler() { xmlSetStructuredErrorFunc(previousContext, previous); }
-    MessageHandler(const MessageHandler&) = delete;
-    MessageHandler& operator=(const MessageHandler&) = delete;
-
-private:
-    const xmlStructuredErrorFunc previous = xmlStructuredError;
-    void* const previousContext = xmlStructuredErrorContext;
-};
 
 }  // namespace
 
@@ -143,7 +118,9 @@ long Document::lineOf(const CalibrationBlock& form, size_t index) const {
 
 Document readDocument(const std::filesystem::path& file, ConfigXmlParser& record) {
     Document result;
-    const MessageHandler handler(result);
+    const XmlMessageHandler handler([&result](const XmlMessage& message) {
+        if (message.isError) result.messages.push_back(message);
+    });
     auto loaded = loadCalibration(absolute(file).string());
     result.refusal = loaded.refusal;
     if (loaded.xml != nullptr) {

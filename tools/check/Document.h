@@ -11,6 +11,7 @@
 
 #include "calibration/CalibrationDocument.h"
 #include "tools/check/Check.h"
+#include "tools/text/XmlMessages.h"
 
 namespace simulator {
 
@@ -52,18 +53,12 @@ struct UnknownElement {
     long line;
 };
 
-// What the XML reader says of a document that is not well-formed.
-struct ReadError {
-    long line;
-    std::string text;
-};
-
 struct Document {
     Refusal refusal = Refusal::NONE;
     std::string encoding;           // as declared; "" without a declaration
     bool hasCommonEncoding = true;  // UTF-8, UTF-16, ISO-8859-1 or ASCII: every libxml2 reads it
     bool isCompressed = false;      // this libxml2 has unpacked the file
-    std::vector<ReadError> messages;
+    std::vector<XmlMessage> messages;
     std::vector<Block> blocks;
     std::vector<UnknownElement> unknown;
 

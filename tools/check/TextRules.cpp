@@ -42,12 +42,12 @@ void encoding(const Subject& subject, Notes& notes) {
 
 void notWellFormed(const Subject& subject, Notes& notes) {
     if (subject.document.refusal != Refusal::NOT_WELL_FORMED) return;
-    const std::vector<ReadError>& messages = subject.document.messages;
+    const std::vector<XmlMessage>& messages = subject.document.messages;
     constexpr const char* kExpected = "well-formed XML";
     if (messages.empty()) notes.add("", 0, {}, "is not well-formed and is not used", kExpected);
-    for (const ReadError& message : messages) {
-        notes.add("", message.line, {}, "is not well-formed and is not used: " + printable(message.text.substr(0, 120)),
-                  kExpected);
+    for (const XmlMessage& message : messages) {
+        notes.add("", message.line, {},
+                  "is not well-formed and is not used: " + printable(message.message.substr(0, 120)), kExpected);
     }
 }
 
@@ -183,7 +183,7 @@ bool isHexadecimal(const Written& value) {
 
 // Digits alone and not as many as a colour has: meant as a decimal number.
 bool looksDecimal(const Written& value) {
-    return !value.body.empty() && value.body.size() != kColorDigits &&
+    return !value.body.empty() && value.rest.empty() && value.body.size() != kColorDigits &&
            value.body.find_first_not_of("0123456789") == std::string_view::npos;
 }
 

@@ -96,7 +96,7 @@ int run(const Options& options) {
                           {"errors", counts.errors},
                           {"warnings", counts.warnings},
                           {"unreadable", counts.unreadable}};
-        std::cout << all.dump(2) << "\n";
+        std::cout << simulator::lineOf(all, 2) << "\n";
     } else {
         std::cout << counted(options.files.size(), "file") << ": " << counted(counts.errors, "error") << ", "
                   << counted(counts.warnings, "warning");

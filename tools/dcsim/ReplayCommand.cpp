@@ -64,8 +64,9 @@ public:
         const auto level = [](const std::optional<int32_t>& value) { return value ? std::to_string(*value) : ""; };
         char seconds[32];
         snprintf(seconds, sizeof seconds, "%.3f", secondsOf(decision.time));
-        stream << seconds << "," << decision.lux << "," << decision.mean << "," << (decision.curveActive ? "on" : "off")
-               << "," << level(decision.targetLevel) << "," << level(decision.composerLevel) << "\n";
+        stream << seconds << "," << decision.lux << "," << decision.mean << ","
+               << (decision.composerLevel ? "on" : "off") << "," << level(decision.targetLevel) << ","
+               << level(decision.composerLevel) << "\n";
     }
 
     void finish() {
@@ -96,7 +97,7 @@ Json toJson(const Decision& decision) {
             {"ring", decision.ring},
             {"mean", decision.mean},
             {"reason", decision.reason()},
-            {"on", decision.curveActive},
+            {"on", decision.composerLevel.has_value()},
             {"targetLevel", level(decision.targetLevel)},
             {"composerLevel", level(decision.composerLevel)},
             {"messages", messagesToJson(decision)}};
@@ -132,7 +133,7 @@ void printSummary(const Summary& summary, const TimelineFile& timeline, bool jso
                             {"messages", summary.messages},
                             {"highestLevel", summary.highestLevel},
                             {"timeline", timeline.name.string()}};
-        std::cout << event.dump() << "\n";
+        std::cout << simulator::lineOf(event) << "\n";
         return;
     }
     std::cout << "\n"
@@ -152,7 +153,7 @@ int run(const Options& options) {
         progress.show(shareDone(decision, trace));
         if (options.json || !decision.messages.empty()) progress.wipe();
         if (options.json) {
-            std::cout << toJson(decision).dump() << "\n";
+            std::cout << simulator::lineOf(toJson(decision)) << "\n";
         } else if (!decision.messages.empty()) {
             printText(decision);
         }

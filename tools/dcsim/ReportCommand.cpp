@@ -36,17 +36,17 @@ int run(const Options& options) {
     if (options.out.empty() && !options.json)
         throw std::runtime_error("report: nowhere to put the report; expected -o FILE, --json or both");
     Progress progress("replaying");
-    const simulator::Json report =
+    const simulator::Report report =
         simulator::gatherReport({given(options.script), given(options.calibration), given(options.trace),
                                  [&progress](double share) { progress.show(share); }});
     progress.wipe();
-    if (!options.out.empty()) write(options.out, simulator::renderPage(report));
+    if (!options.out.empty()) write(options.out, simulator::renderPage(report.data));
     if (options.json) {
-        std::cout << simulator::embeddable(report) << "\n";
+        std::cout << simulator::embeddable(report.data) << "\n";
     } else {
         std::cout << "The report is in " << simulator::harmless(options.out) << "\n";
     }
-    return report.at("calibration").at("findings").empty() ? kAllWell : kFindings;
+    return report.findings == 0 ? kAllWell : kFindings;
 }
 
 }  // namespace
@@ -54,7 +54,8 @@ int run(const Options& options) {
 void addReport(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
     CLI::App* const command = app.add_subcommand("report", "Shows all about a calibration on one page");
-    command->add_option("script", options->script, "Session to show, one command a line; a short one if not given");
+    command->add_option("script", options->script,
+                        "Session to show, one command a line, - for standard input; a short one if not given");
     command->add_option("--calibration", options->calibration, "Calibration file; the sample phone's if not given")
         ->type_name("FILE");
     command->add_option("--trace", options->trace, "Light trace, CSV lines of SECONDS,LUX, for a timeline")

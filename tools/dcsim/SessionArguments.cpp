@@ -5,6 +5,7 @@
 #include <map>
 
 #include "tools/dcsim/Progress.h"
+#include "tools/session/DataFolder.h"
 
 namespace dcsim {
 
@@ -51,7 +52,8 @@ simulator::SessionOptions unseenSession(const SessionArguments& arguments) {
 
 simulator::SessionOptions seenSession(const SessionArguments& arguments) {
     simulator::SessionOptions session = unseenSession(arguments);
-    session.picture = simulator::loadPng(arguments.picture);
+    const std::filesystem::path picture = arguments.picture;
+    session.picture = simulator::loadPng(picture.empty() ? simulator::dataFolder() / "chart.png" : picture);
     session.out = arguments.out.empty() ? "." : arguments.out;
     session.logPriority = kLogLevels.at(arguments.log);
     return session;

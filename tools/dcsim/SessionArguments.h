@@ -14,7 +14,7 @@ class Progress;
 
 struct SessionArguments {
     std::string phone;
-    std::string picture = std::string(DISPLAY_CONTROL_DATA_DIR) + "/chart.png";
+    std::string picture;  // empty: the test chart
     std::string out = "out";
     bool json = false;
     std::string log = "debug";

@@ -2,7 +2,6 @@
 // dcsim shell: the script language at a prompt.
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
 #include <iostream>
 #include <memory>
@@ -62,7 +61,7 @@ public:
         } else if (parsed.values.size() == 0) {
             std::cout << simulator::helpOf(table) << std::flush;
         } else {
-            help(parsed.values.text(0));
+            std::cout << simulator::helpOf(simulator::commandNamed(parsed.values.text(0), table)) << std::flush;
         }
     }
 
@@ -79,13 +78,6 @@ private:
         simulator::SessionOptions options = seenSession(arguments);
         options.goOnWaiting = [](auto, auto) { return interrupted == 0; };
         return options;
-    }
-
-    void help(const std::string& name) const {
-        const auto row = std::find_if(table.begin(), table.end(), [&](const Command& c) { return c.name == name; });
-        if (row == table.end())
-            throw simulator::ScriptError("help: unknown command \"" + name + "\"; expected one that help lists");
-        std::cout << simulator::helpOf(*row) << std::flush;
     }
 
     const std::vector<Command> table = shellTable();
@@ -112,11 +104,23 @@ int runAtTerminal(const SessionArguments& arguments) {
     return kAllWell;
 }
 
+// Goes to the next line that is not too long; false at the end. Reports the others, which make status kWrongUse.
+bool nextLine(simulator::LineReader& script, int& status) {
+    while (true) {
+        try {
+            return script.next();
+        } catch (const simulator::LineTooLong& error) {
+            std::cerr << simulator::harmless(error.what()) << "\n";
+            status = kWrongUse;
+        }
+    }
+}
+
 int runPlain(const SessionArguments& arguments) {
     Shell shell(arguments, /*atTerminal=*/false);
     int status = kAllWell;
     simulator::LineReader script(std::cin, "<stdin>", "a script");
-    while (std::cout && !shell.hasLeft() && script.next()) {
+    while (std::cout && !shell.hasLeft() && nextLine(script, status)) {
         try {
             shell.step(script.line(), script.number());
         } catch (const std::runtime_error& error) {

@@ -24,16 +24,9 @@ struct Options : SessionArguments {
     bool update = false;
 };
 
-// The composer call, counted from 1, in which a difference lies; nothing for one in the state.
-std::optional<size_t> callOf(const Difference& difference) {
-    size_t index = 0;
-    if (sscanf(difference.path.c_str(), "/calls/%zu", &index) != 1) return std::nullopt;
-    return index + 1;
-}
-
 std::string textOf(const std::optional<Json>& value) {
     constexpr size_t kLongest = 300;
-    const std::string text = value ? value->dump() : "nothing";
+    const std::string text = value ? simulator::lineOf(*value) : "nothing";
     return text.size() > kLongest ? text.substr(0, kLongest) + " ..." : text;
 }
 
@@ -48,7 +41,7 @@ std::string placeOf(size_t number, const Json& calls) {
 }
 
 void printDifference(const Options& options, const Difference& difference, const Json& got) {
-    const auto number = callOf(difference);
+    const auto& number = difference.call;
     if (!options.json) {
         std::cout << simulator::harmless(options.script + ": the session is not the one in " + options.expected)
                   << "\n  " << (number ? placeOf(*number, got["calls"]) : "state at the end") << "\n  "
@@ -61,13 +54,13 @@ void printDifference(const Options& options, const Difference& difference, const
     if (number && *number <= got["calls"].size()) event["operation"] = got["calls"][*number - 1].at("call");
     if (difference.expected) event["expected"] = *difference.expected;
     if (difference.got) event["got"] = *difference.got;
-    std::cout << event.dump() << "\n";
+    std::cout << simulator::lineOf(event) << "\n";
 }
 
 void printDone(const Options& options, const char* event, const std::string& text, const Json& dump) {
     const size_t calls = dump["calls"].size();
     if (options.json) {
-        std::cout << Json{{"event", event}, {"calls", calls}}.dump() << "\n";
+        std::cout << simulator::lineOf({{"event", event}, {"calls", calls}}) << "\n";
     } else {
         std::cout << simulator::harmless(text) << ": " << calls << " composer calls and the state at the end\n";
     }

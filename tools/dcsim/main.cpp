@@ -30,6 +30,7 @@ int main(int argc, char** argv) {
     signal(SIGPIPE, SIG_IGN);  // a reader that goes away is an output that cannot be written
     CLI::App app("The display-control service on a simulated phone", "dcsim");
     app.require_subcommand(1);
+    app.set_version_flag("--version", "dcsim " DCSIM_VERSION);
     app.footer("Example:\n  dcsim run data/demo.script --out pictures");
     int status = dcsim::kAllWell;
     dcsim::addCheck(app, status);

@@ -77,10 +77,6 @@ Json partsOf(const LightSample& sample) {
     return {{"lux", sample.lux}, {"mean", sample.mean}};
 }
 
-Json partsOf(const XmlMessage& message) {
-    return {{"file", message.file}, {"line", message.line}, {"message", message.message}};
-}
-
 Json partsOf(const Answer& answer) {
     Json parts = {{"operation", answer.operation}, {"result", valueToJson(answer.result)}};
     for (const auto& [name, value] : answer.values) parts[name] = valueToJson(value);
@@ -136,8 +132,8 @@ Json eventToJson(const Event::What& what) {
     return event;
 }
 
-std::string lineOf(const Json& json) {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+std::string lineOf(const Json& json, int indent) {
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
 }
 
 }  // namespace simulator

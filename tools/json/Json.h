@@ -30,7 +30,7 @@ Json callToJson(const ComposerCall& call, Curves curves);
 // An object with the key "event" and the event's parts in reading order.
 Json eventToJson(const Event::What& what);
 
-// One line; bytes that are not UTF-8 become U+FFFD.
-std::string lineOf(const Json& json);
+// One line, or several with that many blanks a level; bytes that are not UTF-8 become U+FFFD.
+std::string lineOf(const Json& json, int indent = -1);
 
 }  // namespace simulator

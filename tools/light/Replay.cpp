@@ -6,9 +6,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "service/DisplayControlImpl.h"
 #include "simulator/Phone.h"
-#include "simulator/closed/ToneCurve.h"
+#include "tools/session/DataFolder.h"
+#include "tools/session/ServedLibrary.h"
 
 namespace simulator {
 
@@ -19,7 +19,8 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kAfterTrace{10'000};
 
-// Builds the decisions from the worker's samples and the composer's calls.
+// Builds the decisions from the worker's samples, its requests for a level and the composer's calls. The curve is on
+// while the composer holds one.
 class Recorder {
 public:
     explicit Recorder(const std::function<void(const Decision&)>& sink) : report(sink) {}
@@ -30,17 +31,18 @@ public:
         decision = Decision{};
         decision->time = now();
         decision->lux = lux;
+        const bool curveActive = composerLevel.has_value();
         decision->fastReset = previousLux && alad::isFastReset(lux, *previousLux, curveActive);
-        decision->mean = filter.add(lux, curveActive);
+        filter.add(lux, curveActive);
         decision->ring = filter.luxSamples;
-        decision->action = alad::actionFor(curveActive, decision->mean);
-        if (decision->mean != mean) failure = "the worker's mean differs from its own arithmetic";
-
-        curveActive = decision->action == CurveAction::ACTIVATE || decision->action == CurveAction::TRACK ||
-                      (curveActive && decision->action == CurveAction::NONE);
-        decision->curveActive = curveActive;
-        if (curveActive && mean >= 0) decision->targetLevel = toneCurveLevel(mean);
+        decision->mean = mean;
+        decision->action = alad::actionFor(curveActive, mean);
         previousLux = lux;
+    }
+
+    // The worker has requested the level for a mean.
+    void targeted(std::optional<int> level) {
+        if (decision) decision->targetLevel = level;
     }
 
     // The composer has received a message about the tone curve.
@@ -58,20 +60,14 @@ public:
         decision.reset();
     }
 
-    void check() const {
-        if (!failure.empty()) throw std::runtime_error(failure);
-    }
-
 private:
     static milliseconds now() { return std::chrono::duration_cast<milliseconds>(platform::clock().now()); }
 
     const std::function<void(const Decision&)>& report;
     alad::LightFilter filter;
     std::optional<int32_t> previousLux;
-    bool curveActive = false;
     std::optional<int32_t> composerLevel;
     std::optional<Decision> decision;
-    std::string failure;
 };
 
 }  // namespace
@@ -102,21 +98,22 @@ std::string Decision::reason() const {
 }
 
 void replay(const LightTrace& trace, const std::function<void(const Decision&)>& sink) {
-    using Service = alad::DisplayControlImpl;
     Recorder recorder(sink);
-    Phone phone(Phone::Start::SAMPLE);
+    Phone phone(Phone::Start::SAMPLE, dataFolder() / "phone");
     phone.observe([&recorder](const Event& event) {
         const auto* const call = std::get_if<ComposerCall>(&event.what);
         if (call != nullptr && call->operation == ComposerOperation::SET_ALAD_PARAMS) recorder.received(*call);
+        const auto* const closed = std::get_if<ClosedCall>(&event.what);
+        if (closed != nullptr && closed->function == ClosedFunction::GET_AGTM_LEVEL) recorder.targeted(closed->result);
         if (const auto* const sample = std::get_if<LightSample>(&event.what))
             recorder.sampled(sample->mean, sample->lux);
     });
-    Service service;
+    ServedLibrary service;
     phone.sensors().light(trace.front().lux);
     constexpr uint64_t kHandle = 1;
-    if (service.init() != 0) throw std::runtime_error("the service could not be started");
-    using vendor::kov::hardware::display_control::V1_0::Result;
-    if (service.setAlad(kHandle, 0, 1).withDefault(Result::FAILED) != Result::OK)
+    if (service.library().init() != 0) throw std::runtime_error("the service could not be started");
+    using display_control::Result;
+    if (service.client().setAlad(kHandle, 0, 1).withDefault(Result::FAILED) != Result::OK)
         throw std::runtime_error("the ambient-light display could not be switched on");
 
     const milliseconds start = trace.front().time;
@@ -128,8 +125,7 @@ void replay(const LightTrace& trace, const std::function<void(const Decision&)>&
     }
     phone.clock().advance(kAfterTrace);
     recorder.finish();
-    platform::dropAnswer(service.setAlad(kHandle, 0, 0));
-    recorder.check();
+    platform::dropAnswer(service.client().setAlad(kHandle, 0, 0));
 }
 
 double shareDone(const Decision& decision, const LightTrace& trace) {

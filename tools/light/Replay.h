@@ -33,10 +33,9 @@ struct Decision {
     int32_t mean = 0;                                         // lux
     alad::CurveAction action = alad::CurveAction::NONE;
     bool fastReset = false;              // this sample and the one before filled the ring
-    std::optional<int32_t> targetLevel;  // the level for the mean; nothing while the curve is off
+    std::optional<int32_t> targetLevel;  // requested for the mean; nothing while the curve is off
     std::vector<CurveMessage> messages;
-    bool curveActive = false;              // after it
-    std::optional<int32_t> composerLevel;  // of the curve that the composer holds after it; nothing while it holds none
+    std::optional<int32_t> composerLevel;  // of the curve that the composer holds after it; nothing: the curve is off
 
     // In words: "mean 9000 is above 8000: on".
     std::string reason() const;
@@ -44,8 +43,8 @@ struct Decision {
 
 // Starts the service on a fresh copy of the sample phone, switches the ambient-light display on with the first sample's
 // light and lets the trace pass, and ten seconds more; every decision goes to sink in its order. Times count from the
-// first sample. It takes of the process what a Phone takes, and the log. Throws std::runtime_error when the
-// service cannot be started or when the worker decides otherwise than its own arithmetic says.
+// first sample. It takes of the process what a Phone takes, and the log. Throws std::runtime_error when the service
+// cannot be started.
 void replay(const LightTrace& trace, const std::function<void(const Decision&)>& sink);
 
 // How much of the trace has passed with a decision, 0 to 1.

@@ -18,67 +18,74 @@ constexpr float kMaxCode = 255.0F;
 constexpr size_t kSteps = 4096;  // a table's entries
 constexpr float kClipTolerance = 1.0F / 8192;
 
-using Matrix = std::array<float, 9>;
-
 // NaN gives 0.
-float notBelow0(float value) {
-    return value > 0.0F ? value : 0.0F;
+template <typename Real>
+Real notBelow0(Real value) {
+    return value > 0 ? value : 0;
 }
 
-float notAbove1(float value) {
-    return value < 1.0F ? value : 1.0F;
+template <typename Real>
+Real notAbove1(Real value) {
+    return value < 1 ? value : 1;
 }
 
-float clamp01(float value) {
+template <typename Real>
+Real clamp01(Real value) {
     return notAbove1(notBelow0(value));
 }
 
 // entries[0..last] belong to the positions 0 to last; position is not negative.
-template <typename T>
-float interpolate(const T* entries, size_t last, float position) {
+template <typename Real, typename T>
+Real interpolate(const T* entries, size_t last, Real position) {
     const auto below = static_cast<size_t>(position);
-    if (below >= last) return static_cast<float>(entries[last]);
-    const auto low = static_cast<float>(entries[below]);
-    const auto high = static_cast<float>(entries[below + 1]);
-    return low + (high - low) * (position - static_cast<float>(below));
+    if (below >= last) return static_cast<Real>(entries[last]);
+    const auto low = static_cast<Real>(entries[below]);
+    const auto high = static_cast<Real>(entries[below + 1]);
+    return low + (high - low) * (position - static_cast<Real>(below));
 }
 
-float readTable(const composer_ext::GammaLut& table, float level) {
+template <typename Real>
+Real readTable(const composer_ext::GammaLut& table, Real level) {
     constexpr size_t kSize = std::decay_t<decltype(table.entries)>::size();
-    return interpolate(table.entries.data(), kSize - 1, level * static_cast<float>(kSize));
+    return interpolate(table.entries.data(), kSize - 1, level * static_cast<Real>(kSize));
 }
 
-float readToneCurve(const std::vector<int64_t>& curve, float level) {
+template <typename Real>
+Real readToneCurve(const std::vector<int64_t>& curve, Real level) {
     if (curve.empty()) return level;
-    const float output = interpolate(curve.data(), curve.size() - 1, level * static_cast<float>(curve.size() - 1));
-    return output / static_cast<float>(DisplayState::kToneCurveMax);
+    const Real output = interpolate(curve.data(), curve.size() - 1, level * static_cast<Real>(curve.size() - 1));
+    return output / static_cast<Real>(DisplayState::kToneCurveMax);
 }
 
-// Both matrices in one: first works before last.
-Matrix combine(const composer_ext::ColorTransformMatrix& first, const composer_ext::ColorTransformMatrix& last) {
-    Matrix product{};
+// Both matrices in one, by rows: first works before last.
+template <typename Real>
+std::array<Real, 9> combine(const composer_ext::ColorTransformMatrix& first,
+                            const composer_ext::ColorTransformMatrix& last) {
+    std::array<Real, 9> product{};
     for (size_t row = 0; row < 3; ++row) {
         for (size_t column = 0; column < 3; ++column) {
             for (size_t k = 0; k < 3; ++k) {
-                product[3 * row + column] += last.elements[3 * row + k] * first.elements[3 * k + column];
+                product[3 * row + column] +=
+                    static_cast<Real>(last.elements[3 * row + k]) * static_cast<Real>(first.elements[3 * k + column]);
             }
         }
     }
     return product;
 }
 
+// The output for a level that leaves the matrices.
+template <typename Real>
+Real encode(const DisplayState& state, Real level) {
+    const Real coded = clamp01(readTable(state.gamma, clamp01(level)));
+    return clamp01(readToneCurve(state.toneCurve, coded));
+}
+
 bool isClipped(float value) {
     return !(value >= -kClipTolerance) | !(value <= 1.0F + kClipTolerance);
 }
 
-uint8_t toCode(float level) {
-    return static_cast<uint8_t>(std::lround(clamp01(level) * kMaxCode));
-}
-
-// What becomes of a level that left the matrices.
 uint8_t codeOf(const DisplayState& state, float level) {
-    const float coded = clamp01(readTable(state.gamma, clamp01(level)));
-    return toCode(readToneCurve(state.toneCurve, coded));
+    return static_cast<uint8_t>(std::lround(encode(state, level) * kMaxCode));
 }
 
 float levelOfStep(size_t step) {
@@ -157,7 +164,7 @@ private:
 class Pipeline {
 public:
     explicit Pipeline(const DisplayState& state) : codes(state) {
-        const Matrix matrix = combine(state.first, state.last);
+        const std::array<float, 9> matrix = combine<float>(state.first, state.last);
         for (size_t code = 0; code < kCodes; ++code) {
             const float decoded = readTable(state.deGamma, static_cast<float>(code) / kMaxCode);
             for (size_t channel = 0; channel < 3; ++channel) {
@@ -215,6 +222,14 @@ private:
 };
 
 }  // namespace
+
+Vec3 driveLevels(const DisplayState& state, const Vec3& color) {
+    Vec3 decoded;
+    for (size_t i = 0; i < 3; ++i) decoded[i] = readTable(state.deGamma, color[i]);
+    Vec3 levels = multiply(combine<double>(state.first, state.last), decoded);
+    for (double& level : levels) level = encode(state, level);
+    return levels;
+}
 
 ShownPicture showPicture(const Picture& input, const DisplayState& state, size_t threads) {
     const Pipeline pipeline(state);

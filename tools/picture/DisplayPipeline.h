@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "simulator/Colorimetry.h"
 #include "simulator/Composer.h"
 #include "tools/picture/Picture.h"
 
@@ -22,5 +23,9 @@ struct ShownPicture {
 // taken as 0 and counts.
 // threads share the picture; 0: one for each core of the machine.
 ShownPicture showPicture(const Picture& input, const DisplayState& state, size_t threads = 0);
+
+// The levels of red, green and blue, 0 to 1, that drive the panel for one coded colour, 0 to 1 as well: the same steps
+// in double precision, not rounded to codes.
+Vec3 driveLevels(const DisplayState& state, const Vec3& color);
 
 }  // namespace simulator

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 
 #include "calibration/PanelTable.h"
@@ -17,6 +18,7 @@
 #include "tools/check/Summary.h"
 #include "tools/light/Replay.h"
 #include "tools/report/SpectralLocus.h"
+#include "tools/session/DataFolder.h"
 
 namespace simulator {
 
@@ -196,7 +198,7 @@ Json matrixRow(const char* stage, const TMat33<float>& matrix) {
 
 // The calibration file that the sample phone's panel has.
 fs::path sampleCalibration() {
-    const PhoneFiles sample = PhoneFiles::at(PhoneFiles::samplePhone());
+    const PhoneFiles sample = PhoneFiles::at(dataFolder() / "phone");
     return sample.pathOf(implementation::identifyPanel().calibFile);
 }
 
@@ -224,6 +226,7 @@ SessionRecord runScript(const ReportInput& input) {
         std::istringstream own(kOwnSession);
         return recordSession(own, "built-in session", input.calibration);
     }
+    if (*input.script == "-") return recordSession(std::cin, "<stdin>", input.calibration);
     std::ifstream file(*input.script);
     if (!file || fs::is_directory(*input.script))
         throw std::runtime_error(input.script->string() + ": could not be read; expected a script");
@@ -325,7 +328,7 @@ Json lightSection(const LightTrace& trace, const std::function<void(double)>& pr
             {"dim", implementation::kDimLux}};
 }
 
-Json gatherReport(const ReportInput& input) {
+Report gatherReport(const ReportInput& input) {
     const std::optional<LightTrace> trace =
         input.trace ? std::optional<LightTrace>(readLightTrace(*input.trace)) : std::nullopt;
     const fs::path file = input.calibration ? *input.calibration : sampleCalibration();
@@ -348,7 +351,7 @@ Json gatherReport(const ReportInput& input) {
         report["light"] = lightSection(*trace, input.progress);
         report["light"]["name"] = input.trace->filename().string();
     }
-    return report;
+    return {std::move(report), checked.findings.size()};
 }
 
 }  // namespace simulator

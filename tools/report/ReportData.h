@@ -16,15 +16,20 @@
 namespace simulator {
 
 struct ReportInput {
-    std::optional<std::filesystem::path> script;       // otherwise a short built-in session
+    std::optional<std::filesystem::path> script;       // - is standard input; otherwise a short built-in session
     std::optional<std::filesystem::path> calibration;  // otherwise the sample phone's
     std::optional<std::filesystem::path> trace;        // of light; without it there is no timeline
     std::function<void(double)> progress;              // called with the share of the trace that is replayed, 0 to 1
 };
 
-// Runs the session, and the trace on another phone, and returns everything that the page shows. Throws
-// std::runtime_error, "WHERE: what is wrong; what was expected", for what cannot be read or carried out.
-Json gatherReport(const ReportInput& input);
+struct Report {
+    Json data;        // everything that the page shows
+    size_t findings;  // in the calibration
+};
+
+// Runs the session, and the trace on another phone. Throws std::runtime_error, "WHERE: what is wrong; what was
+// expected", for what cannot be read or carried out.
+Report gatherReport(const ReportInput& input);
 
 // Number of different levels that a table gives on an output with that many bits: entries are clamped to 0 to 1 (NaN
 // to 0) and rounded to the nearest of 2^bits - 1 steps.

@@ -83,7 +83,7 @@ public:
                     {"answers", Json::array()}};
             session.run(script.line(), script.number());
         } catch (const std::runtime_error& error) {
-            throw std::runtime_error(script.place() + error.what());
+            throw ScriptError(script.place() + error.what());
         }
         step["before"] = shown;
         step["after"] = shown = look();
@@ -92,7 +92,7 @@ public:
 
     SessionRecord finish() {
         record.state = stateToJson(session.state());
-        const auto& colors = session.service().displayColors();
+        const auto& colors = session.library().displayColors();
         if (!colors.empty()) record.colors = colors[0];
         record.driverWhite = askDriver();
         record.pictures = std::move(album.pictures);

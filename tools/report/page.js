@@ -143,7 +143,7 @@ function addPlot(name, caption, build, tip, ...buttons) {
     const figure = find(`[data-plot=${name}]`);
     const canvas = make('canvas', {role: 'img', ariaLabel: caption});
     figure.append(make('div', {className: 'canvas'}, canvas), make('figcaption', {}, caption), ...buttons);
-    plots.push({figure, canvas, build, tip});
+    plots.push({canvas, build, tip});
 }
 
 // --- Summary ---

@@ -76,6 +76,9 @@ struct Command {
 // Every command, in the order in which help shows them.
 const std::vector<Command>& commands();
 
+// The row of that name in table, which is not empty. Throws ScriptError with the nearest name if there is none.
+const Command& commandNamed(std::string_view name, const std::vector<Command>& table);
+
 // The command and its arguments: "setUnlimitedCT DISPLAY LEVEL".
 std::string usageOf(const Command& command);
 

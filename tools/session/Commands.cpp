@@ -18,7 +18,7 @@ using display_control::ColorTransformMatrix;
 using display_control::DisplayInfo;
 using display_control::GammaLut;
 using display_control::Result;
-using Service = display_control::implementation::DisplayControlImpl;
+using Service = display_control::IDisplayControl;
 using ::android::hardware::hidl_vec;
 using ::android::hardware::Return;
 
@@ -87,12 +87,13 @@ int32_t valueOrZero(const Values& values, size_t index) {
 // --- The served operations ---
 
 void initService(Session& session, const Values&) {
-    session.answer(int64_t{session.service().init()});
-    session.noteCalibration();
+    const int result = session.library().init();
+    session.answer(int64_t{result});
+    if (result == 0) session.noteCalibration();
 }
 
 void deInitService(Session& session, const Values&) {
-    session.service().deInit();
+    session.library().deInit();
     session.answer(std::string("done"));
 }
 
@@ -193,8 +194,10 @@ void enterExclusive(Session& session, const Values& values) {
 }
 
 void leaveExclusive(Session& session, const Values& values) {
-    report(session, session.service().exclusiveModeExit(session.handle(), static_cast<uint32_t>(values.number(0))));
-    session.noteCalibration();
+    const Result result =
+        session.service().exclusiveModeExit(session.handle(), static_cast<uint32_t>(values.number(0)));
+    session.answer(result);
+    if (result == Result::OK) session.noteCalibration();
 }
 
 void setFeature(Session& session, const Values& values) {
@@ -202,7 +205,7 @@ void setFeature(Session& session, const Values& values) {
                                                  values.integer(2), values.integer(3)));
 }
 
-Service::FeatureValues answerTo(Session& session) {
+Service::getMiscFeature_cb answerTo(Session& session) {
     return [&session](Result result, const hidl_vec<double>& values) {
         session.answer(result, {{"values", std::vector<float>(values.begin(), values.end())}});
     };

@@ -159,14 +159,6 @@ Values parseArguments(const Command& command, std::string_view rest) {
     return values;
 }
 
-[[noreturn]] void failUnknown(std::string_view word, const std::vector<Command>& table) {
-    std::vector<std::string_view> names;
-    for (const Command& command : table) names.push_back(command.name);
-    const std::string_view nearest = nearestOf(word, names);
-    const std::string hint = nearest.empty() ? "a command such as " + std::string(names.front()) : std::string(nearest);
-    throw ScriptError("unknown command " + inQuotes(word) + "; expected " + hint);
-}
-
 }  // namespace
 
 std::string usageOf(const Command& command) {
@@ -185,6 +177,17 @@ std::string usageOf(const Command& command) {
     return usage;
 }
 
+const Command& commandNamed(std::string_view name, const std::vector<Command>& table) {
+    std::vector<std::string_view> names;
+    for (const Command& command : table) {
+        if (command.name == name) return command;
+        names.push_back(command.name);
+    }
+    const std::string_view nearest = nearestOf(name, names);
+    const std::string hint = nearest.empty() ? "a command such as " + std::string(names.front()) : std::string(nearest);
+    throw ScriptError("unknown command " + inQuotes(name) + "; expected " + hint);
+}
+
 ParsedLine parseLine(std::string_view line, const std::vector<Command>& table) {
     const size_t commentBegin = std::min(line.find('#'), line.size());
     const std::string_view text = trimmed(line.substr(0, commentBegin));
@@ -192,10 +195,8 @@ ParsedLine parseLine(std::string_view line, const std::vector<Command>& table) {
     std::string_view rest = text;
     const std::string_view word = takeWord(rest);
     if (word.empty()) return {nullptr, text, comment, {}};
-    const auto command =
-        std::find_if(table.begin(), table.end(), [word](const Command& candidate) { return candidate.name == word; });
-    if (command == table.end()) failUnknown(word, table);
-    return {&*command, text, comment, parseArguments(*command, rest)};
+    const Command& command = commandNamed(word, table);
+    return {&command, text, comment, parseArguments(command, rest)};
 }
 
 }  // namespace simulator

@@ -2,7 +2,6 @@
 #include "tools/session/Session.h"
 
 #include <android/log.h>
-#include <libxml/xmlerror.h>
 #include <platform/Answer.h>
 #include <platform/DeviceFiles.h>
 
@@ -13,6 +12,7 @@
 #include "calibration/PanelTable.h"
 #include "tools/picture/DisplayPipeline.h"
 #include "tools/session/Command.h"
+#include "tools/session/DataFolder.h"
 #include "tools/text/Text.h"
 
 namespace simulator {
@@ -24,25 +24,11 @@ namespace implementation = display_control::implementation;
 using implementation::ColorManager;
 using implementation::ConfigXmlParser;
 
-Phone* xmlTarget = nullptr;  // of the session that lives; libxml2's handler gets the message alone
-
-void keepXmlMessage(const xmlError& error) {
-    const std::string file = error.file == nullptr ? "" : fs::path(error.file).filename().string();
-    const std::string_view message = error.message == nullptr ? "" : error.message;
-    xmlTarget->report(XmlMessage{file, error.line, std::string(trimmed(message))});
-}
-
-// libxml2 2.12 made the message const: auto fits both.
-void reportXmlMessages() {
-    xmlSetStructuredErrorFunc(nullptr, [](void*, auto* error) { keepXmlMessage(*error); });
-}
-
 // What the reader makes of the calibration file now, without a log line.
 std::unique_ptr<ConfigXmlParser> readSilently() {
     const int32_t priority = __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
-    xmlSetStructuredErrorFunc(nullptr, [](void*, auto*) {});
+    const XmlMessageHandler silence([](const XmlMessage&) {});
     auto record = implementation::readCalibration();
-    reportXmlMessages();
     __android_log_set_minimum_priority(priority);
     return record;
 }
@@ -116,22 +102,18 @@ Session::Session(SessionOptions options, Timeline& events)
       picture(std::move(options.picture)),
       out(std::move(options.out)),
       goOnWaiting(std::move(options.goOnWaiting)),
-      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE)) {
-    displayControl.allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
+      simulated(options.phone ? Phone(*options.phone) : Phone(Phone::Start::SAMPLE, dataFolder() / "phone")) {
+    service().allocUserHandle(0, [this](display_control::Result, uint64_t handle) { userHandle = handle; });
     __android_log_set_minimum_priority(options.logPriority);
-    xmlTarget = &simulated;
-    reportXmlMessages();
     simulated.observe([this](const Event& event) { timeline.report({event.time, event.what}); });
 }
 
 // The service is stopped without being observed.
 Session::~Session() {
-    timeline.close();
+    simulated.observe({});
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
-    platform::dropAnswer(displayControl.setAlad(userHandle, 0, 0));
-    displayControl.deInit();
-    xmlSetStructuredErrorFunc(nullptr, nullptr);
-    xmlTarget = nullptr;
+    platform::dropAnswer(service().setAlad(userHandle, 0, 0));
+    library().deInit();
     __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
 }
 
@@ -186,7 +168,7 @@ void Session::writePicture(const std::string& name, uint64_t display) {
 }
 
 State Session::displayState(uint64_t display) const {
-    const StateEntry service = {"service", false, colorState(displayControl.displayColors()[display])};
+    const StateEntry service = {"service", false, colorState(served.library().displayColors()[display])};
     const auto held = simulated.composer().stateOf(display);
     if (held) return {service, {"composer", false, composerState(*held)}};
     return {service, {"composer", "stopped, or has no such display"}};
@@ -200,11 +182,11 @@ void Session::noteCalibration() {
 
 State Session::state() const {
     State state = {{"panel and calibration, as last read", "not read yet", calibration},
-                   {"screen mode", nameOf(displayControl.currentScreenMode())}};
-    for (uint64_t display = 0; display < displayControl.displayColors().size(); ++display) {
+                   {"screen mode", nameOf(served.library().currentScreenMode())}};
+    for (uint64_t display = 0; display < served.library().displayColors().size(); ++display) {
         state.push_back({"display " + std::to_string(display), false, displayState(display)});
     }
-    if (displayControl.displayColors().empty()) state.push_back({"displays", "none known"});
+    if (served.library().displayColors().empty()) state.push_back({"displays", "none known"});
     return state;
 }
 

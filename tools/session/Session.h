@@ -12,14 +12,12 @@
 #include <utility>
 #include <vector>
 
-#include "service/DisplayControlImpl.h"
 #include "simulator/Phone.h"
 #include "tools/picture/Picture.h"
+#include "tools/session/ServedLibrary.h"
 #include "tools/session/Timeline.h"
 
 namespace simulator {
-
-namespace display_control = ::vendor::kov::hardware::display_control::V1_0;
 
 struct SessionOptions {
     std::optional<std::filesystem::path> phone;  // used where it is; otherwise a fresh copy of the sample phone
@@ -47,7 +45,8 @@ public:
     void run(std::string_view line, size_t number);
 
     // What commands work with.
-    display_control::implementation::DisplayControlImpl& service() { return displayControl; }
+    display_control::IDisplayControl& service() { return served.client(); }
+    display_control::implementation::DisplayControlImpl& library() { return served.library(); }
     uint64_t handle() const { return userHandle; }
     void setHandle(uint64_t handle) { userHandle = handle; }
     Phone& phone() { return simulated; }
@@ -74,10 +73,11 @@ private:
     const std::filesystem::path out;
     const std::function<bool(std::chrono::milliseconds, std::chrono::milliseconds)> goOnWaiting;
     Phone simulated;
-    display_control::implementation::DisplayControlImpl displayControl;
+    ServedLibrary served;
     uint64_t userHandle = 0;
     std::string operation;  // the command that runs
     State calibration;      // empty until it is read
+    const XmlMessageHandler xmlMessages{[this](const XmlMessage& message) { report(message); }};
 };
 
 }  // namespace simulator

@@ -47,7 +47,9 @@ std::optional<Difference> compareObjects(const Path& path, const Json& expected,
 
 std::optional<Difference> compareArrays(const Path& path, const Json& expected, const Json& got) {
     for (size_t i = 0; i < std::max(expected.size(), got.size()); ++i) {
-        if (auto difference = compare(path / i, valueAt(expected, i), valueAt(got, i))) return difference;
+        auto difference = compare(path / i, valueAt(expected, i), valueAt(got, i));
+        if (difference && path == Path("/calls")) difference->call = i + 1;
+        if (difference) return difference;
     }
     return std::nullopt;
 }
@@ -64,16 +66,16 @@ std::optional<Difference> compare(const Path& path, const std::optional<Json>& e
 void write(std::ostream& stream, const Json& value, const std::string& indent) {
     const bool holdsStructures = value.is_structured() && !value.empty() && value.begin()->is_structured();
     if (!value.is_object() && !holdsStructures) {
-        stream << value.dump();
+        stream << lineOf(value);
         return;
     }
     stream << (value.is_object() ? "{" : "[");
     const char* separator = "\n";
     for (const auto& [key, element] : value.items()) {
         stream << std::exchange(separator, ",\n") << indent << "  ";
-        if (value.is_object()) stream << Json(key) << ": ";
+        if (value.is_object()) stream << lineOf(key) << ": ";
         if (value.is_array()) {
-            stream << element.dump();
+            stream << lineOf(element);
         } else {
             write(stream, element, indent + "  ");
         }
@@ -95,7 +97,6 @@ Json dumpOf(ScriptFile& script, SessionOptions options) {
     options.picture = {};
     Session session(std::move(options), timeline);
     script.run(session, std::cout);
-    timeline.close();
     return {{"calls", calls}, {"state", stateToJson(session.state())}};
 }
 

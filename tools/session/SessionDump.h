@@ -21,6 +21,7 @@ struct Difference {
     std::string path;              // JSON pointer
     std::optional<Json> expected;  // nothing where the dump has no such value
     std::optional<Json> got;
+    std::optional<size_t> call = {};  // number of the composer call that differs, from 1; nothing in the state
 };
 std::optional<Difference> firstDifference(const Json& expected, const Json& got);
 

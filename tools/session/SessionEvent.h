@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "simulator/Event.h"
+#include "tools/text/XmlMessages.h"
 
 namespace simulator {
 
@@ -44,7 +45,7 @@ struct StateEntry {
 using State = std::vector<StateEntry>;
 
 struct SessionEvent {
-    using What = std::variant<Event::What, ScriptLine, LineDone, InstalledFile, WrittenPicture, State>;
+    using What = std::variant<Event::What, XmlMessage, ScriptLine, LineDone, InstalledFile, WrittenPicture, State>;
 
     platform::Clock::Duration time;
     What what;

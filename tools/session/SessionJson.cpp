@@ -9,6 +9,10 @@ Json toJson(const Event::What& what) {
     return eventToJson(what);
 }
 
+Json toJson(const XmlMessage& message) {
+    return {{"event", "xml"}, {"file", message.file}, {"line", message.line}, {"message", message.message}};
+}
+
 Json toJson(const ScriptLine& line) {
     Json json = {{"event", "command"}, {"line", line.number}, {"text", line.text}};
     if (!line.comment.empty()) json["comment"] = line.comment;

@@ -176,6 +176,9 @@ private:
         const bool isError = line != nullptr && line->priority >= ANDROID_LOG_ERROR;
         writeLine(headOf(event, kind) + textOf(what).substr(kind.size() + 1), isError ? kRed : "");
     }
+    void write(const SessionEvent& event, const XmlMessage& message) {
+        writeLine(headOf(event, "xml") + message.file + ":" + std::to_string(message.line) + ": " + message.message);
+    }
     void write(const SessionEvent& /*event*/, const ScriptLine& line) {
         const bool isRemark = line.text.empty();
         if (!look.commands) return;
@@ -223,12 +226,7 @@ Timeline::Timeline(std::ostream& output, Format format, Look look) : sink(writer
 
 void Timeline::report(SessionEvent event) {
     const platform::Lock lock(mutex);
-    if (!closed) sink(event);
-}
-
-void Timeline::close() {
-    const platform::Lock lock(mutex);
-    closed = true;
+    sink(event);
 }
 
 }  // namespace simulator

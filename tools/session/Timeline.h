@@ -34,13 +34,9 @@ public:
 
     void report(SessionEvent event) PLATFORM_EXCLUDES(mutex);
 
-    // Drops what is reported from now on.
-    void close() PLATFORM_EXCLUDES(mutex);
-
 private:
     platform::Mutex mutex;  // one event after another
     const Sink sink PLATFORM_GUARDED_BY(mutex);
-    bool closed PLATFORM_GUARDED_BY(mutex) = false;
 };
 
 }  // namespace simulator

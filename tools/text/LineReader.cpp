@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/text/LineReader.h"
 
-#include <stdexcept>
+#include <limits>
 #include <utility>
 
 namespace simulator {
@@ -22,9 +22,11 @@ bool LineReader::next() {
     const bool found = c != kEnd;
     if (found) ++count;
     for (; c != kEnd && c != '\n'; c = input.get()) {
-        if (text.size() == kLongest)
-            throw std::runtime_error(place() + "the line is longer than " + std::to_string(kLongest) +
-                                     " bytes; expected " + expectedText);
+        if (text.size() == kLongest) {
+            input.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+            throw LineTooLong(place() + "the line is longer than " + std::to_string(kLongest) + " bytes; expected " +
+                              expectedText);
+        }
         text += static_cast<char>(c);
     }
     if (input.bad()) throw std::runtime_error(shownName + ": could not be read; expected " + expectedText);

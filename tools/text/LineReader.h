@@ -3,10 +3,16 @@
 #pragma once
 
 #include <istream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace simulator {
+
+// A line that is longer than LineReader::kLongest.
+class LineTooLong : public std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
 
 class LineReader {
 public:
@@ -16,8 +22,8 @@ public:
     // "a script".
     LineReader(std::istream& stream, std::string name, std::string expected);
 
-    // Goes to the next line; false at the end. Throws std::runtime_error, "NAME:LINE: what is wrong; what was
-    // expected", for a line that is too long and when reading fails.
+    // Goes to the next line; false at the end. Throws std::runtime_error when reading fails, and LineTooLong, after
+    // which the next line can be read: "NAME:LINE: what is wrong; what was expected".
     bool next();
 
     // The line without its end, the first one without the byte order mark that it may begin with.

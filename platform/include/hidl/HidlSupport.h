@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Containers of the interfaces: text, vectors and fixed arrays.
+// Containers of the interfaces (text, vectors and fixed arrays) and the receiver of a service's death.
 #pragma once
 
 #include <array>
@@ -10,7 +10,21 @@
 #include <utility>
 #include <vector>
 
+#include <utils/RefBase.h>
+
+namespace android::hidl::base::V1_0 {
+
+struct IBase;
+
+}  // namespace android::hidl::base::V1_0
+
 namespace android::hardware {
+
+// Receives the death of a service's process; see IBase::linkToDeath.
+struct hidl_death_recipient : public virtual RefBase {
+    // Called once, on a thread of the receiving process's pool. cookie is the number given to linkToDeath.
+    virtual void serviceDied(uint64_t cookie, const wp<::android::hidl::base::V1_0::IBase>& who) = 0;
+};
 
 // Text that owns its bytes. It may contain zero bytes; c_str() adds a terminating one.
 class hidl_string {

@@ -27,4 +27,8 @@ private:
     mutable std::atomic<int32_t> strongCount{0};
 };
 
+// A weak reference. Only the empty one exists on the host.
+template <typename T>
+class wp {};
+
 }  // namespace android

@@ -24,20 +24,23 @@ struct IComposerExt : public ::android::hidl::base::V1_0::IBase {
     static constexpr const char* descriptor = "vendor.kov.hardware.composer_ext@1.0::IComposerExt";
 
     // The count is valid only with Result 0.
-    virtual Return<void> getNumOfDisplay(std::function<void(Result, uint32_t)> callback) = 0;
-    virtual Return<void> getDisplayInfo(uint64_t display, std::function<void(Result, const DisplayInfo&)> callback) = 0;
+    using getNumOfDisplay_cb = std::function<void(Result result, uint32_t count)>;
+    virtual Return<void> getNumOfDisplay(getNumOfDisplay_cb callback) = 0;
+    using getDisplayInfo_cb = std::function<void(Result result, const DisplayInfo& info)>;
+    virtual Return<void> getDisplayInfo(uint64_t display, getDisplayInfo_cb callback) = 0;
     virtual Return<Result> setColorTransformMatrix(uint64_t display, const ColorTransformMatrix& first,
                                                    const ColorTransformMatrix& last) = 0;
-    virtual Return<void> getColorTransformMatrix(
-        uint64_t display,
-        std::function<void(Result, const ColorTransformMatrix&, const ColorTransformMatrix&)> callback) = 0;
+    using getColorTransformMatrix_cb =
+        std::function<void(Result result, const ColorTransformMatrix& first, const ColorTransformMatrix& last)>;
+    virtual Return<void> getColorTransformMatrix(uint64_t display, getColorTransformMatrix_cb callback) = 0;
     virtual Return<void> reserved5() { return Void(); }
     virtual Return<void> reserved6() { return Void(); }
     virtual Return<Result> setGlobalGammaLut(uint64_t display, const GammaLut& table) = 0;
-    virtual Return<void> getGlobalGammaLut(uint64_t display, std::function<void(Result, const GammaLut&)> callback) = 0;
+    using getGlobalGammaLut_cb = std::function<void(Result result, const GammaLut& table)>;
+    virtual Return<void> getGlobalGammaLut(uint64_t display, getGlobalGammaLut_cb callback) = 0;
     virtual Return<Result> setGlobalDeGammaLut(uint64_t display, const GammaLut& table) = 0;
-    virtual Return<void> getGlobalDeGammaLut(uint64_t display,
-                                             std::function<void(Result, const GammaLut&)> callback) = 0;
+    using getGlobalDeGammaLut_cb = std::function<void(Result result, const GammaLut& table)>;
+    virtual Return<void> getGlobalDeGammaLut(uint64_t display, getGlobalDeGammaLut_cb callback) = 0;
     // enable: 1 with the parameters of the tone curve, 0 with none to drop it.
     virtual Return<Result> setAladParams(uint64_t display, uint32_t enable, const hidl_vec<AladParamPair>& params) = 0;
     // enable: 1 to enter, 0 to leave.
