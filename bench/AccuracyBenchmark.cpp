@@ -3,7 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "tests/accuracy/SyntheticPanel.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tools/accuracy/Limits.h"
 
 namespace bench {
@@ -12,7 +12,7 @@ namespace {
 using namespace simulator;
 
 void accuracy(benchmark::State& state) {
-    const fakes::TemporaryFolder folder;
+    const tests::TemporaryFolder folder;
     const Measurement measurement = SyntheticPanel().measure(67, 9, 0.002);
     const auto file = folder.write("panel.ti3", toTi3(measurement));
     if (measurement.patches.size() < 1000) state.SkipWithError("fewer patches");
