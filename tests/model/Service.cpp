@@ -33,7 +33,8 @@ constexpr size_t kTable = 4096;
 template <typename... Parts>
 std::string text(const Parts&... parts) {
     std::ostringstream line;
-    (line << std::fixed << ... << parts);
+    line << std::fixed;
+    (line << ... << parts);
     return line.str();
 }
 
