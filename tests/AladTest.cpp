@@ -199,15 +199,14 @@ TEST_F(AladTest, SwitchesRaceWithEventsFromOtherThreads) {
         platform::setClock(&racing);
         steps = offs = 0;
         std::atomic<bool> isOver{false};
-        const auto giveLights = [&isOver](const std::function<void(int32_t lux)>& give) {
-            for (int32_t lux = 100; !isOver; lux = 9100 - lux) {
-                give(lux);
-                std::this_thread::yield();
-            }
+        const auto during = [&isOver](const std::function<void(int32_t lux)>& give) {
+            return std::thread([&isOver, give] {
+                for (int32_t lux = 100; !isOver; lux = 9100 - lux, std::this_thread::yield()) give(lux);
+            });
         };
-        std::thread events(giveLights, [this](int32_t lux) { phone.sensors().deliver(static_cast<float>(lux)); });
-        std::thread feed(giveLights, [this](int32_t lux) { alad.notifyData(lux); });
-        std::thread handles(giveLights, [&](int32_t) { service.allocUserHandle(0, [](Result, uint64_t) {}); });
+        std::thread others[] = {during([this](int32_t lux) { phone.sensors().deliver(static_cast<float>(lux)); }),
+                                during([this](int32_t lux) { alad.notifyData(lux); }),
+                                during([&](int32_t) { service.allocUserHandle(0, [](Result, uint64_t) {}); })};
         constexpr int kRounds = 1000;
         for (int round = 0; round < kRounds; ++round) {
             const auto yield = [round] {
@@ -221,7 +220,7 @@ TEST_F(AladTest, SwitchesRaceWithEventsFromOtherThreads) {
             EXPECT_EQ(round % 2 == 0 ? service.exclusiveModeEnter(7, 1) : service.setAlad(7, 0, 0), Result::OK);
         }
         isOver = true;
-        for (std::thread* const thread : {&events, &feed, &handles}) thread->join();
+        for (std::thread& other : others) other.join();
         EXPECT_GE(offs, 2 * kRounds) << "each switch ends with it";
         EXPECT_EQ(steps > 0, deadlinesPass) << "the workers had something to do";
         platform::setClock(&phone.clock());

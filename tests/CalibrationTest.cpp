@@ -5,6 +5,7 @@
 #include <libxml/xmlerror.h>
 #include <sys/stat.h>
 
+#include "calibration/PanelTable.h"
 #include "tests/PhoneTest.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
@@ -111,6 +112,11 @@ TEST_F(CalibrationTest, CountsOnlyElementsAndTakesThemByPosition) {
     for (const auto& c : kCases) EXPECT_EQ(read(element("panel", c.blocks)), c.expected) << c.name;
     EXPECT_EQ(read(element("CTM_WPC", kMatrix)), "WPC![1 2 3 4 5 6 7 8 9]") << "the root has any name";
     EXPECT_EQ(read("<root/>"), "");
+}
+
+TEST_F(CalibrationTest, ThePanelsNameIsTheFirst128Bytes) {
+    phone.files().write(kPanelNameNode, std::string(200, 'x'));
+    EXPECT_EQ(identifyPanel().name.text.size(), 128U);
 }
 
 TEST_F(CalibrationTest, ABlockThatWasCompleteOnceStaysComplete) {

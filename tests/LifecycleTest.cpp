@@ -18,7 +18,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::ExitedWithCode;
-using ::testing::IsSupersetOf;
 using namespace std::chrono_literals;
 
 uint64_t allocateHandle(DisplayControlImpl& service) {
@@ -75,19 +74,6 @@ TEST_F(LifecycleTest, AQueryLogsBeforeItsCallbackAndAnAllocationAfterIt) {
     EXPECT_THAT(happened(), ElementsAre("log I getDisplayInfo: 7", "answered"));
     service.allocUserHandle(0, answered);
     EXPECT_THAT(happened(), ElementsAre("answered", ::testing::StartsWith("log I allocUserHandle: ")));
-}
-
-TEST_F(LifecycleTest, AScreenModeIsInForceAfterTheMatrixAndBeforeTheNode) {
-    service.init();
-    phone.observe([this](const simulator::Event& event) {
-        lines.push_back(std::string(kindOf(event.what)) + " in mode " + std::to_string(service.currentScreenMode()));
-    });
-    service.setStandardMode(7, 0, 0);
-    EXPECT_THAT(lines, IsSupersetOf({"composer in mode -1", "node in mode 2"}));
-    service.setEnhanceScreenMode(7, 0, 0);
-    EXPECT_THAT(lines, IsSupersetOf({"composer in mode 2", "node in mode 1"}));
-    service.setSmartEnvironmentMode(7, 0, 0);
-    EXPECT_THAT(lines, IsSupersetOf({"composer in mode 1", "node in mode 0"}));
 }
 
 TEST_F(LifecycleTest, ARunningToneCurveOutlivesTheService) {

@@ -172,19 +172,16 @@ std::vector<Fault> faults() {
     const auto addCalibration = [&](const std::string& name, const std::function<void(Calibration&)>& change) {
         add(name, "panel xml", [=](Settings& s) { change(s.calibrations[0] = Settings().calibrations[0]); });
     };
-    for (const auto failure :
-         {Failure::REFUSED, Failure::NO_CALLBACK, Failure::TRANSPORT_BEFORE, Failure::TRANSPORT_AFTER}) {
-        const std::string number = std::to_string(static_cast<int>(failure));
-        for (size_t i = 0; i < simulator::kComposerOperations.size(); ++i) {
-            const std::string operation = "composer " + std::string(simulator::kComposerOperations[i]);
-            add(operation + number, operation + " ",
-                [=](Settings& s) { s.composerFailures[ComposerOperation(i)] = failure; });
+    const auto addFailures = [&](const std::string& service, const auto& names, auto failures, auto operation) {
+        for (size_t i = 0; i < 4 * names.size(); ++i) {
+            const std::string name = service + std::string(names[i / 4]);
+            const auto failure = Failure(1 + i % 4);
+            add(name + std::to_string(i % 4), name,
+                [=](Settings& s) { (s.*failures)[decltype(operation)(i / 4)] = failure; });
         }
-        for (size_t i = 0; i < simulator::kSensorOperations.size(); ++i) {
-            const std::string operation = "sensor " + std::string(simulator::kSensorOperations[i]);
-            add(operation + number, operation, [=](Settings& s) { s.sensorFailures[SensorOperation(i)] = failure; });
-        }
-    }
+    };
+    addFailures("composer ", simulator::kComposerOperations, &Settings::composerFailures, ComposerOperation());
+    addFailures("sensor ", simulator::kSensorOperations, &Settings::sensorFailures, SensorOperation());
     for (const uint32_t count : {0U, 1U, 3U, 1024U, 1025U, UINT32_MAX})
         add(std::to_string(count) + " displays", "getNumOfDisplay ", [=](Settings& s) { s.displays = count; });
     add("no composer", "getNumOfDisplay ", [](Settings& s) { s.composer = false; });

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <sstream>
 
 namespace model {
 
@@ -28,20 +29,17 @@ constexpr size_t kMatrix = 9;
 constexpr size_t kEyeCare = 38;
 constexpr size_t kTable = 4096;
 
-template <typename Part>
-std::string text(const Part& part) {
-    if constexpr (std::is_arithmetic_v<Part>)
-        return std::to_string(part);
-    else
-        return part;
-}
+// As printf's %d, %f and %s.
 template <typename... Parts>
-std::string join(const Parts&... parts) {
-    return (text(parts) + ...);
+std::string text(const Parts&... parts) {
+    std::ostringstream line;
+    line << std::fixed;
+    (line << ... << parts);
+    return line.str();
 }
 
 std::string threeFloats(const float* f) {
-    return join(f[0], " ", f[1], " ", f[2]);
+    return text(f[0], " ", f[1], " ", f[2]);
 }
 
 std::string hexadecimal(int32_t color) {
@@ -108,20 +106,15 @@ std::string Service::call(const Call& c) {
 
     if (is("init")) return init();
     if (is("deInit")) return connected.reset(), "";
-    if (is("allocUserHandle")) {
-        log(kInfo, operation, text(++handle));
-        return "OK " + text(handle);
-    }
+    if (is("allocUserHandle")) return log(kInfo, operation, text(++handle)), text("OK ", handle);
     if (is("freeUserHandle")) return log(kInfo, operation, client), "OK";
     if (is("getNumOfDisplay")) return log(kInfo, operation, client), "OK " + text(static_cast<uint32_t>(numOfDisplay));
-    if (is("getDisplayInfo")) {
-        log(kInfo, operation, client);
-        return knows(c.display) ? "OK " + infos[c.display] : "BAD_DISPLAY 0 0 0 \"0\"";
-    }
+    if (is("getDisplayInfo"))
+        return log(kInfo, operation, client), knows(c.display) ? "OK " + infos[c.display] : "BAD_DISPLAY 0 0 0 \"0\"";
     if (is("setColorTransformMatrix")) {
         log(kDebug, operation, client);
         for (const size_t i : {0U, 1U, 2U})
-            log(kDebug, operation, join(operation, i, " ", threeFloats(&c.last[3 * i])));
+            log(kDebug, operation, text(operation, i, " ", threeFloats(&c.last[3 * i])));
         return sendMatrices(c.display, kIdentity, c.last);
     }
     if (is("setColorTransformMatrix2")) {
@@ -164,7 +157,7 @@ std::string Service::call(const Call& c) {
     }
     if (is("getMiscFeature")) return "FAILED 0 values";
     if (is("IsAladEnable")) return worker ? "1" : "0";
-    log(kInfo, operation, join(client, " ", c.number));
+    log(kInfo, operation, text(client, " ", c.number));
     if (is("setAlad")) return setAlad(c.display, c.number != 0);
     if (is("exclusiveModeEnter")) return exclusiveModeEnter();
     return exclusiveModeExit();
@@ -294,7 +287,7 @@ void Service::applyCalibration() {
         const int32_t maximum = saturated(run[0]);
         const int32_t minimum = saturated(run[1]);
         closed(ClosedFunction::SET_EYE_CARE_PARAMS_OLED, {maximum, minimum}, {run.begin() + 2, run.begin() + kEyeCare});
-        log(kDebug, "init", join("m:", maximum, " m:", minimum));
+        log(kDebug, "init", text("m:", maximum, " m:", minimum));
     } else {
         log(kError, "init", "eye care init error");
     }
@@ -303,7 +296,7 @@ void Service::applyCalibration() {
     const int32_t cold = hasEnds ? file.endPoints[1] : 0xEDFDFF;
     closed(ClosedFunction::SET_PARAMS, {warm, cold});
     log(hasEnds ? kDebug : kError, "init",
-        hasEnds ? join("w:", hexadecimal(warm), " c:", hexadecimal(cold)) : "Unlimited init error");
+        hasEnds ? text("w:", hexadecimal(warm), " c:", hexadecimal(cold)) : "Unlimited init error");
     sendCalibratedGamma(file);
 }
 
@@ -326,7 +319,7 @@ std::string Service::setTable(const Call& c) {
     const auto& t = *c.table;
     log(kDebug, c.operation, text(kHandle));
     log(kDebug, c.operation,
-        join("setGlobalGammaLut 96:", t[96], " 320:", t[320], " 1024:", t[1024], " 2048:", t[2048], " 3840:", t[3840]));
+        text("setGlobalGammaLut 96:", t[96], " 320:", t[320], " 1024:", t[1024], " 2048:", t[2048], " 3840:", t[3840]));
     const bool isGamma = c.operation == "setGlobalGammaLut";
     return sendTable(isGamma ? Operation::SET_GLOBAL_GAMMA_LUT : Operation::SET_GLOBAL_DE_GAMMA_LUT, c.display,
                      c.table);
@@ -360,15 +353,15 @@ std::string Service::setLevel(uint64_t display, bool isUnlimited, int32_t level)
     const std::vector<float> values =
         isUnlimited ? closed(function, {level}, {1, 1, 1}, phone.gains, 0)
                     : closed(function, {level}, {1, 0, 0, 0, 1, 0, 0, 0, 1}, phone.coefficients, 0);
-    if (const int error = phone.resultOf(function); error != 0) log(kError, name, join("error ", error));
+    if (const int error = phone.resultOf(function); error != 0) log(kError, name, text("error ", error));
     if (isUnlimited) {
         d->unlimitedLevel = level;
         for (const size_t i : {0U, 1U, 2U}) d->unlimited[4 * i] = values[i];
-        log(kDebug, name, join(level, "  ", threeFloats(values.data())));
+        log(kDebug, name, text(level, "  ", threeFloats(values.data())));
     } else {
         d->eyeCareLevel = level;
         d->eyeCare = matrixOf(values.data());
-        log(kDebug, name, join("v:", level));
+        log(kDebug, name, text("v:", level));
         for (const size_t i : {0U, 3U, 6U}) log(kDebug, name, threeFloats(&values[i]));
     }
     sendMatrices(display, kIdentity, finalMatrix(displays[display]));
@@ -405,7 +398,7 @@ std::vector<float> Service::calibrateWhitePoint() {
                 xy[i] = std::clamp<long long>(xy[i], INT32_MIN, INT32_MAX);
                 param[i] = static_cast<float>(static_cast<double>(xy[i]) * 0.001);
             }
-            log(kDebug, function, join(xy[0], " ", xy[1], " ", param[0], " ", param[1]));
+            log(kDebug, function, text(xy[0], " ", xy[1], " ", param[0], " ", param[1]));
         } else {
             log(kError, function, "format wpc error");
         }
@@ -427,14 +420,14 @@ std::string Service::setCabcSysNode(int32_t level) {
 
 std::string Service::setCabcMode(int32_t mode) {
     if (screenMode != kSmartEnvironment) return "0";
-    log(kDebug, "setCabcMode", join("enter ", mode));
+    log(kDebug, "setCabcMode", text("enter ", mode));
     constexpr int32_t kLevels[] = {0, 1, 1, 2, 3};
     if (mode >= 0 && mode <= 4) return setCabcSysNode(kLevels[mode]);
     return log(kError, "setCabcMode", "invalid value"), "-5";
 }
 
 std::string Service::setFeature(uint64_t display, int32_t feature, int32_t value, int32_t value2) {
-    log(kDebug, "setFeature", join("u:", kHandle, " d:", display, " m:", feature, " v:", value, " c:", value2));
+    log(kDebug, "setFeature", text("u:", kHandle, " d:", display, " m:", feature, " v:", value, " c:", value2));
     if (feature == 7) return setCabcMode(value);
     if (feature == 3 || feature == 23) return setLevel(display, feature == 23, value) == "OK" ? "0" : "-5";
     if (feature < 0 || feature > 2) return "-5";

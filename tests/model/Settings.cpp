@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
+#include <memory>
 #include <tuple>
 
 namespace model {
@@ -63,26 +64,26 @@ void put(const std::string& next, const std::string& last, const char* path, sim
 }
 
 void applyClosed(const Settings& next, simulator::ClosedLibraries& closed) {
-    const auto writes = [](const std::vector<float>& values, int result) {
-        return [values, result](int, float* buffer) {
-            std::copy(values.begin(), values.end(), buffer);
-            return result;
-        };
+    using Function = ClosedFunction;
+    const auto s = std::make_shared<const Settings>(next);
+    closed.setParams = [s](int, int) { return s->resultOf(Function::SET_PARAMS); };
+    closed.setEyeCareParamsOled = [s](auto&) { return s->resultOf(Function::SET_EYE_CARE_PARAMS_OLED); };
+    closed.getUnlimitedCTParams = [s](int, float* gains) {
+        std::copy(s->gains.begin(), s->gains.end(), gains);
+        return s->resultOf(Function::GET_UNLIMITED_CT_PARAMS);
     };
-    closed.setParams = [result = next.resultOf(ClosedFunction::SET_PARAMS)](int, int) { return result; };
-    closed.setEyeCareParamsOled = [result = next.resultOf(ClosedFunction::SET_EYE_CARE_PARAMS_OLED)](auto&) {
-        return result;
+    closed.getEyeCareCoeffOled = [s](int, float* coefficients) {
+        std::copy(s->coefficients.begin(), s->coefficients.end(), coefficients);
+        return s->resultOf(Function::GET_EYE_CARE_COEFF_OLED);
     };
-    closed.getUnlimitedCTParams = writes(next.gains, next.resultOf(ClosedFunction::GET_UNLIMITED_CT_PARAMS));
-    closed.getEyeCareCoeffOled = writes(next.coefficients, next.resultOf(ClosedFunction::GET_EYE_CARE_COEFF_OLED));
-    closed.whitePointCalibrate =
-        [write = writes(next.whiteGains, next.resultOf(ClosedFunction::WHITE_POINT_CALIBRATE))](auto* param) {
-            return write(0, &param->gainR);
-        };
-    closed.getAGTMLevel = [next](int lux) { return next.levelOf(lux); };
-    closed.getAGTMCurveParams = [next](int level, int32_t* curve) {
-        next.writeCurve(level, curve);
-        return next.resultOf(ClosedFunction::GET_AGTM_CURVE_PARAMS);
+    closed.whitePointCalibrate = [s](auto* param) {
+        std::copy(s->whiteGains.begin(), s->whiteGains.end(), &param->gainR);
+        return s->resultOf(Function::WHITE_POINT_CALIBRATE);
+    };
+    closed.getAGTMLevel = [s](int lux) { return s->levelOf(lux); };
+    closed.getAGTMCurveParams = [s](int level, int32_t* curve) {
+        s->writeCurve(level, curve);
+        return s->resultOf(Function::GET_AGTM_CURVE_PARAMS);
     };
 }
 
