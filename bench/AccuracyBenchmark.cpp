@@ -2,8 +2,8 @@
 // From the file of a measured panel to the verdicts on a state.
 #include <benchmark/benchmark.h>
 
-#include "tests/accuracy/SyntheticPanel.h"
 #include "tests/TemporaryFolder.h"
+#include "tests/accuracy/SyntheticPanel.h"
 #include "tools/accuracy/Limits.h"
 
 namespace bench {
