@@ -36,8 +36,8 @@ TEST(ReturnDeathTest, AFailureThatIsNotExaminedEndsTheProcess) {
     EXPECT_DEATH({ Return<int32_t> answer(failed()); }, "not checked");
     EXPECT_DEATH((other = Return<int32_t>(failed()), other = Return<int32_t>(5)), "not checked");
     EXPECT_DEATH({ const Return<int32_t> moved = Return<int32_t>(failed()); }, "not checked");
-    EXPECT_DEATH(static_cast<int32_t>(Return<int32_t>(Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, "no light"))),
-                 "retrieve value.*no light");
+    const Status noLight = Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, "no light");
+    EXPECT_DEATH([[maybe_unused]] const int32_t value = Return<int32_t>(noLight), "retrieve value.*no light");
 }
 
 TEST(Return, AFailureThatIsExaminedIsAValue) {
