@@ -36,7 +36,8 @@ std::string digestOf(const T* values, size_t count) {
 }
 
 std::string matrixText(const Matrix& matrix) {
-    if (memcmp(matrix.data(), kIdentity.data(), sizeof matrix) == 0) return "identity";
+    const auto isSame = [](float a, float b) { return a == b && std::signbit(a) == std::signbit(b); };
+    if (std::equal(matrix.begin(), matrix.end(), kIdentity.begin(), isSame)) return "identity";
     std::string text = "[";
     for (size_t i = 0; i < matrix.size(); ++i) text += (i == 0 ? "" : i % 3 == 0 ? " | " : " ") + floatText(matrix[i]);
     return text + "]";

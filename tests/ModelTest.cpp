@@ -201,8 +201,9 @@ std::vector<Fault> faults() {
     });
     addNode("white point", "setSmartEnvironmentMode", &Settings::whitePoint,
             {"", "x=313,y=329", "x=313", "x=313,y=", "x=313,y=-\n", " x=313,y=329", "x=313 ,y=329", "x=0.313,y=0.329",
-             "X=313,y=329", "x=31\0,y=329"s, "x= -5,y=\t+7 junk", "x=1,y=0x10", "x=99999999999999999999,y=-3000000000",
-             "x=2147483648,y=-2147483649", "x=313,y=" + std::string(53, ' ') + "3299"});
+             ",y=329", "X=313,y=329", "x=31\0,y=329"s, "x= -5,y=\t+7 junk", "x=1,y=0x10",
+             "x=99999999999999999999,y=-3000000000", "x=2147483648,y=-2147483649",
+             "x=313,y=" + std::string(53, ' ') + "3299"});
     addNode("backlight", "node lcd_cabc_mode", &Settings::cabc, {""});
 
     addCalibration("no file", [](Calibration& c) { c.kind = Kind::MISSING; });

@@ -67,6 +67,7 @@ TEST(Services, TheLatestOneIsFoundUntilTheyAreCleared) {
     const sp<Service> latest = new Service(ends);
     EXPECT_EQ(platform::addService("interface", "default", latest), android::OK);
     EXPECT_EQ(platform::findService("interface", "default"), sp<platform::IBase>(latest));
+    EXPECT_FALSE(latest->linkToDeath(nullptr, 0).withDefault(true)) << "nobody to report to";
     EXPECT_EQ(platform::findService("interface", "other"), nullptr);
     EXPECT_EQ(platform::findService("other", "default"), nullptr);
     EXPECT_EQ(platform::addService("interface", "other", new Service(ends)), android::OK);
