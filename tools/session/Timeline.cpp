@@ -224,7 +224,7 @@ Timeline::Sink writerTo(std::ostream& output, Timeline::Format format, Timeline:
 
 Timeline::Timeline(std::ostream& output, Format format, Look look) : sink(writerTo(output, format, look)) {}
 
-void Timeline::report(SessionEvent event) {
+void Timeline::report(const SessionEvent& event) {
     const platform::Lock lock(mutex);
     sink(event);
 }

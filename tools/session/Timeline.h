@@ -32,7 +32,7 @@ public:
     // Each event is written to output, which the caller owns and keeps for as long as the timeline lives.
     Timeline(std::ostream& output, Format format, Look look = {false, true, false});
 
-    void report(SessionEvent event) PLATFORM_EXCLUDES(mutex);
+    void report(const SessionEvent& event) PLATFORM_EXCLUDES(mutex);
 
 private:
     platform::Mutex mutex;  // one event after another
