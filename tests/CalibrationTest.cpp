@@ -16,7 +16,7 @@ using namespace std::string_literals;
 
 const std::string kFile = "/vendor/etc/disp_calib_data_default.xml";
 
-// So many copies of an element.
+// count copies of an element.
 std::string times(size_t count, const std::string& xml = "<v>1</v>") {
     std::string all;
     for (size_t i = 0; i < count; ++i) all += xml;
@@ -151,7 +151,7 @@ TEST_F(CalibrationTest, NumbersAreConvertedAsInC) {
     EXPECT_EQ(readCalibration()->eyeCareMaxCCT, 0.1) << "eye care stays double";
 }
 
-// A calibration of that many bytes: mostly comments of a mebibyte.
+// A calibration of size bytes, mostly comments of a mebibyte.
 std::string padded(size_t size) {
     std::string xml = "<p>" + kMatrix;
     const std::string comment = "<!--" + std::string((1 << 20) - 7, ' ') + "-->";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// User handles, the order of effects within an operation, and the end of the service.
+// User handles, and the end of the service.
 #include <android/log.h>
 
 #include <array>
