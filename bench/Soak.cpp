@@ -31,7 +31,7 @@ using namespace std::chrono_literals;
 
 constexpr uint64_t kHandle = 1;
 constexpr size_t kMostGrowth = 1 << 20;  // bytes of resident memory
-constexpr double kMostSlowdown = 1.5;    // of the last calls against the first; a loaded machine takes its part
+constexpr double kMostSlowdown = 1.5;    // of the last calls against the first; other load slows calls too
 
 std::atomic<uint64_t> logLines{0};
 std::atomic<uint64_t> errorLines{0};
@@ -54,7 +54,7 @@ size_t openDescriptors() {
     return static_cast<size_t>(std::distance(begin(all), end(all)));
 }
 
-// Puts the values into another order.
+// Reorders the values.
 double median(std::vector<double>& values) {
     if (values.empty()) return 0;
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -71,7 +71,7 @@ std::pair<double, double> ends(const std::vector<double>& times) {
     return {median(first), median(last)};
 }
 
-// What is said of a run.
+// Prints what holds and what fails.
 class Verdict {
 public:
     void expect(bool holds, const std::string& what) {
@@ -90,7 +90,7 @@ std::string text(const char* format, double a, double b = 0, double c = 0) {
     return line;
 }
 
-// Memory and descriptors from here on.
+// Growth of memory and descriptors since its construction.
 class Household {
 public:
     void judge(Verdict& verdict) const {
@@ -109,7 +109,7 @@ private:
     const size_t descriptors = openDescriptors();
 };
 
-// The operations that a client calls again and again, and how many answers were not as expected, or did not come.
+// Calls the operations again and again and counts answers that are wrong or missing.
 class Client {
 public:
     explicit Client(Service& served) : service(served) {}
@@ -148,7 +148,7 @@ public:
         expect(service.IsAladEnable(kHandle, 0).withDefault(0) == 1);
         if (made != before + kRound) ++failed;
     }
-    // What is seldom: exclusive mode, which reads the calibration again, and ALAD off and on.
+    // Exclusive mode, which reads the calibration again, and ALAD off and on.
     void callSeldom() {
         expect(service.exclusiveModeEnter(kHandle, 1));
         expect(service.exclusiveModeExit(kHandle, 1));
@@ -179,7 +179,7 @@ private:
 
 void startUp(Service& service, Verdict& verdict) {
     verdict.expect(service.init() == 0, "the service starts");
-    errorLines = 0;  // the sample phone's first start tells what its panel lacks
+    errorLines = 0;  // the sample phone's first start logs what its panel lacks
     verdict.expect(service.setAlad(kHandle, 0, 1).withDefault(Result::FAILED) == Result::OK,
                    "the ambient-light display switches on");
 }
@@ -200,7 +200,7 @@ bool soakInRealTime(double minutes) {
     std::vector<double> rounds;   // microseconds of the rounds of a second
     std::vector<double> medians;  // of each second
     rounds.reserve(1'000'000);
-    std::fill_n(std::back_inserter(rounds), rounds.capacity(), 0.0);  // its memory is there before it is counted
+    std::fill_n(std::back_inserter(rounds), rounds.capacity(), 0.0);  // allocates before memory is measured
     rounds.clear();
     const Household household;
     const auto start = Clock::now();
@@ -229,7 +229,7 @@ bool soakInRealTime(double minutes) {
     return verdict.holds();
 }
 
-// The light of a day and of the weather in it, in lux: night, a day under clouds that come and go.
+// Light in lux: night, and a day under passing clouds.
 float lightAt(int64_t second) {
     const double ofDay = static_cast<double>(second % 86400) / 86400;
     const double sun = std::max(0.0, std::sin(2 * M_PI * (ofDay - 0.25)));
@@ -237,7 +237,7 @@ float lightAt(int64_t second) {
     return static_cast<float>(5 + 60000 * sun * clouds);
 }
 
-// The tone curve follows the light of that many days; every hour a client calls.
+// The tone curve follows the light for days; a client calls every hour.
 bool soakInVirtualTime(int days) {
     printf("%d days of virtual light\n", days);
     uint64_t messages = 0;

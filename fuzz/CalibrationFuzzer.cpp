@@ -21,7 +21,7 @@ std::unique_ptr<CalibrationRecord> read() {
     return record;
 }
 
-// Padding included: records are zero when they are made.
+// With the padding, because a new record is zero.
 std::string_view bytesOf(const CalibrationRecord& record) {
     return {reinterpret_cast<const char*>(&record), sizeof record};
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A fuzzer's bytes as a row of choices.
+// A fuzzer's bytes as a sequence of choices.
 #pragma once
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 namespace fuzz {
 
-// Read from the front, so that what is added behind does not change what stands before; zeros when it is used up.
+// Reads from the front, so that bytes added at the end do not change earlier choices. Zeros after the last byte.
 class Input {
 public:
     Input(const uint8_t* bytes, size_t count) : next(bytes), end(bytes + count) {}
@@ -25,7 +25,7 @@ public:
         return table[below(std::size(table))];
     }
 
-    // So many bytes, or those that are left.
+    // Up to count bytes; fewer at the end.
     std::string take(size_t count) {
         const auto length = std::min(count, static_cast<size_t>(end - next));
         std::string taken(next, next + length);

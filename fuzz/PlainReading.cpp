@@ -12,7 +12,7 @@ namespace {
 
 using Record = CalibrationRecord;
 
-// What the document's parser has come to.
+// State of the document's parser.
 class Reading {
 public:
     void open(const std::string& name) {
@@ -28,11 +28,11 @@ public:
         --depth;
     }
     void add(const char* characters, size_t count) { text.append(characters, count); }
-    // A comment, or the like.
+    // A comment or a processing instruction.
     void interrupt() { plain = plain && depth < kValue; }
     void giveUp() { plain = false; }
 
-    // Null when the reading depends on more.
+    // Null if the reading depends on more.
     std::unique_ptr<Record> result(bool wellFormed) {
         if (!plain) return nullptr;
         return wellFormed ? std::move(record) : std::make_unique<Record>();
@@ -97,7 +97,7 @@ const char* charsOf(const xmlChar* text) {
     return reinterpret_cast<const char*>(text);
 }
 
-// A prefix without a meaning is part of the name.
+// A prefix without a namespace is part of the name.
 void open(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri, int, const xmlChar**, int, int,
           const xmlChar**) {
     const bool loose = prefix != nullptr && uri == nullptr;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The rules by which a calibration document is read, told once more: element by element as they come.
+// The rules by which a calibration document is read, written a second time: element by element as they come.
 #pragma once
 
 #include <memory>

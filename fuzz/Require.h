@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What has to hold, whatever the bytes.
+// What must hold for any input.
 #pragma once
 
 #include <cstdio>
@@ -8,7 +8,7 @@
 
 namespace fuzz {
 
-// Ends the process, which the fuzzer takes for a crash, when it does not hold.
+// Ends the process, which the fuzzer reports as a crash, if it does not hold.
 inline void require(bool holds, const std::string& what) {
     if (holds) return;
     fprintf(stderr, "does not hold: %s\n", what.c_str());

@@ -182,7 +182,7 @@ TEST_F(AladTest, ALuminanceBecomesAGrayValue) {
     EXPECT_TRUE(std::isnan(DisplayAlad::nitToGray(-1)));
 }
 
-// Under the thread sanitizer this finds what is not guarded; elsewhere it does not end when a wake-up is lost.
+// With the thread sanitizer this finds unguarded members; without it, it does not end if a wake-up is lost.
 TEST_F(AladTest, SwitchesRaceWithEventsFromOtherThreads) {
     std::atomic<int> steps{0};
     std::atomic<int> offs{0};

@@ -16,7 +16,7 @@ using namespace std::string_literals;
 
 const std::string kFile = "/vendor/etc/disp_calib_data_default.xml";
 
-// So many copies of an element.
+// count copies of an element.
 std::string times(size_t count, const std::string& xml = "<v>1</v>") {
     std::string all;
     for (size_t i = 0; i < count; ++i) all += xml;
@@ -28,20 +28,13 @@ std::string element(const std::string& name, const std::string& content) {
 const std::string kNine = "<a>1</a><b>2</b><c>3</c><d>4</d><e>5</e><f>6</f><g>7</g><h>8</h><i>9</i>";
 const std::string kMatrix = element("CTM_WPC", kNine);
 
-// The values up to the last that is not 0; equal ones after each other once, with their number.
+// The values up to the last that is not 0; of more than nine their number, two and the last.
 template <typename T, size_t N>
 std::string valuesOf(const T (&values)[N]) {
-    size_t count = N;
-    while (count > 0 && values[count - 1] == 0) --count;
-    std::string text;
-    for (size_t i = 0; i < count;) {
-        size_t same = 1;
-        while (i + same < count && values[i + same] == values[i]) ++same;
-        text += (text.empty() ? "" : " ") + simulator::floatText(static_cast<float>(values[i]));
-        if (same > 1) text += "*" + std::to_string(same);
-        i += same;
-    }
-    return "[" + text + "]";
+    std::vector<float> list(values, values + N);
+    while (!list.empty() && list.back() == 0) list.pop_back();
+    if (list.size() <= 9) return simulator::valueText(list);
+    return std::to_string(list.size()) + simulator::valueText(std::vector<float>{list[0], list[1], list.back()});
 }
 
 // Every block that holds something: its name, "!" if it is complete, and its values.
@@ -90,24 +83,25 @@ TEST_F(CalibrationTest, CountsOnlyElementsAndTakesThemByPosition) {
         {"unknown blocks", element("ctm_wpc", kNine) + element("Other", kNine) + "<?CTM_WPC <v>1</v>?>", ""},
         {"blocks inside a block", element("group", kMatrix), ""},
         {"empty block", "<CTM_WPC/>", ""},
-        {"eight values", element("CTM_WPC", times(8)), "WPC[1*8]"},
+        {"eight values", element("CTM_WPC", times(8)), "WPC[1 1 1 1 1 1 1 1]"},
         {"ten values", element("CTM_WPC", kNine + "<v>10</v>"), "WPC![1 2 3 4 5 6 7 8 9]"},
-        {"one of 4096 missing", element("Gamma_Calib", times(4095)), "Calib[1*4095]"},
-        {"one of 4096 too many", element("Gamma_Calib", times(4096) + "<v>2</v>"), "Calib![1*4096]"},
-        {"the tuned table", element("Gamma_Tuning", times(4095) + "<v>2</v>"), "Tuning![1*4095 2]"},
+        {"one of 4096 missing", element("Gamma_Calib", times(4095)), "Calib4095[1 1 1]"},
+        {"one of 4096 too many", element("Gamma_Calib", times(4096) + "<v>2</v>"), "Calib!4096[1 1 1]"},
+        {"the tuned table", element("Gamma_Tuning", times(4095) + "<v>2</v>"), "Tuning!4096[1 1 2]"},
         {"comments, text and instructions between",
-         "<CTM_CCM>0.5<v>3</v><!-- <v>9</v> -->text<?v 9?><![CDATA[9]]>" + times(8) + "</CTM_CCM>", "CCM![3 1*8]"},
+         "<CTM_CCM>0.5<v>3</v><!-- <v>9</v> -->text<?v 9?><![CDATA[9]]>" + times(8) + "</CTM_CCM>",
+         "CCM![3 1 1 1 1 1 1 1 1]"},
         {"text and character data around", "1<![CDATA[2]]>" + element("CTM_CCM", kNine) + "<![CDATA[3]]>",
          "CCM![1 2 3 4 5 6 7 8 9]"},
         {"short ones never add up", element("WPCParam", times(5)) + element("WPCParam", times(4, "<v>2</v>")),
-         "Param[2*4 1]"},
+         "Param[2 2 2 2 1]"},
         {"warm alone", "<UnlimitedCT><Warm>1</Warm></UnlimitedCT>", "CT[1]"},
         {"warm and another", "<UnlimitedCT><Warm>1</Warm><x>2</x></UnlimitedCT>", "CT![1]"},
         {"cold comes third", "<UnlimitedCT><Warm>1</Warm><Warm>2</Warm><Cold>3</Cold></UnlimitedCT>", "CT![2]"},
         {"neither", "<UnlimitedCT><x/><x/></UnlimitedCT>", "CT![]"},
-        {"eye care of 37", element("EyeCare", times(35) + kRange), "Range[2 3] Coeffs[1*35]"},
-        {"range after 38 others", element("EyeCare", times(38) + kRange), "Range![] Coeffs![1*36]"},
-        {"range last", element("EyeCare", times(36) + kRange), "Range![2 3] Coeffs![1*36]"},
+        {"eye care of 37", element("EyeCare", times(35) + kRange), "Range[2 3] Coeffs35[1 1 1]"},
+        {"range after 38 others", element("EyeCare", times(38) + kRange), "Range![] Coeffs!36[1 1 1]"},
+        {"range last", element("EyeCare", times(36) + kRange), "Range![2 3] Coeffs!36[1 1 1]"},
     };
     for (const auto& c : kCases) EXPECT_EQ(read(element("panel", c.blocks)), c.expected) << c.name;
     EXPECT_EQ(read(element("CTM_WPC", kMatrix)), "WPC![1 2 3 4 5 6 7 8 9]") << "the root has any name";
@@ -135,8 +129,8 @@ TEST_F(CalibrationTest, NumbersAreConvertedAsInC) {
         {{"  2.5e-1junk", "-0.5", "+3", ".5", "0x10", "1,5", "0.1", "&#50;", "<![CDATA[3]]>"},
          "WPC![0.25 -0.5 3 0.5 16 1 0.1 2 3]"},
         {{"inf", "-INF", "nan", "1e999", "1e39", "1e-999", "<b>1</b>2", "1<!-- 5 -->2", "-0"},
-         "WPC![inf -inf nan inf*2 0 12*2]"},
-        {{"-", "", " \n ", "one", "e5", "--1", "&lt;1", "0.0.1", "1"}, "WPC![0*8 1]"},
+         "WPC![inf -inf nan inf inf 0 12 12]"},
+        {{"-", "", " \n ", "one", "e5", "--1", "&lt;1", "0.0.1", "1"}, "WPC![0 0 0 0 0 0 0 0 1]"},
         // The nearest float of the nearest double, which is not the nearest float of the text.
         {{"1.00000017881393432617187499999", "", "", "", "", "", "", "", ""}, "WPC![1.0000002]"},
     };
@@ -145,7 +139,7 @@ TEST_F(CalibrationTest, NumbersAreConvertedAsInC) {
         for (const std::string& text : texts) values += element("v", text);
         EXPECT_EQ(read(element("p", element("CTM_WPC", values))), expected);
     }
-    const std::array<const char*, 3> kHexadecimals[] = {{"FFFFEA", "0XFFFFEA", "CT![16777194*2]"},
+    const std::array<const char*, 3> kHexadecimals[] = {{"FFFFEA", "0XFFFFEA", "CT![16777194 16777194]"},
                                                         {"0xffffea", " \t 10", "CT![16777194 16]"},
                                                         {"-1", "+A", "CT![-1 10]"},
                                                         {"FFFFFFFF", "100000002", "CT![-1 2]"},
@@ -157,7 +151,7 @@ TEST_F(CalibrationTest, NumbersAreConvertedAsInC) {
     EXPECT_EQ(readCalibration()->eyeCareMaxCCT, 0.1) << "eye care stays double";
 }
 
-// A calibration of that many bytes: mostly comments of a mebibyte.
+// A calibration of size bytes, mostly comments of a mebibyte.
 std::string padded(size_t size) {
     std::string xml = "<p>" + kMatrix;
     const std::string comment = "<!--" + std::string((1 << 20) - 7, ' ') + "-->";

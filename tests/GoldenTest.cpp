@@ -47,7 +47,7 @@ void expectHead(const simulator::LogLine& log) {
     EXPECT_TRUE(isFound) << log.function << ":" << log.line << ": " << log.message;
 }
 
-// Every operation on a phone where all is well; then on one where little is; then without a composer.
+// Every operation on a phone on which everything works, then on one on which little works, then without a composer.
 std::string aLongSession() {
     Settings complete;
     complete.calibrations[0].tuned.assign(4096, 0.5F);

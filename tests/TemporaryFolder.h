@@ -2,13 +2,10 @@
 // A folder for the files of one test or fuzzer.
 #pragma once
 
-#include <stdlib.h>
-
-#include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <system_error>
 
 namespace tests {
 
@@ -17,14 +14,9 @@ class TemporaryFolder {
 public:
     TemporaryFolder() {
         std::string pattern = (std::filesystem::temp_directory_path() / "display_control.XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw std::system_error(errno, std::generic_category(), "no temporary folder");
-        folder = pattern;
+        folder = mkdtemp(pattern.data());
     }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-    }
+    ~TemporaryFolder() { std::filesystem::remove_all(folder); }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 

@@ -70,13 +70,12 @@ void Comparison::begin(const Settings& settings) {
     service = std::make_unique<Implementation>();
     uint64_t lastHandle = 0;
     service->allocUserHandle(0, [&lastHandle](auto, uint64_t handle) { lastHandle = handle; }).isOk();
-    modelled = std::make_unique<Service>(current, lastHandle);
+    modelled = std::make_unique<Service>(current, phone, lastHandle);
     happened.clear();
 }
 
 void Comparison::set(const Settings& next) {
     apply(next, std::exchange(current, next), phone);
-    modelled->phoneChanged();
 }
 
 std::string Comparison::call(const Call& call) {

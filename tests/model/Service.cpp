@@ -123,18 +123,18 @@ std::string Service::call(const Call& c) {
         for (const size_t i : {0U, 3U, 6U}) log(kDebug, operation, "last " + threeFloats(&c.last[i]));
         return sendMatrices(c.display, c.first, c.last);
     }
-    const std::string zeros = valueText(Matrix{});
+    const auto matrix = [](const auto& m) { return valueText(matrixOf(m.elements.data())); };
+    const auto table = [](const auto& t) { return valueText(tableOf(t.entries.data())); };
     if (is("getColorTransformMatrix"))
-        return get(Operation::GET_COLOR_TRANSFORM_MATRIX, c, valueText(heldFor(c.display).first), zeros);
+        return get(Operation::GET_COLOR_TRANSFORM_MATRIX, c, [&](auto& s) { return matrix(s.first); });
     if (is("getColorTransformMatrix2"))
         return get(Operation::GET_COLOR_TRANSFORM_MATRIX, c,
-                   valueText(heldFor(c.display).first) + " " + valueText(heldFor(c.display).last), zeros + " " + zeros);
+                   [&](auto& s) { return matrix(s.first) + " " + matrix(s.last); });
     if (is("setGlobalGammaLut") || is("setGlobalDeGammaLut")) return setTable(c);
-    static const std::string kZeroTable = valueText(Call().table);
     if (is("getGlobalGammaLut"))
-        return get(Operation::GET_GLOBAL_GAMMA_LUT, c, valueText(heldFor(c.display).gamma), kZeroTable);
+        return get(Operation::GET_GLOBAL_GAMMA_LUT, c, [&](auto& s) { return table(s.gamma); });
     if (is("getGlobalDeGammaLut"))
-        return get(Operation::GET_GLOBAL_DE_GAMMA_LUT, c, valueText(heldFor(c.display).deGamma), kZeroTable);
+        return get(Operation::GET_GLOBAL_DE_GAMMA_LUT, c, [&](auto& s) { return table(s.deGamma); });
     if (is("setGlobalGamma")) {
         log(kDebug, operation, client);
         log(kInfo, "", text(c.exponent));
@@ -168,20 +168,6 @@ std::string Service::call(const Call& c) {
 bool Service::log(int32_t priority, const std::string& function, const std::string& message) {
     add(simulator::LogLine{priority, "KovDisplayControlService", function, 0, message});
     return false;
-}
-
-// A new composer and a new display hold what they begin with.
-void Service::phoneChanged() {
-    if (phone.composerLife != composerLife) held.clear();
-    composerLife = phone.composerLife;
-    held.erase(held.lower_bound(phone.displays), held.end());
-}
-
-Service::Held& Service::heldFor(uint64_t display) {
-    static const Held kNew = {kIdentity, kIdentity, powerTable(1 / 2.2F), powerTable(2.2F)};
-    static Held unknown;
-    if (display < phone.displays) return held.try_emplace(display, kNew).first->second;
-    return unknown = kNew;
 }
 
 Service::Reply Service::replyOf(Failure failure, bool isGetter, int32_t result) {
@@ -310,8 +296,6 @@ void Service::sendCalibratedGamma(const Calibration& file) {
 std::string Service::sendMatrices(uint64_t display, const Matrix& first, const Matrix& last) {
     if (!connected) return "FAILED";
     const Reply reply = composer(*connected, {Operation::SET_COLOR_TRANSFORM_MATRIX, display, first, last});
-    if (reply.effect) heldFor(display).first = first;
-    if (reply.effect) heldFor(display).last = last;
     return reply.arrived() ? simulator::composerResultName(reply.outcome.result) : "FAILED";
 }
 
@@ -327,19 +311,22 @@ std::string Service::setTable(const Call& c) {
 
 std::string Service::sendTable(Operation operation, uint64_t display, const Table& table) {
     if (!connected) return "FAILED";
-    const bool isGamma = operation == Operation::SET_GLOBAL_GAMMA_LUT;
-    const Reply reply = composer(*connected, {operation, display, {}, {}, table});
-    if (reply.effect) (isGamma ? heldFor(display).gamma : heldFor(display).deGamma) = table;
+    composer(*connected, {operation, display, {}, {}, table});
     return "OK";
 }
 
-// Forwards a getter's Result and its values; zeros if the composer delivers none.
-std::string Service::get(Operation operation, const Call& c, const std::string& values, const std::string& zeros) {
+// Forwards a getter's Result and the values of what the composer holds; zeros if it delivers none.
+std::string Service::get(Operation operation, const Call& c, const ValuesOf& valuesOf) {
     log(kDebug, c.operation, text(kHandle));
-    if (!connected) return "FAILED " + zeros;
+    simulator::DisplayState held;
+    held.first.elements = held.last.elements = Matrix{};
+    held.gamma.entries = held.deGamma.entries = std::array<float, kTable>{};
+    if (!connected) return "FAILED " + valuesOf(held);
     const Reply reply = composer(*connected, {operation, c.display});
-    if (!reply.arrived()) return "FAILED " + zeros;
-    return reply.effect ? simulator::composerResultName(reply.outcome.result) + " " + values : "OK " + zeros;
+    if (reply.effect && reply.arrived())
+        held = simulated.composer().stateOf(c.display).value_or(simulator::DisplayState());
+    const std::string result = reply.effect ? simulator::composerResultName(reply.outcome.result) : "OK";
+    return (reply.arrived() ? result : "FAILED") + " " + valuesOf(held);
 }
 
 // --- Colour temperatures and screen modes ---

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -59,14 +60,12 @@ struct Worker {
 // events that cross the library's border, as the journal's lines.
 class Service {
 public:
-    // lastHandle is the last one that the process has allocated.
-    Service(const Settings& phoneSettings, uint64_t lastHandle)
-        : phone(phoneSettings), composerLife(phone.composerLife), handle(lastHandle) {}
+    // The phone is only asked what its composer holds. lastHandle is the last one that the process has allocated.
+    Service(const Settings& settings, simulator::Phone& withThem, uint64_t lastHandle)
+        : phone(settings), simulated(withThem), handle(lastHandle) {}
 
     // Returns the operation's answer.
     std::string call(const Call& call);
-    // To be called when the settings have changed.
-    void phoneChanged();
     // An event of the light sensor.
     void light(float level);
     // Time passes, its last instant included.
@@ -85,19 +84,12 @@ private:
         bool arrived() const { return outcome.kind != simulator::Outcome::Kind::DEAD_OBJECT; }
         bool isOk() const { return outcome.kind == simulator::Outcome::Kind::ANSWERED && outcome.result == 0; }
     };
-    // What the composer holds for a display.
-    struct Held {
-        Matrix first, last;
-        Table gamma, deGamma;
-    };
-
     // Around the service.
     void add(const simulator::Event::What& event) { events.push_back(textOf(event)); }
     bool log(int32_t priority, const std::string& function, const std::string& message);
     static Reply replyOf(Failure failure, bool isGetter, int32_t result);
     Reply composer(int life, ComposerCall call);
     Reply sensors(SensorOperation operation, std::vector<int64_t> arguments);
-    Held& heldFor(uint64_t display);
     void closed(ClosedFunction function, std::vector<int64_t> arguments, std::vector<double> coefficients = {});
     std::vector<float> closed(ClosedFunction function, std::vector<int64_t> arguments, std::vector<float> buffer,
                               const std::vector<float>& written, ptrdiff_t place);
@@ -114,7 +106,8 @@ private:
     std::string sendMatrices(uint64_t display, const Matrix& first, const Matrix& last);
     std::string setTable(const Call& call);
     std::string sendTable(ComposerOperation operation, uint64_t display, const Table& table);
-    std::string get(ComposerOperation operation, const Call& call, const std::string& values, const std::string& zeros);
+    using ValuesOf = std::function<std::string(const simulator::DisplayState& held)>;
+    std::string get(ComposerOperation operation, const Call& call, const ValuesOf& valuesOf);
     std::string setLevel(uint64_t display, bool isUnlimited, int32_t level);
     std::string setMode(uint64_t display, int32_t mode);
     std::vector<float> calibrateWhitePoint();
@@ -132,8 +125,7 @@ private:
     std::string exclusiveModeExit();
 
     const Settings& phone;
-    std::map<uint64_t, Held> held;  // by display
-    int composerLife;               // of the composer that holds them
+    simulator::Phone& simulated;
     Lines events;
 
     std::optional<int> connected;  // the life of the composer that init found

@@ -72,7 +72,7 @@ struct Settings {
     int resultOf(ClosedFunction function) const;
     // getAGTMLevel: 2 indoors, then a level per 2000 lux, but 1 from 50000 lux on; above the result that is set.
     int levelOf(int lux) const;
-    // getAGTMCurveParams: the level in a place of its own.
+    // getAGTMCurveParams: the level, in one of the 256 places.
     void writeCurve(int level, int32_t* curve) const;
 };
 
