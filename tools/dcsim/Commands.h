@@ -17,6 +17,7 @@ void addAccuracy(CLI::App& app, int& status);
 void addCalibrate(CLI::App& app, int& status);
 void addCheck(CLI::App& app, int& status);
 void addDiff(CLI::App& app, int& status);
+void addPatches(CLI::App& app, int& status);
 void addReplay(CLI::App& app, int& status);
 void addReport(CLI::App& app, int& status);
 void addRun(CLI::App& app, int& status);

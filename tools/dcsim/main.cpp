@@ -43,6 +43,7 @@ int main(int argc, char** argv) {
     dcsim::addAccuracy(app, status);
     dcsim::addCalibrate(app, status);
     dcsim::addDiff(app, status);
+    dcsim::addPatches(app, status);
     try {
         requireCommand(app, argc > 1 ? argv[1] : "");
         app.parse(argc, argv);
