@@ -40,6 +40,7 @@ int main(int argc, char** argv) {
     dcsim::addShell(app, status);
     dcsim::addReplay(app, status);
     dcsim::addReport(app, status);
+    dcsim::addAccuracy(app, status);
     try {
         requireCommand(app, argc > 1 ? argv[1] : "");
         app.parse(argc, argv);

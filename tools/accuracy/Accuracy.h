@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+// The accuracy of a display: its figures, the limits that they keep, and how far they can be trusted.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/accuracy/Figures.h"
+#include "tools/accuracy/Limits.h"
+#include "tools/accuracy/ServiceStates.h"
+
+namespace simulator {
+
+// A panel's measurement and the model of it. Throws what readPanel and PanelModel throw.
+struct MeasuredPanel {
+    explicit MeasuredPanel(const std::filesystem::path& panelFile)
+        : file(panelFile.string()), native(readPanel(panelFile)), model(native) {}
+
+    std::string file;
+    Measurement native;
+    PanelModel model;
+};
+
+struct ControlFigure {
+    std::string operation;
+    TemperaturesFigure temperatures;
+};
+
+// Of what is shown after the service has run. The levels of the controls are those of the simulated closed libraries.
+struct Accuracy {
+    std::string panel;  // its file
+    Target target;
+    ColorErrors residual;            // of the panel's model, delta E 2000
+    bool isAdditive;                 // the residual is small enough for the model
+    std::optional<double> candelas;  // of shown white, cd/m2, if the panel's file states its unit
+    Figures figures;
+    std::vector<Verdict> verdicts;
+    std::vector<ControlFigure> controls;
+};
+
+// Throws as figuresOf.
+Accuracy accuracyOf(const ServiceStates& states, const MeasuredPanel& panel, const Target& target,
+                    const Limits& limits = {});
+
+// Whether every limit is kept.
+bool isKept(const Accuracy& accuracy);
+
+}  // namespace simulator
