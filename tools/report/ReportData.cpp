@@ -15,7 +15,7 @@
 #include "simulator/PhoneFiles.h"
 #include "simulator/closed/EyeCare.h"
 #include "simulator/closed/UnlimitedColorTemperature.h"
-#include "tools/check/Summary.h"
+#include "tools/json/CheckJson.h"
 #include "tools/light/Replay.h"
 #include "tools/report/SpectralLocus.h"
 #include "tools/session/DataFolder.h"

@@ -7,13 +7,13 @@
 #include <array>
 
 #include "service/WhitePointText.h"
+#include "tools/json/SessionJson.h"
 #include "tools/picture/Chart.h"
 #include "tools/picture/DisplayPipeline.h"
 #include "tools/report/Page.h"
 #include "tools/session/Command.h"
 #include "tools/session/ScriptFile.h"
 #include "tools/session/Session.h"
-#include "tools/session/SessionJson.h"
 
 namespace simulator {
 
