@@ -7,6 +7,7 @@
 #include <array>
 
 #include "service/WhitePointText.h"
+#include "tools/json/SessionJson.h"
 #include "tools/picture/Chart.h"
 #include "tools/picture/DisplayPipeline.h"
 #include "tools/session/Command.h"
