@@ -58,7 +58,7 @@ private:
     void waitFor(Duration deadline, const Condition* condition);
     [[noreturn]] void fail(const char* what) const;
 
-    static constexpr size_t kChanges = 3;  // of each kind
+    static constexpr size_t kChanges = 12;  // of each kind
 
     const uint64_t seed;
     std::mt19937_64 random;
