@@ -4,11 +4,11 @@
 #include <cmath>
 
 #include "tools/accuracy/AccuracyTable.h"
-#include "tools/check/Summary.h"
 #include "tools/json/AccuracyJson.h"
+#include "tools/json/CheckJson.h"
+#include "tools/json/SessionJson.h"
 #include "tools/report/Page.h"
 #include "tools/report/SpectralLocus.h"
-#include "tools/session/SessionJson.h"
 
 namespace simulator {
 
