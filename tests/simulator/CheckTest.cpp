@@ -16,7 +16,7 @@
 
 #include "tests/TemporaryFolder.h"
 #include "tools/check/Rules.h"
-#include "tools/check/Summary.h"
+#include "tools/json/CheckJson.h"
 #include "tools/sample_data/CalibrationFile.h"
 #include "tools/sample_data/SamplePanels.h"
 

@@ -8,8 +8,8 @@
 #include <sstream>
 
 #include "tests/TemporaryFolder.h"
+#include "tools/json/SessionJson.h"
 #include "tools/session/Command.h"
-#include "tools/session/SessionJson.h"
 
 namespace simulator {
 namespace {
@@ -82,7 +82,7 @@ protected:
     const tests::TemporaryFolder folder;
     const std::filesystem::path out = folder.path() / "pictures";
     std::ostringstream stream;
-    Timeline timeline{stream, Timeline::Format::JSON};
+    Timeline timeline{jsonWriter(stream, /*all=*/true)};
     std::optional<Session> session;
     size_t number = 0;
 };
@@ -182,7 +182,7 @@ TEST_F(SessionTest, ASuppressedLogChangesNothingElse) {
     const auto play = [&](int32_t logPriority) {
         SessionOptions options;
         std::stringstream told;
-        Timeline events(told, Timeline::Format::JSON);
+        Timeline events(jsonWriter(told, /*all=*/true));
         session.reset();
         session.emplace(options, events);
         __android_log_set_minimum_priority(logPriority);

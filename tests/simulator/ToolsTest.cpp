@@ -13,9 +13,9 @@
 #include <functional>
 
 #include "tests/TemporaryFolder.h"
+#include "tools/json/StoredSession.h"
 #include "tools/session/Completion.h"
 #include "tools/session/Help.h"
-#include "tools/session/SessionDump.h"
 
 namespace simulator {
 namespace {
@@ -81,7 +81,7 @@ TEST_F(ToolsTest, CompletesWhatMayStandThere) {
 
 Json dumpOfFile(const std::string& name) {
     ScriptFile script(name);
-    return dumpOf(script, {});
+    return toJson(dumpOf(script, {}));
 }
 
 TEST_F(ToolsTest, TheDemosSessionIsTheStoredOne) {

@@ -85,6 +85,22 @@ CheckedCalibration checkCalibration(const fs::path& file) {
     return {std::move(record), std::move(findings), countBlocks(document)};
 }
 
+CheckedFiles checkFiles(const std::vector<std::string>& names) {
+    CheckedFiles all;
+    for (const std::string& name : names) {
+        try {
+            all.files.push_back({name, checkCalibration(name)});
+            const std::vector<Finding>& findings = all.files.back().checked->findings;
+            all.errors += countOf(findings, Finding::Severity::ERROR);
+            all.warnings += countOf(findings, Finding::Severity::WARNING);
+        } catch (const std::exception& error) {
+            all.files.push_back({name, std::nullopt, error.what()});
+            ++all.unreadable;
+        }
+    }
+    return all;
+}
+
 std::string sentenceOf(const Finding& finding) {
     std::string text = finding.block.empty() ? "" : finding.block + ": ";
     if (finding.value) text += "value " + std::to_string(*finding.value) + " ";

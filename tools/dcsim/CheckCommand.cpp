@@ -8,6 +8,7 @@
 #include "tools/check/Summary.h"
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Terminal.h"
+#include "tools/json/CheckJson.h"
 #include "tools/text/Text.h"
 
 namespace dcsim {
@@ -16,17 +17,10 @@ namespace {
 
 using simulator::CheckedCalibration;
 using simulator::Finding;
-using simulator::Json;
 
 struct Options {
     std::vector<std::string> files;
     bool json = false;
-};
-
-struct Counts {
-    size_t errors = 0;
-    size_t warnings = 0;
-    size_t unreadable = 0;  // files
 };
 
 constexpr const char* kRed = "\033[31m";
@@ -61,50 +55,25 @@ void printFile(const std::string& file, const CheckedCalibration& checked) {
     std::cout << "\n";
 }
 
-Json toJson(const std::string& file, const CheckedCalibration& checked) {
-    Json findings = Json::array();
-    for (const Finding& finding : checked.findings) findings.push_back(simulator::toJson(finding));
-    return {{"file", file},
-            {"summary", simulator::toJson(simulator::summaryOf(checked))},
-            {"findings", findings},
-            {"errors", countOf(checked.findings, Finding::Severity::ERROR)},
-            {"warnings", countOf(checked.findings, Finding::Severity::WARNING)}};
-}
-
-// A file that cannot be read does not keep the others from being checked.
-Json checkFile(const std::string& file, bool json, Counts& counts) {
-    try {
-        const CheckedCalibration checked = simulator::checkCalibration(file);
-        counts.errors += countOf(checked.findings, Finding::Severity::ERROR);
-        counts.warnings += countOf(checked.findings, Finding::Severity::WARNING);
-        if (json) return toJson(file, checked);
-        printFile(file, checked);
-    } catch (const std::exception& error) {
-        std::cerr << "dcsim: " << simulator::harmless(error.what()) << "\n";
-        ++counts.unreadable;
-        if (json) return {{"file", file}, {"unreadable", error.what()}};
-    }
-    return {};
-}
-
 int run(const Options& options) {
-    Counts counts;
-    Json files = Json::array();
-    for (const std::string& file : options.files) files.push_back(checkFile(file, options.json, counts));
+    const simulator::CheckedFiles all = simulator::checkFiles(options.files);
+    for (const simulator::CheckedFile& file : all.files) {
+        if (!file.checked) {
+            std::cerr << "dcsim: " << simulator::harmless(file.error) << "\n";
+        } else if (!options.json) {
+            printFile(file.name, *file.checked);
+        }
+    }
     if (options.json) {
-        const Json all = {{"files", files},
-                          {"errors", counts.errors},
-                          {"warnings", counts.warnings},
-                          {"unreadable", counts.unreadable}};
-        std::cout << simulator::lineOf(all, 2) << "\n";
+        std::cout << simulator::lineOf(simulator::toJson(all), 2) << "\n";
     } else {
-        std::cout << counted(options.files.size(), "file") << ": " << counted(counts.errors, "error") << ", "
-                  << counted(counts.warnings, "warning");
-        if (counts.unreadable > 0) std::cout << ", " << counts.unreadable << " could not be read";
+        std::cout << counted(all.files.size(), "file") << ": " << counted(all.errors, "error") << ", "
+                  << counted(all.warnings, "warning");
+        if (all.unreadable > 0) std::cout << ", " << all.unreadable << " could not be read";
         std::cout << "\n";
     }
-    if (counts.unreadable > 0) return kWrongUse;
-    return counts.errors + counts.warnings > 0 ? kFindings : kAllWell;
+    if (all.unreadable > 0) return kWrongUse;
+    return all.errors + all.warnings > 0 ? kFindings : kAllWell;
 }
 
 }  // namespace

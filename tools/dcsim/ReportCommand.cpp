@@ -6,8 +6,8 @@
 
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Progress.h"
+#include "tools/json/ReportJson.h"
 #include "tools/report/Page.h"
-#include "tools/report/ReportData.h"
 #include "tools/text/Text.h"
 
 namespace dcsim {
@@ -40,13 +40,14 @@ int run(const Options& options) {
         simulator::gatherReport({given(options.script), given(options.calibration), given(options.trace),
                                  [&progress](double share) { progress.show(share); }});
     progress.wipe();
-    if (!options.out.empty()) write(options.out, simulator::renderPage(report.data));
+    const std::string json = simulator::lineOf(toJson(report));
+    if (!options.out.empty()) write(options.out, simulator::renderPage(json));
     if (options.json) {
-        std::cout << simulator::embeddable(report.data) << "\n";
+        std::cout << json << "\n";
     } else {
         std::cout << "The report is in " << simulator::harmless(options.out) << "\n";
     }
-    return report.findings == 0 ? kAllWell : kFindings;
+    return report.calibration.findings.empty() ? kAllWell : kFindings;
 }
 
 }  // namespace

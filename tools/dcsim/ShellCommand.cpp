@@ -22,7 +22,6 @@ namespace {
 
 using simulator::Argument;
 using simulator::Command;
-using simulator::Timeline;
 
 volatile std::sig_atomic_t interrupted = 0;
 
@@ -47,9 +46,7 @@ std::vector<Command> shellTable() {
 class Shell {
 public:
     Shell(const SessionArguments& arguments, bool atTerminal)
-        : timeline(std::cout, arguments.json ? Timeline::Format::JSON : Timeline::Format::TEXT,
-                   {useColor(STDOUT_FILENO), !atTerminal, arguments.all}),
-          session(optionsOf(arguments), timeline) {}
+        : timeline(writerOf(arguments, /*commands=*/!atTerminal)), session(optionsOf(arguments), timeline) {}
 
     // Carries out a line. Throws std::runtime_error when it is wrong.
     void step(std::string_view line, size_t number) {
@@ -82,7 +79,7 @@ private:
 
     const std::vector<Command> table = shellTable();
     bool left = false;
-    Timeline timeline;
+    simulator::Timeline timeline;
     simulator::Session session;
 };
 

@@ -203,7 +203,7 @@ const kEntries = 4096;
 const power = (i) => (i / kEntries) ** (1 / 2.2);
 
 function showGamma() {
-    const {calibrated, tuned, uniqueLevels} = data.gamma;
+    const {calibrated, tuned} = data.gamma;
     const indices = [...Array(kEntries).keys()].filter((i) => i < 64 ? i % 4 === 0 : i % 16 === 0 || i === kEntries - 1);
     const curve = (valueAt) => toPoints(indices.map((i) => [i / kEntries, valueAt(i)]));
     const given = (colors, from) =>
@@ -224,16 +224,11 @@ function showGamma() {
         downloadButton('gamma.csv', () => [['input', 'calibrated', 'tuned', 'power_1_over_2_2', 'identity'],
             ...[...Array(kEntries).keys()].map((i) =>
                 [i / kEntries, calibrated && calibrated[i], tuned && tuned[i], power(i), i / kEntries])]));
-    const difference = (from, label) => (colors) => ({
-        datasets: [...given(colors, from), line(label, [{x: 0, y: 0}, {x: 1, y: 0}], colors.grey, dashed)],
-        x: input, y: {title: 'output − ' + label, more: {}},
-    });
-    addPlot('gammaToPower', 'Difference of each table from 1/2.2 (simulated), in parts of full scale.', difference(power, '1/2.2'), tip);
-    addPlot('gammaToIdentity', 'Difference of each table from the identity (simulated), in parts of full scale.',
-        difference((i) => i / kEntries, 'identity'), tip);
-
-    find('.unique').append(table(['Table', '8 bits', '10 bits', '12 bits'],
-        uniqueLevels.map((row) => [row.table, grouped(row[8]), grouped(row[10]), grouped(row[12])]), [1, 2, 3]));
+    addPlot('gammaToPower', 'Difference of each table from 1/2.2 (simulated), in parts of full scale.',
+        (colors) => ({
+            datasets: [...given(colors, power), line('1/2.2', [{x: 0, y: 0}, {x: 1, y: 0}], colors.green, dashed)],
+            x: input, y: {title: 'output − 1/2.2', more: {}},
+        }), tip);
 }
 
 // --- Chromaticity ---
@@ -242,7 +237,7 @@ const closed = (points) => toPoints([...points, points[0]]);
 const xyTip = (label, {x, y}) => `${label}: x ${x.toFixed(4)}, y ${y.toFixed(4)}`;
 
 function stageWhites() {
-    return (data.chromaticity.whites || []).map((row, i) => ({...row, number: i + 1})).filter((row) => row.xy !== null);
+    return data.chromaticity.whites.map((row, i) => ({...row, number: i + 1})).filter((row) => row.xy !== null);
 }
 
 // The whites, with their numbers: in the dot, or beside it when several coincide.
@@ -284,18 +279,17 @@ function buildDiagram(colors) {
 }
 
 function sweepLine(label, rows, color, levels) {
-    const known = (rows || []).filter((row) => isNumber(row[1]));
-    const texts = known.map(([level], i) => [i, (level > 0 ? '+' : level < 0 ? '−' : '') + Math.abs(level), -7, -7])
-        .filter(([i]) => levels.includes(known[i][0]));
-    const marks = known.map(([level]) => (level % 20 === 0 ? 2 : 0));
-    return line(label, toPoints(known.map((row) => row.slice(1))), color, {texts, pointRadius: marks});
+    const texts = rows.map(([level], i) => [i, (level > 0 ? '+' : level < 0 ? '−' : '') + Math.abs(level), -7, -7])
+        .filter(([i]) => levels.includes(rows[i][0]));
+    const marks = rows.map(([level]) => (level % 20 === 0 ? 2 : 0));
+    return line(label, toPoints(rows.map((row) => row.slice(1))), color, {texts, pointRadius: marks});
 }
 
 // A square of the diagram around the whites.
 function windowOfWhites() {
     const {unlimited, eyeCare, d65} = data.chromaticity;
     const points = toPoints([d65, ...stageWhites().map((white) => white.xy),
-                             ...[...(unlimited || []), ...(eyeCare || [])].map((row) => row.slice(1))]);
+                             ...[...unlimited, ...eyeCare].map((row) => row.slice(1))]);
     const range = (values) => [Math.min(...values), Math.max(...values)];
     const [x0, x1] = range(points.map((p) => p.x));
     const [y0, y1] = range(points.map((p) => p.y));
@@ -323,8 +317,8 @@ function showColor() {
             x: {title: 'x', more: area.x}, y: {title: 'y', more: area.y}, square: true,
         }), xyTip,
         downloadButton('sweep.csv', () => [['temperature', 'level', 'x', 'y'],
-            ...(unlimited || []).map((row) => ['unlimited', ...row]), ...(eyeCare || []).map((row) => ['eye care', ...row])]));
-    const whites = data.chromaticity.whites || [];
+            ...unlimited.map((row) => ['unlimited', ...row]), ...eyeCare.map((row) => ['eye care', ...row])]));
+    const {whites} = data.chromaticity;
     find('.whites').append(make('div', {className: 'fit'}, table(['', 'Stage', 'x', 'y', 'CCT, K'],
         whites.map(({stage, xy, kelvin}, i) => [String(i + 1), stage, fixed(xy && xy[0], 4), fixed(xy && xy[1], 4),
                                                 kelvin === null ? '–' : grouped(kelvin)]), [2, 3, 4])));
@@ -334,7 +328,7 @@ function showColor() {
 
 function showMatrices() {
     const place = find('.matrices');
-    if (data.matrices === null) {
+    if (data.matrices.length === 0) {
         place.append('The session never made display 0 known to the service.');
         return;
     }

@@ -9,7 +9,6 @@
 #include <string_view>
 #include <utility>
 
-#include "tools/session/SessionJson.h"
 #include "tools/text/Text.h"
 
 namespace simulator {
@@ -152,7 +151,7 @@ std::string pictureText(const WrittenPicture& picture) {
 
 class TextWriter {
 public:
-    TextWriter(std::ostream& output, Timeline::Look textLook) : stream(output), look(textLook) {}
+    TextWriter(std::ostream& output, Look textLook) : stream(output), look(textLook) {}
 
     void operator()(const SessionEvent& event) {
         if (!look.all && phoneEvent<ClosedCall>(event) != nullptr) return;
@@ -207,22 +206,16 @@ private:
     static constexpr std::string_view kBold = "\x1b[1m";
 
     std::ostream& stream;
-    const Timeline::Look look;
+    const Look look;
     Ramp ramp;
     bool lastWasRemark = false;
 };
 
-Timeline::Sink writerTo(std::ostream& output, Timeline::Format format, Timeline::Look look) {
-    if (format == Timeline::Format::TEXT) return TextWriter(output, look);
-    return [&output](const SessionEvent& event) {
-        const Json json = sessionEventToJson(event);
-        if (!json.is_null()) output << lineOf(json) << "\n" << std::flush;
-    };
-}
-
 }  // namespace
 
-Timeline::Timeline(std::ostream& output, Format format, Look look) : sink(writerTo(output, format, look)) {}
+Timeline::Sink textWriter(std::ostream& output, Look look) {
+    return TextWriter(output, look);
+}
 
 void Timeline::report(const SessionEvent& event) {
     const platform::Lock lock(mutex);
