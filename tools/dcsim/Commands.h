@@ -15,6 +15,7 @@ constexpr int kWrongUse = 2;  // also for input that cannot be read
 // expected, and means kWrongUse; a simulator::ScriptError says the script and the line too.
 void addAccuracy(CLI::App& app, int& status);
 void addCheck(CLI::App& app, int& status);
+void addPatches(CLI::App& app, int& status);
 void addReplay(CLI::App& app, int& status);
 void addReport(CLI::App& app, int& status);
 void addRun(CLI::App& app, int& status);

@@ -41,6 +41,7 @@ int main(int argc, char** argv) {
     dcsim::addReplay(app, status);
     dcsim::addReport(app, status);
     dcsim::addAccuracy(app, status);
+    dcsim::addPatches(app, status);
     try {
         requireCommand(app, argc > 1 ? argv[1] : "");
         app.parse(argc, argv);
