@@ -41,6 +41,8 @@ int main(int argc, char** argv) {
     dcsim::addReplay(app, status);
     dcsim::addReport(app, status);
     dcsim::addAccuracy(app, status);
+    dcsim::addCalibrate(app, status);
+    dcsim::addDiff(app, status);
     dcsim::addPatches(app, status);
     try {
         requireCommand(app, argc > 1 ? argv[1] : "");
