@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <fstream>
 #include <numeric>
 #include <stdexcept>
@@ -55,6 +56,28 @@ std::string harmless(std::string_view text) {
 std::string inQuotes(std::string_view bytes) {
     constexpr size_t kLongest = 60;
     return "\"" + printable(bytes.substr(0, kLongest)) + (bytes.size() > kLongest ? "...\"" : "\"");
+}
+
+std::string bytesOf(std::string_view text) {
+    constexpr size_t kHexadecimal = 4;  // characters of \x23
+    std::string bytes;
+    while (!text.empty()) {
+        unsigned char byte = 0;
+        size_t used = 1;
+        const char* const end = text.data() + std::min(kHexadecimal, text.size());
+        if (text.substr(0, 2) == "\\n") {
+            byte = '\n';
+            used = 2;
+        } else if (text.substr(0, 2) == "\\x" &&
+                   std::from_chars(text.data() + 2, end, byte, 16).ptr == text.data() + 4) {
+            used = kHexadecimal;
+        } else {
+            byte = static_cast<unsigned char>(text.front());
+        }
+        bytes += static_cast<char>(byte);
+        text.remove_prefix(used);
+    }
+    return bytes;
 }
 
 void requireFile(const std::filesystem::path& file, const std::string& expected) {

@@ -18,6 +18,9 @@ std::string harmless(std::string_view text);
 // What somebody wrote, for a message: printable, in double quotes, cut when it is long.
 std::string inQuotes(std::string_view bytes);
 
+// The bytes that text with the escapes of printable represents; a '\\' that begins none is itself.
+std::string bytesOf(std::string_view text);
+
 // Throws std::runtime_error, "FILE: why not; expected EXPECTED", if the file cannot be opened or is a folder.
 void requireFile(const std::filesystem::path& file, const std::string& expected);
 
