@@ -11,20 +11,6 @@
 
 namespace simulator {
 
-namespace {
-
-constexpr std::string_view kBlanks = " \t\r\v\f";
-
-// Takes the next word off the front of text; empty when there is none.
-std::string_view takeWord(std::string_view& text) {
-    text = trimmed(text);
-    const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
-    text.remove_prefix(word.size());
-    return word;
-}
-
-}  // namespace
-
 std::string rangeOf(const Argument& argument) {
     switch (argument.kind) {
         case Argument::Kind::UNSIGNED:

@@ -15,6 +15,8 @@ namespace simulator {
 
 namespace {
 
+constexpr std::string_view kBlanks = " \t\n\v\f\r";
+
 // Levenshtein's distance, letter case aside: single characters inserted, left out or replaced.
 size_t editDistance(std::string_view a, std::string_view b) {
     const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
@@ -34,10 +36,15 @@ size_t editDistance(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
-    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
-    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-    return text;
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+std::string_view takeWord(std::string_view& text) {
+    text = trimmed(text);
+    const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+    text.remove_prefix(word.size());
+    return word;
 }
 
 std::string harmless(std::string_view text) {
