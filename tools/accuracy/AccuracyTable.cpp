@@ -13,11 +13,12 @@ namespace simulator {
 namespace {
 
 constexpr size_t kWorst = 5;
-constexpr int kLevelStep = 25;  // of the levels of a control that are shown
+constexpr double kDriveRounding = 0.003;  // less than a code of 256; instruments' programs may round
+constexpr int kLevelStep = 25;            // of the levels of a control that are shown
 
 template <typename... Values>
 std::string format(const char* form, Values... values) {
-    std::array<char, 128> text{};
+    std::array<char, 160> text{};
     snprintf(text.data(), text.size(), form, values...);
     return text.data();
 }
@@ -143,6 +144,10 @@ std::vector<AccuracyRow> rowsOf(const Accuracy& accuracy) {
     if (accuracy.candelas) rows.report("white luminance", format("%.1f cd/m2", *accuracy.candelas));
     if (figures.contrast) rows.report("contrast", format("%.0f : 1", *figures.contrast));
     rows.reportErrors("panel model's residual", accuracy.residual);
+    if (!accuracy.measured) return std::move(rows.rows);
+    rows.reportErrors("measured from predicted", accuracy.measured->difference);
+    rows.report(format("drift of %zu whites, largest dE2000", accuracy.measured->whites),
+                format("%.2f", accuracy.measured->whiteDrift.largest));
     return std::move(rows.rows);
 }
 
@@ -157,11 +162,25 @@ std::vector<PatchFigure> worstOf(const std::vector<PatchFigure>& patches, size_t
 }
 
 std::vector<std::string> warningsOf(const Accuracy& accuracy) {
-    if (accuracy.isAdditive) return {};
-    return {
-        format("the panel model's mean residual is dE2000 %.2f, above %g: the panel's light is not additive enough "
-               "for it",
-               accuracy.residual.mean, kAdditiveResidual)};
+    std::vector<std::string> warnings;
+    if (!accuracy.isAdditive)
+        warnings.push_back(
+            format("the panel model's mean residual is dE2000 %.2f, above %g: the panel's light is not "
+                   "additive enough for it",
+                   accuracy.residual.mean, kAdditiveResidual));
+    if (!accuracy.measured) return warnings;
+    const MeasuredFigure& measured = *accuracy.measured;
+    if (measured.driveDifference > kDriveRounding)
+        warnings.push_back(
+            format("the measured patches were driven up to %.1f %% off the levels of this session: "
+                   "another session, calibration or list of patches",
+                   100 * measured.driveDifference));
+    if (measured.patches < measured.expected)
+        warnings.push_back(format("%zu of %zu patches are not in the measurement: their figures are missing",
+                                  measured.expected - measured.patches, measured.expected));
+    if (!measured.isInUnitOfPanel)
+        warnings.push_back("the unit of both measurements is not known in cd/m2: luminance kept takes it as the same");
+    return warnings;
 }
 
 std::string textOf(const Target& target) {
@@ -170,7 +189,11 @@ std::string textOf(const Target& target) {
 }
 
 std::string textOf(const Accuracy& accuracy) {
-    std::string text = "panel   " + accuracy.panel + "\ntarget  " + textOf(accuracy.target) + "\n\n";
+    std::string text = "panel   " + accuracy.panel + "\ntarget  " + textOf(accuracy.target) + "\nvalues  " +
+                       (accuracy.measured ? "measured, " + accuracy.measured->file +
+                                                "; codes, drive levels and colour temperatures are predicted"
+                                          : "predicted by the panel's model") +
+                       "\n\n";
     for (const AccuracyRow& row : rowsOf(accuracy)) {
         text += padded(row.figure, 38) + rightAligned(row.value, 16);
         if (row.isKept) text += "   " + padded(row.limit, 14) + (*row.isKept ? "pass" : "FAIL");

@@ -33,6 +33,10 @@ simulator::Target targetOf(const TargetArguments& arguments) {
     return *target;
 }
 
+std::vector<simulator::Patch> patchesOf(const std::string& file, const simulator::Target& target) {
+    return file.empty() ? simulator::standardPatches(target) : simulator::readPatches(file);
+}
+
 void addStateOptions(CLI::App& command, StateArguments& arguments) {
     command.add_option("script", arguments.script,
                        "Script, - for standard input; without one the service is started in standard mode");

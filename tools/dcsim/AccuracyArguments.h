@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tools/accuracy/ServiceStates.h"
+#include "tools/accuracy/Shown.h"
 #include "tools/accuracy/Target.h"
 
 namespace dcsim {
@@ -22,6 +23,9 @@ void addTargetOptions(CLI::App& command, TargetArguments& arguments);
 
 // Throws std::runtime_error for a white outside the target's gamut.
 simulator::Target targetOf(const TargetArguments& arguments);
+
+// The patches of a file; the standard list if file is empty. Throws what readPatches throws.
+std::vector<simulator::Patch> patchesOf(const std::string& file, const simulator::Target& target);
 
 struct StateArguments {
     std::string script;

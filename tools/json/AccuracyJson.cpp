@@ -99,6 +99,16 @@ Json toJson(const TemperatureFigure& level) {
 
 Json toJson(const ControlFigure& control);
 
+Json toJson(const MeasuredFigure& measured) {
+    return {{"file", measured.file},
+            {"patches", measured.patches},
+            {"expectedPatches", measured.expected},
+            {"fromPredicted", toJson(measured.difference)},
+            {"whites", measured.whites},
+            {"whiteDrift", toJson(measured.whiteDrift)},
+            {"driveDifference", number(measured.driveDifference)}};
+}
+
 template <typename Item>
 Json listOf(const std::vector<Item>& items) {
     Json list = Json::array();
@@ -140,6 +150,7 @@ Json accuracyToJson(const Accuracy& accuracy) {
             {"target", toJson(accuracy.target)},
             {"pass", isKept(accuracy)},
             {"limits", listOf(accuracy.verdicts)},
+            {"measured", accuracy.measured ? toJson(*accuracy.measured) : Json()},
             {"warnings", warningsOf(accuracy)},
             {"panelModelResidual", toJson(accuracy.residual)},
             {"white", whiteToJson(accuracy)},
