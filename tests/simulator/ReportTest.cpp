@@ -6,20 +6,23 @@
 
 #include <sstream>
 
+#include "tests/TemporaryFolder.h"
 #include "tools/report/Page.h"
 
 namespace simulator {
 namespace {
 
+using ::testing::DoubleNear;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
+using ::testing::Pointwise;
 
 constexpr Chromaticity kSomeWhite = {0.3, 0.31};
 
 SessionRecord recordLines(const std::string& lines) {
     std::istringstream script(lines);
-    return recordSession(script, "test", std::nullopt);
+    return recordSession(ScriptFile(script, "test"), std::nullopt);
 }
 
 TEST(Report, CurvesOfWhiteBeginAtTheCalibratedWhiteAndCoverEveryLevel) {
@@ -77,6 +80,25 @@ TEST(Report, AWrongLineIsNamed) {
     } catch (const std::runtime_error& error) {
         EXPECT_THAT(error.what(), HasSubstr("test:2: "));
     }
+}
+
+TEST(Report, ShowsColorsOfTheTargetInItsOwnCodes) {
+    const auto p3 = makeTarget(kDisplayP3Primaries);
+    const Vec3 half = {srgbToLinear(0.5), 0, 1};
+    const Vec3 xyz = multiply(p3->toXyz, half);
+    EXPECT_THAT(codedColor(*p3, xyz), Pointwise(DoubleNear(1e-9), Vec3{0.5, 0, 1}));
+    const auto srgb = makeTarget(kSrgbPrimaries);
+    EXPECT_EQ(codedColor(*srgb, xyzOf(*p3, {0, 1, 0}))[0], 0) << "sRGB cannot show the green of Display P3";
+}
+
+TEST(Report, AccuracyIsOfTheStateAfterTheScript) {
+    const tests::TemporaryFolder folder;
+    ReportInput input;
+    input.panel = {dataFolder() / "panels/cool.ti3", *makeTarget(kSrgbPrimaries)};
+    const auto kelvin = [&input] { return *gatherReport(input).accuracy->figures.white.kelvin; };
+    const double standard = kelvin();
+    input.script = folder.write("warm.script", "init\nsetStandardMode 0\nsetUnlimitedCT 0 -100\n");
+    EXPECT_LT(kelvin(), standard - 1000);
 }
 
 TEST(Report, LightThatStaysIsTwoSamples) {

@@ -26,12 +26,8 @@ struct Options {
     bool json = false;
 };
 
-constexpr const char* kRed = "\033[31m";
-constexpr const char* kYellow = "\033[33m";
-constexpr const char* kBold = "\033[1m";
-
 std::string colored(const char* color, const std::string& text) {
-    return useColor(STDOUT_FILENO) ? color + text + "\033[0m" : text;
+    return useColor(STDOUT_FILENO) ? simulator::colored(color, text) : text;
 }
 
 // "1 error", "2 errors".
@@ -43,7 +39,8 @@ void printFindings(const std::string& file, const std::vector<Finding>& findings
     const size_t count = countOf(findings, severity);
     if (count == 0) return;
     const bool isError = severity == Finding::Severity::ERROR;
-    std::cout << colored(isError ? kRed : kYellow, counted(count, isError ? "error" : "warning")) << "\n";
+    std::cout << colored(isError ? simulator::kRed : simulator::kYellow, counted(count, isError ? "error" : "warning"))
+              << "\n";
     for (const Finding& finding : findings) {
         if (finding.severity != severity) continue;
         std::cout << simulator::harmless(file) << ":" << (finding.line > 0 ? std::to_string(finding.line) + ":" : "")
@@ -52,7 +49,8 @@ void printFindings(const std::string& file, const std::vector<Finding>& findings
 }
 
 void printFile(const std::string& file, const CheckedCalibration& checked) {
-    std::cout << colored(kBold, simulator::harmless(file)) << "\n" << simulator::textOf(simulator::summaryOf(checked));
+    std::cout << colored(simulator::kBold, simulator::harmless(file)) << "\n"
+              << simulator::textOf(simulator::summaryOf(checked));
     printFindings(file, checked.findings, Finding::Severity::ERROR);
     printFindings(file, checked.findings, Finding::Severity::WARNING);
     std::cout << "\n";

@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "tools/accuracy/AccuracyTable.h"
+#include "tools/json/AccuracyJson.h"
 #include "tools/json/CheckJson.h"
 #include "tools/json/SessionJson.h"
 #include "tools/report/Page.h"
@@ -114,8 +116,6 @@ Json toJson(const CallRecord& record) {
     return json;
 }
 
-constexpr auto kEachToJson = [](const auto& element) { return toJson(element); };
-
 Json toJson(const LightSection& light) {
     return {{"samples",
              listOf(light.samples,
@@ -131,12 +131,40 @@ Json toJson(const LightSection& light) {
             {"name", light.name}};
 }
 
+Json toJson(const Vec3& color) {
+    return {toJson(color[0]), toJson(color[1]), toJson(color[2])};
+}
+
+Json toJson(const AccuracyRow& row) {
+    return {{"figure", row.figure}, {"value", row.value}, {"limit", row.limit}, {"pass", optionalToJson(row.isKept)}};
+}
+
+constexpr auto kEachToJson = [](const auto& element) { return toJson(element); };
+
+// The figures, and what the page shows of them.
+Json toJson(const Accuracy& accuracy) {
+    Json json = accuracyToJson(accuracy);
+    json["rows"] = listOf(rowsOf(accuracy), kEachToJson);
+    json["targetText"] = textOf(accuracy.target);
+    const Limits limits;
+    json["limitValues"] = {{"greyChroma", limits.greyChroma},
+                           {"gamma", limits.gamma},
+                           {"colorCheckerLargest", limits.colorCheckerLargest}};
+    const auto& patches = accuracy.figures.colorChecker;
+    for (size_t i = 0; i < patches.size(); ++i) {
+        json["colorChecker"][i]["targetRgb"] = toJson(codedColor(accuracy.target, patches[i].target));
+        json["colorChecker"][i]["shownRgb"] = toJson(codedColor(accuracy.target, patches[i].shown));
+    }
+    return json;
+}
+
 }  // namespace
 
 Json toJson(const Report& report) {
     const ConfigXmlParser& record = *report.calibration.record;
     const SessionRecord& session = report.session;
-    return {{"calibration", calibrationToJson(report.calibrationFile, report.calibration)},
+    return {{"accuracy", report.accuracy ? toJson(*report.accuracy) : Json()},
+            {"calibration", calibrationToJson(report.calibrationFile, report.calibration)},
             {"gamma",
              {{"calibrated", gammaTable(record.hasGammaCalib, record.gammaCalib)},
               {"tuned", gammaTable(record.hasGammaTuning, record.gammaTuning)}}},

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "tools/json/Json.h"
-#include "tools/session/SessionDump.h"
+#include "tools/session/ScriptFile.h"
 
 namespace simulator {
 

@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iostream>
 #include <sstream>
 
 #include "calibration/PanelTable.h"
@@ -14,7 +12,6 @@
 #include "simulator/PhoneFiles.h"
 #include "simulator/closed/EyeCare.h"
 #include "simulator/closed/UnlimitedColorTemperature.h"
-#include "tools/accuracy/Colorimetry.h"
 #include "tools/session/DataFolder.h"
 #include "tools/text/Text.h"
 
@@ -127,15 +124,15 @@ Primaries primariesOf(const ConfigXmlParser& record) {
     return {{x[0], y[0]}, {x[1], y[1]}, {x[2], y[2]}};
 }
 
-SessionRecord runScript(const ReportInput& input) {
-    if (!input.script) {
-        std::istringstream own(kOwnSession);
-        return recordSession(own, "built-in session", input.calibration);
-    }
-    if (*input.script == "-") return recordSession(std::cin, "<stdin>", input.calibration);
-    requireFile(*input.script, "a script");
-    std::ifstream file(*input.script);
-    return recordSession(file, input.script->string(), input.calibration);
+// Shown in standard mode when there is no script: the built-in session leaves an evening's setting.
+Accuracy accuracyAfter(const std::optional<ScriptFile>& script, const ReportInput& input) {
+    const MeasuredPanel panel(input.panel->measurement);
+    ServiceRun run;
+    if (script) run.script = &*script;
+    run.calibration = input.calibration;
+    Accuracy accuracy = accuracyOf(statesOf(run), panel, input.panel->target);
+    accuracy.panel = input.panel->measurement.filename().string();
+    return accuracy;
 }
 
 }  // namespace
@@ -166,6 +163,12 @@ PanelColors panelColors(const ConfigXmlParser& record, const std::optional<Chrom
     if (!driverWhite)
         panel.assumptions.emplace_back("The driver reports no white point: the library's built-in one is assumed.");
     return panel;
+}
+
+Vec3 codedColor(const Target& target, const Vec3& xyz) {
+    Vec3 color = multiply(target.fromXyz, xyz);
+    for (double& channel : color) channel = linearToSrgb(std::clamp(channel, 0.0, 1.0));
+    return color;
 }
 
 ChromaticitySection chromaticitySection(const ConfigXmlParser& record, PanelColors panel,
@@ -218,8 +221,14 @@ Report gatherReport(const ReportInput& input) {
     const fs::path file = input.calibration ? *input.calibration : sampleCalibration();
     report.calibrationFile = file.filename().string();
     report.calibration = checkCalibration(file);
-    if (input.script) report.script = input.script->filename().string();
-    report.session = runScript(input);
+    std::optional<ScriptFile> script;
+    if (input.script) {
+        script.emplace(*input.script);
+        report.script = input.script->filename().string();
+    }
+    if (input.panel) report.accuracy = accuracyAfter(script, input);
+    std::istringstream own(kOwnSession);
+    report.session = recordSession(script ? *script : ScriptFile(own, "built-in session"), input.calibration);
     const ConfigXmlParser& record = *report.calibration.record;
     const auto& colors = report.session.colors;
     report.chromaticity = chromaticitySection(record, panelColors(record, report.session.driverWhite), colors);

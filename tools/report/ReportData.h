@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "simulator/Colorimetry.h"
+#include "tools/accuracy/Accuracy.h"
 #include "tools/check/Check.h"
 #include "tools/light/LightTrace.h"
 #include "tools/light/Replay.h"
@@ -40,6 +41,10 @@ struct StageWhite {
     std::optional<double> kelvin;    // correlated colour temperature, where it has a meaning
 };
 
+// A colour as the target shows it, coded by the transfer function of sRGB and Display P3, 0 to 1; clipped to the
+// target's gamut.
+Vec3 codedColor(const Target& target, const Vec3& xyz);
+
 struct ChromaticitySection {
     PanelColors panel;
     std::vector<StageWhite> whites;  // after each stage of colors
@@ -66,15 +71,23 @@ struct LightSection {
 // are kept: between them nothing happens.
 LightSection lightSection(const LightTrace& trace, const std::function<void(double)>& progress = {});
 
+// A measured panel and what it is compared with.
+struct PanelInput {
+    std::filesystem::path measurement;
+    Target target;
+};
+
 struct ReportInput {
     std::optional<std::filesystem::path> script;       // - is standard input; otherwise a short built-in session
     std::optional<std::filesystem::path> calibration;  // otherwise the sample phone's
     std::optional<std::filesystem::path> trace;        // of light; without it there is no timeline
+    std::optional<PanelInput> panel;                   // without it there are no accuracy figures
     std::function<void(double)> progress;              // called with the share of the trace that is replayed, 0 to 1
 };
 
 struct Report {
-    std::string calibrationFile;  // its name
+    std::optional<Accuracy> accuracy;  // after the script; in standard mode after the built-in session
+    std::string calibrationFile;       // its name
     CheckedCalibration calibration;
     ChromaticitySection chromaticity;
     std::string script;  // its name; empty for the built-in session

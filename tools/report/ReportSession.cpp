@@ -7,11 +7,9 @@
 #include <array>
 
 #include "service/WhitePointText.h"
-#include "tools/json/SessionJson.h"
 #include "tools/picture/Chart.h"
 #include "tools/picture/DisplayPipeline.h"
 #include "tools/session/Command.h"
-#include "tools/session/ScriptFile.h"
 #include "tools/session/Session.h"
 
 namespace simulator {
@@ -64,7 +62,6 @@ public:
 
     SessionRecord finish() {
         record.state = session.state();
-        record.display = session.phone().composer().stateOf(0);
         const auto& colors = session.library().displayColors();
         if (!colors.empty()) record.colors = colors[0];
         record.driverWhite = askDriver();
@@ -117,14 +114,12 @@ private:
 
 }  // namespace
 
-SessionRecord recordSession(std::istream& script, const std::string& name,
-                            const std::optional<std::filesystem::path>& calibration) {
-    const ScriptFile lines(script, name);
+SessionRecord recordSession(const ScriptFile& script, const std::optional<std::filesystem::path>& calibration) {
     SessionOptions options;
     options.logPriority = ANDROID_LOG_SILENT;
     Recorder recorder(std::move(options));
     if (calibration) recorder.installCalibration(*calibration);
-    for (const ScriptFile::Line& line : lines.lines()) recorder.run(line);
+    for (const ScriptFile::Line& line : script.lines()) recorder.run(line);
     return recorder.finish();
 }
 

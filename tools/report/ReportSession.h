@@ -4,14 +4,13 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <istream>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "color/ColorManager.h"
 #include "simulator/Colorimetry.h"
-#include "simulator/Composer.h"
+#include "tools/session/ScriptFile.h"
 #include "tools/session/SessionEvent.h"
 
 namespace simulator {
@@ -48,15 +47,13 @@ struct SessionRecord {
     std::vector<CallRecord> calls;        // of the composer, in order
     // At the end:
     State state;
-    std::optional<DisplayState> display;      // what the composer holds for display 0; nothing without a composer
     std::optional<ColorManager> colors;       // of display 0; nothing when the service does not know it
     std::optional<Chromaticity> driverWhite;  // as the panel's driver reports it
 };
 
-// Carries out a script, named name, on a fresh copy of the sample phone with the calibration, if any, in the place of
+// Carries out a script on a fresh copy of the sample phone with the calibration, if any, in the place of
 // its panel's. Of the commands, picture has nothing to do here and is left out. No more than 60 different pictures are
 // kept. Throws std::runtime_error, "NAME:LINE: what is wrong; what was expected".
-SessionRecord recordSession(std::istream& script, const std::string& name,
-                            const std::optional<std::filesystem::path>& calibration);
+SessionRecord recordSession(const ScriptFile& script, const std::optional<std::filesystem::path>& calibration);
 
 }  // namespace simulator

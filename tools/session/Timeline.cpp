@@ -173,7 +173,7 @@ private:
         const std::string_view kind = kindOf(what);
         const auto* const line = std::get_if<LogLine>(&what);
         const bool isError = line != nullptr && line->priority >= ANDROID_LOG_ERROR;
-        writeLine(headOf(event, kind) + textOf(what).substr(kind.size() + 1), isError ? kRed : "");
+        writeLine(headOf(event, kind) + textOf(what).substr(kind.size() + 1), isError ? kRed : nullptr);
     }
     void write(const SessionEvent& event, const XmlMessage& message) {
         writeLine(headOf(event, "xml") + message.file + ":" + std::to_string(message.line) + ": " + message.message);
@@ -196,14 +196,11 @@ private:
         writeLine(headOf(event, "state") + stateText(state, kTextColumn));
     }
 
-    void writeLine(const std::string& text, std::string_view color = "") {
+    void writeLine(const std::string& line, const char* color = nullptr) {
         lastWasRemark = false;
-        const bool colored = look.color && !color.empty();
-        stream << (colored ? color : "") << harmless(text) << (colored ? "\x1b[0m" : "") << "\n" << std::flush;
+        const std::string text = harmless(line);
+        stream << (look.color && color != nullptr ? colored(color, text) : text) << "\n" << std::flush;
     }
-
-    static constexpr std::string_view kRed = "\x1b[31m";
-    static constexpr std::string_view kBold = "\x1b[1m";
 
     std::ostream& stream;
     const Look look;

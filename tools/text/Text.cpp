@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <fstream>
 #include <numeric>
 #include <stdexcept>
@@ -15,6 +16,8 @@
 namespace simulator {
 
 namespace {
+
+constexpr std::string_view kBlanks = " \t\n\v\f\r";
 
 // Levenshtein's distance, letter case aside: single characters inserted, left out or replaced.
 size_t editDistance(std::string_view a, std::string_view b) {
@@ -35,10 +38,15 @@ size_t editDistance(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
-    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
-    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-    return text;
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+std::string_view takeWord(std::string_view& text) {
+    text = trimmed(text);
+    const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+    text.remove_prefix(word.size());
+    return word;
 }
 
 std::string harmless(std::string_view text) {
@@ -57,6 +65,28 @@ std::string harmless(std::string_view text) {
 std::string inQuotes(std::string_view bytes) {
     constexpr size_t kLongest = 60;
     return "\"" + printable(bytes.substr(0, kLongest)) + (bytes.size() > kLongest ? "...\"" : "\"");
+}
+
+std::string bytesOf(std::string_view text) {
+    constexpr size_t kHexadecimal = 4;  // characters of \x23
+    std::string bytes;
+    while (!text.empty()) {
+        unsigned char byte = 0;
+        size_t used = 1;
+        const char* const end = text.data() + std::min(kHexadecimal, text.size());
+        if (text.substr(0, 2) == "\\n") {
+            byte = '\n';
+            used = 2;
+        } else if (text.substr(0, 2) == "\\x" &&
+                   std::from_chars(text.data() + 2, end, byte, 16).ptr == text.data() + 4) {
+            used = kHexadecimal;
+        } else {
+            byte = static_cast<unsigned char>(text.front());
+        }
+        bytes += static_cast<char>(byte);
+        text.remove_prefix(used);
+    }
+    return bytes;
 }
 
 void requireFile(const std::filesystem::path& file, const std::string& expected) {
