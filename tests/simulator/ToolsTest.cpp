@@ -153,7 +153,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"verify " + script + " " + kData + "/demo.expected.json", 0, ": as expected: 172 composer calls"},
         {"verify " + other + " " + kData + "/demo.expected.json --json", 1,
          R"({"event":"difference","path":"/calls/3","call":4,"expected":{"call":"setColorTransformMatrix")"},
-        {"verify " + other + " " + kData + "/demo.expected.json", 1, "composer call 4 of 3: it did not come"},
+        {"verify " + other + " " + kData + "/demo.expected.json", 1, "composer call 4 is missing: the session has 3"},
         {"verify " + other + " " + fresh, 2, fresh + ": does not exist; expected a stored session; --update writes it"},
         {"verify " + other + " " + other, 2,
          other + ": is not a stored session; expected one that --update has written"},
@@ -174,6 +174,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
          "composer  setAladParams 0 on, levels 11 to 59 in 49 messages, 20 ms apart\n"},
         {"run " + script + " --all --out " + folder.string(), 0, "composer  setAladParams 0 on 14: level 40 -> OK\n"},
         {"check --json /nowhere\xFF", 2, "\"file\": \"/nowhere\xEF\xBF\xBD\""},
+        {"run a b", 2, "dcsim: unknown argument \"b\"; expected dcsim run [OPTIONS] SCRIPT\n"},
         {"bogus", 2, "unknown command \"bogus\"; expected one of check, run, "},
         {"", 2, "a command is missing; expected one of check, run, "},
     };

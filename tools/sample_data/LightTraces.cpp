@@ -94,11 +94,10 @@ std::string brokenSensor() {
         recording.skip(1);
     };
     steady(350, 10);
-    for (const char* lux : {"1000000", "-1", "nan", "inf", "-inf", "1e30"}) {
+    for (const char* lux : {"1000000", "inf", "1e30"}) {
         odd(lux);
         steady(350, 5);
     }
-    steady(-1, 20);  // says for a while that it knows nothing
     steady(20000, 10);
     recording.skip(90);  // says nothing at all
     steady(20000, 5);
