@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// The controller of the ambient-light adaptive display by itself: what it keeps and releases, late events, and races.
+// The controller of the ambient-light adaptive display by itself: what it keeps and releases, and late events.
 #include "alad/DisplayAlad.h"
 
 #include <platform/Services.h>
 
-#include <atomic>
 #include <chrono>
 #include <cmath>
-#include <thread>
 
-#include "service/DisplayControlImpl.h"
 #include "tests/PhoneTest.h"
 
 namespace vendor::kov::hardware::display_control::V1_0::implementation {
@@ -44,26 +41,6 @@ struct WatchedSensors : sensorservice::ISensorManager {
 
     simulator::Sensors& real;
     bool& isAlive;
-};
-
-// Threads run as they like; no pause lasts. Deadlines either have always passed, or never pass, so that a lost wake-up
-// would be waited for without end.
-struct RacingClock : platform::Clock {
-    explicit RacingClock(bool deadlinesPass) : passing(deadlinesPass) {}
-
-    Duration now() override { return 0s; }
-    void sleepFor(Duration /*duration*/) override { std::this_thread::yield(); }
-    void waitUntil(platform::Condition& condition, platform::Lock& lock, Duration /*deadline*/) override {
-        const uint64_t before = condition.notifications();
-        while (!passing && condition.notifications() == before) condition.wait(lock);
-        if (passing) condition.waitUntil(lock, std::chrono::steady_clock::now().time_since_epoch());
-    }
-    std::unique_ptr<platform::Thread> startThread(std::function<void()> body) override {
-        return platform::Thread::start(std::move(body));
-    }
-    void join(platform::Thread& thread) override { thread.join(); }
-
-    const bool passing;
 };
 
 }  // namespace
@@ -180,51 +157,6 @@ TEST_F(AladTest, ALuminanceBecomesAGrayValue) {
     EXPECT_DOUBLE_EQ(DisplayAlad::nitToGray(0.5), 0.7297400528407231);
     EXPECT_DOUBLE_EQ(DisplayAlad::nitToGray(500), 16.857941694076086);
     EXPECT_TRUE(std::isnan(DisplayAlad::nitToGray(-1)));
-}
-
-// With the thread sanitizer this finds unguarded members; without it, it does not end if a wake-up is lost.
-TEST_F(AladTest, SwitchesRaceWithEventsFromOtherThreads) {
-    std::atomic<int> steps{0};
-    std::atomic<int> offs{0};
-    phone.observe([&](const simulator::Event& event) {
-        const auto* const call = std::get_if<simulator::ComposerCall>(&event.what);
-        if (call == nullptr || call->operation != simulator::ComposerOperation::SET_ALAD_PARAMS) return;
-        steps += call->params.size() == 1 ? 1 : 0;
-        offs += call->params.empty() ? 1 : 0;
-    });
-    DisplayControlImpl service;
-    service.init();
-    for (const bool deadlinesPass : {false, true}) {
-        RacingClock racing(deadlinesPass);
-        platform::setClock(&racing);
-        steps = offs = 0;
-        std::atomic<bool> isOver{false};
-        const auto during = [&isOver](const std::function<void(int32_t lux)>& give) {
-            return std::thread([&isOver, give] {
-                for (int32_t lux = 100; !isOver; lux = 9100 - lux, std::this_thread::yield()) give(lux);
-            });
-        };
-        std::thread others[] = {during([this](int32_t lux) { phone.sensors().deliver(static_cast<float>(lux)); }),
-                                during([this](int32_t lux) { alad.notifyData(lux); }),
-                                during([&](int32_t) { service.allocUserHandle(0, [](Result, uint64_t) {}); })};
-        constexpr int kRounds = 1000;
-        for (int round = 0; round < kRounds; ++round) {
-            const auto yield = [round] {
-                for (int turns = round % 20; turns > 0; --turns) std::this_thread::yield();
-            };
-            EXPECT_EQ(alad.enable(), 0);
-            yield();
-            alad.disable();
-            EXPECT_EQ(service.setAlad(7, 0, 1), Result::OK);
-            yield();
-            EXPECT_EQ(round % 2 == 0 ? service.exclusiveModeEnter(7, 1) : service.setAlad(7, 0, 0), Result::OK);
-        }
-        isOver = true;
-        for (std::thread& other : others) other.join();
-        EXPECT_GE(offs, 2 * kRounds) << "each switch ends with it";
-        EXPECT_EQ(steps > 0, deadlinesPass) << "the workers had something to do";
-        platform::setClock(&phone.clock());
-    }
 }
 
 }  // namespace vendor::kov::hardware::display_control::V1_0::implementation

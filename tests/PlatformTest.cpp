@@ -3,6 +3,7 @@
 #include <hidl/Status.h>
 #include <platform/DeviceFiles.h>
 #include <platform/Log.h>
+#include <platform/ScheduledClock.h>
 #include <platform/Services.h>
 #include <platform/VirtualClock.h>
 #include <sys/wait.h>
@@ -12,6 +13,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <optional>
 
 #include "simulator/PhoneFiles.h"
 
@@ -144,8 +146,8 @@ TEST(RealClock, SleepsAndWaitsEndInTime) {
         what();
         return clock.now() - start;
     };
-    const auto slept = duration([&] { clock.sleepFor(2ms); });
-    EXPECT_TRUE(slept >= 2ms && slept < 5s) << slept / 1us;
+    const auto slept = duration([&] { clock.sleepFor(20ms); });
+    EXPECT_TRUE(slept >= 20ms && slept < 1500ms) << slept / 1us;
     const auto waited = duration([&] {
         platform::Lock lock(mutex);
         clock.waitUntil(changed, lock, clock.now() + 2ms);
@@ -217,6 +219,7 @@ TEST_F(VirtualClockTest, AThreadThatTheSystemRefusesIsNull) {
     pthread_setattr_default_np(&tooLarge);
     EXPECT_EQ(platform::realClock().startThread([] {}), nullptr);
     EXPECT_EQ(clock.startThread([] {}), nullptr);
+    EXPECT_EQ(platform::ScheduledClock(1, 1).startThread([] {}), nullptr);
     pthread_setattr_default_np(&usual);
     clock.settle();  // does not wait for it
 }
@@ -248,6 +251,31 @@ TEST_F(VirtualClockTest, ANotificationWakesEarly) {
     clock.join(*late);
     clock.sleepFor(1s);
     EXPECT_EQ(clock.now(), 24s) << "on the stepping thread a sleep is a step";
+}
+
+TEST(ScheduledClockDeathTest, ADeadlockAndAMutexAfterItsEndAreFound) {
+    const auto lockInAnyOrder = [](uint64_t seed) {
+        platform::ScheduledClock clock(seed, 10);
+        platform::Mutex a;
+        platform::Mutex b;
+        const auto lockBoth = [](platform::Mutex& first, platform::Mutex& second) {
+            const platform::Lock outer(first);
+            const platform::Lock inner(second);
+        };
+        const auto other = clock.startThread([&] { lockBoth(b, a); });
+        lockBoth(a, b);
+        clock.join(*other);
+    };
+    EXPECT_DEATH(for (uint64_t seed = 0; seed < 100; ++seed) lockInAnyOrder(seed), "schedule .*: every thread waits");
+    EXPECT_DEATH(
+        {
+            const platform::ScheduledClock clock(5, 10);
+            std::optional<platform::Mutex> mutex(std::in_place);
+            platform::Mutex& ended = *mutex;
+            mutex.reset();
+            const platform::Lock lock(ended);
+        },
+        "schedule 5: a mutex is used after its end");
 }
 
 }  // namespace

@@ -17,8 +17,6 @@
 #include "tests/TemporaryFolder.h"
 #include "tools/check/Rules.h"
 #include "tools/json/CheckJson.h"
-#include "tools/sample_data/CalibrationFile.h"
-#include "tools/sample_data/SamplePanels.h"
 
 namespace simulator {
 namespace {
@@ -217,7 +215,7 @@ protected:
 
     // What is found once a good calibration has been changed, all of it or one rule's.
     std::vector<std::string> found(const Edit& edit, const std::string& rule = "") const {
-        std::string xml = calibrationXml(kUnknownPanel);
+        std::string xml = readText(kShipped / "disp_calib_data_default.xml");
         edit(xml);
         std::vector<std::string> sentences;
         for (const Finding& finding : check(xml).findings) {
@@ -249,7 +247,7 @@ TEST_F(CheckTest, EveryRuleHasACase) {
 }
 
 TEST_F(CheckTest, AWreckedTableIsListedInPartAndCountedInWhole) {
-    std::string xml = calibrationXml(kUnknownPanel);
+    std::string xml = readText(kShipped / "disp_calib_data_default.xml");
     gamma([](size_t i) { return 1 - usualGamma(i); })(xml);
     std::vector<Finding> falls;
     for (const Finding& finding : check(xml).findings) {

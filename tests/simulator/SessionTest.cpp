@@ -335,7 +335,7 @@ TEST_F(SessionTest, ShowGivesAllThatADisplaysStateIsMadeOf) {
     const Json state = events("state")[0]["state"];
     const Json calibration = state["panel and calibration, as last read"];
     EXPECT_EQ(calibration["identified"], "known panel");
-    EXPECT_EQ(calibration["complete blocks"].size(), 7U);
+    EXPECT_EQ(calibration["complete blocks"].size(), 6U);
     EXPECT_EQ(state["screen mode"], "standard");
     const Json colors = state["display 0"]["service"];
     EXPECT_EQ(colors["eye-care level"], 50);

@@ -55,6 +55,10 @@ int main(int argc, char** argv) {
     dcsim::addShell(app, status);
     dcsim::addReplay(app, status);
     dcsim::addReport(app, status);
+    dcsim::addAccuracy(app, status);
+    dcsim::addCalibrate(app, status);
+    dcsim::addDiff(app, status);
+    dcsim::addPatches(app, status);
     for (CLI::App* const command : app.get_subcommands({})) command->group("Commands");
     try {
         requireCommand(app, argc > 1 ? argv[1] : "");

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/text/Text.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -93,6 +95,23 @@ void requireFile(const std::filesystem::path& file, const std::string& expected)
                             : !std::ifstream(file).is_open()        ? "cannot be opened"
                                                                     : nullptr;
     if (why != nullptr) throw std::runtime_error(file.string() + ": " + why + "; expected " + expected);
+}
+
+void replaceFile(const std::filesystem::path& file, const std::string& text) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path target = fs::weakly_canonical(file, error);  // a link stays a link
+    if (fs::exists(target, error) && !fs::is_regular_file(target, error))
+        throw std::runtime_error(file.string() + ": is not a regular file; expected a file to write");
+    const fs::path fresh = target.string() + "." + std::to_string(getpid()) + ".tmp";
+    std::ofstream stream(fresh, std::ios::binary);
+    stream << text;
+    stream.close();
+    error.clear();
+    if (stream) fs::rename(fresh, target, error);
+    if (stream && !error) return;
+    fs::remove(fresh, error);
+    throw std::runtime_error(file.string() + ": could not be written; expected a file to write");
 }
 
 bool isNear(std::string_view word, std::string_view known) {

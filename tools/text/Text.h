@@ -35,6 +35,10 @@ std::string bytesOf(std::string_view text);
 // Throws std::runtime_error, "FILE: why not; expected EXPECTED", if the file cannot be opened or is a folder.
 void requireFile(const std::filesystem::path& file, const std::string& expected);
 
+// Writes a file as a whole: on a fault the old one stays as it is. Throws std::runtime_error, "FILE: why not; expected
+// a file to write".
+void replaceFile(const std::filesystem::path& file, const std::string& text);
+
 // Whether word is probably a misspelt known: at most a third of known's characters differ, at least one may. Letter
 // case does not count.
 bool isNear(std::string_view word, std::string_view known);

@@ -34,14 +34,20 @@ public:
 private:
     friend class Lock;
     friend class Condition;
+    friend class ScheduledClock;
+
+    // On the host a ScheduledClock may decide when the calling thread goes on.
+    void lock();
+    void unlock();
+
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
 };
 
 // Holds a mutex until the end of the scope.
 class PLATFORM_SCOPED_CAPABILITY Lock {
 public:
-    explicit Lock(Mutex& mutex) PLATFORM_ACQUIRE(mutex) : heldMutex(mutex) { pthread_mutex_lock(&heldMutex.mutex); }
-    ~Lock() PLATFORM_RELEASE() { pthread_mutex_unlock(&heldMutex.mutex); }
+    explicit Lock(Mutex& mutex) PLATFORM_ACQUIRE(mutex) : heldMutex(mutex) { heldMutex.lock(); }
+    ~Lock() PLATFORM_RELEASE() { heldMutex.unlock(); }
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 
