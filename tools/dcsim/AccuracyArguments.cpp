@@ -47,9 +47,11 @@ std::vector<simulator::Patch> patchesOf(const std::string& file, const simulator
 }
 
 void addStateOptions(CLI::App& command, StateArguments& arguments) {
-    command.add_option("script", arguments.script,
-                       "Script, - for standard input; without one the service is started in standard mode");
-    command.add_option("--phone", arguments.phone, "The phone's files; the session uses a copy of them")
+    command.add_option("SCRIPT", arguments.script,
+                       "Script; - is standard input; without one the service is started in standard mode");
+    command
+        .add_option("--phone", arguments.phone,
+                    "Folder of the phone's files, of which a copy is used; the sample phone if not given")
         ->type_name("DIR");
     command.add_option("--calibration", arguments.calibration, "Calibration file in the place of the panel's")
         ->type_name("FILE.xml");
