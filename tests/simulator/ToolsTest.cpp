@@ -189,6 +189,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {panel + " --white 0.6,", 2, "--white: \"0.6,\" is not a chromaticity; expected CIE X,Y"},
         {panel + " --target rec709", 2, "\"rec709\" is not a target; expected srgb or display-p3"},
         {panel + " --calibration /nowhere", 2, "dcsim: /nowhere: does not exist; expected a calibration file"},
+        {panel + " --calibration " + other, 1, other + ": the library does not read it as it is written"},
         {panel + " --measured " + kData + "/panels/cool.ti3", 2, "white was not measured"},
         {"patches -o " + driven, 0, driven + ": 66 patches\n"},
         {"patches " + driven + " " + other + " -o " + driven, 0, driven + ": 66 patches\n"},

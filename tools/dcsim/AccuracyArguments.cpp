@@ -2,7 +2,11 @@
 #include "tools/dcsim/AccuracyArguments.h"
 
 #include <cstdio>
+#include <iostream>
 #include <stdexcept>
+
+#include "tools/check/Check.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 
@@ -63,7 +67,13 @@ simulator::ServiceStates statesOf(const StateArguments& arguments) {
     simulator::ServiceRun run;
     if (script) run.script = &*script;
     if (!arguments.phone.empty()) run.phone = arguments.phone;
-    if (!arguments.calibration.empty()) run.calibration = arguments.calibration;
+    if (!arguments.calibration.empty()) {
+        run.calibration = arguments.calibration;
+        const auto checked = simulator::checkCalibration(arguments.calibration);
+        if (simulator::countOf(checked.findings, simulator::Finding::Severity::ERROR) > 0)
+            std::cerr << "dcsim: " << simulator::harmless(arguments.calibration)
+                      << ": the library does not read it as it is written; dcsim check says why\n";
+    }
     return simulator::statesOf(run);
 }
 
