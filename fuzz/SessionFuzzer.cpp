@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // A session: bytes become served operations, changes of the phone, light and time. After each step the service's
 // answer, events and state are the model's. At the end the phone is well again, and so is the service.
+#include <android/log.h>
+
+#include <cinttypes>
 #include <cmath>
 #include <iterator>
+#include <map>
+#include <tuple>
 
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
@@ -22,7 +27,6 @@ constexpr float kFloats[] = {0, 1, -1, 2, 0.5F, 1 / 2.2F, 2.2F, -0.0F, 1e-7F, 1e
 constexpr float kLights[] = {300,  0,     -5,    4999,  5000,  5001,   7999,  8000,  8001,      9000,
                              9999, 20000, 30000, 49999, 60000, 123.9F, -0.7F, 5e10F, -INFINITY, NAN};
 constexpr int kDurations[] = {0, 1, 19, 20, 21, 500, 979, 980, 1000, 1020, 2000, 5000};  // milliseconds
-constexpr size_t kTableSizes[] = {0, 0, 0, 0, 0, 0, 0, 0, 3, 4096, 4097};                // mostly none: they take long
 constexpr simulator::Failure kFailures[] = {
     simulator::Failure::NONE, simulator::Failure::REFUSED,          simulator::Failure::NO_CALLBACK,
     simulator::Failure::NONE, simulator::Failure::TRANSPORT_BEFORE, simulator::Failure::TRANSPORT_AFTER};
@@ -30,13 +34,65 @@ const std::string kPanels[] = {"a panel without a row", "dornel R7TK 35 02 0a hd
                                "dornel R7TK 43 03 0b hd+ video dsi panel\n"};
 const std::string kWhitePoints[] = {"x=313,y=329\n", "x=-5,y= 99999999999", "x=313", "y=1,x=2", ""};
 
+// Counts situations, and prints the counts at the end of the run: scripts/fuzz requires those of situations.txt.
+class Situations {
+public:
+    ~Situations() {
+        for (const auto& [name, count] : counts) fprintf(stderr, "situation: %s: %" PRIu64 "\n", name.c_str(), count);
+    }
+    void add(const std::string& name) { ++counts[name]; }
+
+    // An event on a phone of these settings.
+    void add(const simulator::Event& event, const Settings& phone) {
+        if (const auto* const call = std::get_if<simulator::ComposerCall>(&event.what)) {
+            addFailure(simulator::kComposerOperations, call->operation, phone.composerFailures);
+            if (call->operation != simulator::ComposerOperation::SET_ALAD_PARAMS) return;
+            if (call->params.size() == 2) add("the tone curve turns on");
+            if (call->enable == 0U) add(event.time > disabledAt ? "a ramp is cut short" : "the tone curve turns off");
+        } else if (const auto* const sensor = std::get_if<simulator::SensorCall>(&event.what)) {
+            addFailure(simulator::kSensorOperations, sensor->operation, phone.sensorFailures);
+            if (sensor->operation == simulator::SensorOperation::DISABLE_SENSOR) disabledAt = event.time;
+            if (sensor->operation == simulator::SensorOperation::ENABLE_SENSOR) disabledAt = event.time.max();
+        }
+    }
+
+private:
+    template <typename Names, typename Operation>
+    void addFailure(const Names& names, Operation operation, const std::map<Operation, simulator::Failure>& failures) {
+        constexpr const char* kNames[] = {"works again", "is refused", "does not call back", "fails before",
+                                          "fails after"};
+        const auto found = failures.find(operation);
+        if (found == failures.end()) return;
+        add(std::string(names[static_cast<size_t>(operation)]) + " " + kNames[static_cast<size_t>(found->second)]);
+    }
+
+    std::map<std::string, uint64_t> counts;
+    platform::Clock::Duration disabledAt = platform::Clock::Duration::max();
+};
+
+Situations& situations() {
+    static Situations all;
+    return all;
+}
+
+// A phone that works, whose calibration is read quickly.
+const Settings& wellPhone() {
+    static const Settings kWell = [] {
+        Settings well;
+        well.calibrations[0] = {};
+        well.calibrations[0].endPoints = {0xFFFFEA, 0xEDFDFF};
+        return well;
+    }();
+    return kWell;
+}
+
 class Session {
 public:
     Session(Input bytes, model::Comparison& comparison) : input(bytes), both(comparison) { both.begin(phone); }
 
     void run() {
         while (!input.atEnd()) step();
-        phone = {};
+        phone = wellPhone();
         change();
         expect(both.call({"init"}));
         require(both.answer() == "0", "the service starts on a phone that is well again");
@@ -46,29 +102,80 @@ public:
     }
 
 private:
-    void expect(const std::string& difference) { require(difference.empty(), steps + "\n" + difference); }
+    void expect(const std::string& difference) {
+        if (difference.empty()) return;
+        for (const auto& [what, display, number] : steps)
+            fprintf(stderr, "%s %" PRIu64 " %g; ", what.c_str(), display, number);
+        require(false, difference);
+    }
 
     void step() {
         static const std::vector<std::string> kOperations = model::operations();
-        const size_t choice = input.below(kOperations.size() + std::size(kChanges) + 2);
+        const size_t choice = input.below(kOperations.size() + 2 + std::size(kChanges) + 2);
+        const size_t other = choice - kOperations.size();
         if (choice < kOperations.size()) {
-            const model::Call call = callOf(kOperations[choice]);
-            steps += textOf(call) + "; ";
-            expect(both.call(call));
-        } else if (choice == kOperations.size()) {
-            const float lux = input.oneOf(kLights);
-            steps += "light " + std::to_string(lux) + "; ";
-            expect(both.light(lux));
-        } else if (choice == kOperations.size() + 1) {
-            const int duration = input.oneOf(kDurations);
-            steps += std::to_string(duration) + " ms; ";
-            expect(both.pass(std::chrono::milliseconds(duration)));
-        } else {
-            const size_t number = choice - kOperations.size() - 2;
-            steps += "change " + std::to_string(number) + "; ";
-            (this->*kChanges[number])();
+            call(callOf(kOperations[choice]));
+        } else if (other == 0) {
+            light(input.oneOf(kLights));
+        } else if (other == 1) {
+            pass(input.oneOf(kDurations));
+        } else if (other < 2 + std::size(kChanges)) {
+            steps.emplace_back("change", 0, other - 2);
+            (this->*kChanges[other - 2])();
             change();
+        } else if (other == 2 + std::size(kChanges)) {
+            failComposer();
+        } else {
+            followLight();
         }
+    }
+    void call(const model::Call& next) {
+        steps.emplace_back(next.operation, next.display, next.number);
+        expect(both.call(next));
+        count(next.operation);
+    }
+    void light(float lux) {
+        steps.emplace_back("light", 0, static_cast<double>(lux));
+        expect(both.light(lux));
+    }
+    void pass(int milliseconds) {
+        steps.emplace_back("milliseconds", 0, milliseconds);
+        expect(both.pass(std::chrono::milliseconds(milliseconds)));
+    }
+    // An operation of the composer fails while ALAD is on, and one of the service needs it.
+    void failComposer() {
+        constexpr const char* kUsers[] = {"init",
+                                          "init",
+                                          "setColorTransformMatrix",
+                                          "getColorTransformMatrix",
+                                          "setGlobalGammaLut",
+                                          "getGlobalGammaLut",
+                                          "setGlobalDeGammaLut",
+                                          "getGlobalDeGammaLut",
+                                          "setAlad",
+                                          "exclusiveModeEnter"};
+        followLight();
+        const size_t operation = composerFailure();
+        change();
+        call({kUsers[operation]});
+    }
+    // ALAD is switched on and the tone curve with it.
+    void followLight() {
+        if (!isStarted) call({"init"});
+        call({"setAlad", 0, 1});
+        light(9000);
+        pass(input.oneOf(kDurations));
+    }
+    // Counts the situations that a call's answer shows.
+    void count(const std::string& operation) {
+        const std::string& answer = both.answer();
+        isStarted = operation == "init" ? answer == "0" : isStarted && operation != "deInit";
+        if (operation == "setAlad" && answer == "FAILED" && both.events().size() == 5) situations().add("no thread");
+        const bool hasRead = operation == "init" ? answer == "0" : operation == "exclusiveModeExit" && answer == "OK";
+        if (!hasRead) return;
+        const std::string& panel = phone.panel.kind == Kind::FILE ? phone.panel.text : "";
+        if (!lastPanel.empty() && panel != lastPanel) situations().add("another panel is read");
+        lastPanel = panel;
     }
     // The composer's life goes on from the session before.
     void change() {
@@ -116,10 +223,12 @@ private:
         phone.composerLife = input.below(4) == 1 ? 1 : 0;
     }
     void displays() { phone.displays = input.oneOf(kCounts); }
-    void composerFailure() {
+    size_t composerFailure() {
         const size_t operation = input.below(simulator::kComposerOperations.size());
         phone.composerFailures[simulator::ComposerOperation(operation)] = input.oneOf(kFailures);
+        return operation;
     }
+    void failOne() { composerFailure(); }
     void sensorFailure() {
         const size_t operation = input.below(simulator::kSensorOperations.size());
         phone.sensorFailures[simulator::SensorOperation(operation)] = input.oneOf(kFailures);
@@ -140,7 +249,8 @@ private:
         constexpr size_t kSizes[] = {0, 8, 9, 10};
         for (auto* const matrix : {&file.whitePoint, &file.colorCorrection, &file.whitePointParams})
             *matrix = numbers(input.oneOf(kSizes));
-        for (auto* const table : {&file.calibrated, &file.tuned}) table->assign(input.oneOf(kTableSizes), number());
+        for (auto* const table : {&file.calibrated, &file.tuned})
+            table->assign(input.below(100) == 99 ? 4096 : 0, number());  // seldom, because it takes long
         for (size_t left = input.below(3); left > 0; --left) file.endPoints.push_back(input.oneOf(kIntegers));
         constexpr size_t kEyeCareSizes[] = {0, 37, 38, 40};
         const double base = static_cast<double>(number());
@@ -158,13 +268,15 @@ private:
 
     static constexpr int kFailingResults[] = {0, -1, -7, 40};
     static constexpr void (Session::*kChanges[])() = {
-        &Session::services, &Session::displays,    &Session::composerFailure, &Session::sensorFailure,
+        &Session::services, &Session::displays,    &Session::failOne,        &Session::sensorFailure,
         &Session::nodes,    &Session::calibration, &Session::closedLibraries};
 
     Input input;
     model::Comparison& both;
-    Settings phone;
-    std::string steps;
+    Settings phone = wellPhone();
+    bool isStarted = false;
+    std::string lastPanel;                                         // that the calibration was read for
+    std::vector<std::tuple<std::string, uint64_t, double>> steps;  // with their arguments
 };
 
 }  // namespace
@@ -172,7 +284,9 @@ private:
 }  // namespace fuzz
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    __android_log_set_minimum_priority(ANDROID_LOG_SILENT);  // formatting takes long; the tests compare the log
     static model::Comparison comparison;
+    comparison.observer = [](const auto& event) { fuzz::situations().add(event, comparison.settings()); };
     fuzz::Session(fuzz::Input(data, size), comparison).run();
     return 0;
 }

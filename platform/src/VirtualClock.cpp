@@ -120,6 +120,11 @@ void VirtualClock::join(Thread& thread) {
     thread.join();
 }
 
+bool VirtualClock::hasThreads() {
+    const Lock lock(mutex);
+    return !alive.empty();
+}
+
 bool VirtualClock::isAlive(pthread_t id) {
     const Lock lock(mutex);
     return alive.count(id) != 0;

@@ -19,6 +19,8 @@ using simulator::Table;
 
 constexpr uint64_t kHandle = 5'000'000'007;  // above 32 bits
 
+inline const Table kZeros = simulator::tableOf(std::array<float, 4096>{}.data());
+
 // What an operation does not take is not used.
 struct Call {
     std::string operation;  // by its name
@@ -30,7 +32,7 @@ struct Call {
     float exponent = 1;
     Matrix first = simulator::kIdentity;
     Matrix last = simulator::kIdentity;
-    Table table = simulator::tableOf(std::array<float, 4096>{}.data());
+    Table table = kZeros;
 };
 
 // The operation and the arguments that are numbers.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/model/Service.h"
 
-#include <android/log.h>
+#include <platform/Log.h>
 
 #include <algorithm>
 #include <cmath>
@@ -29,6 +29,13 @@ constexpr size_t kMatrix = 9;
 constexpr size_t kEyeCare = 38;
 constexpr size_t kTable = 4096;
 
+struct Three {
+    const float* f;
+};
+std::ostream& operator<<(std::ostream& line, const Three& values) {
+    return line << values.f[0] << " " << values.f[1] << " " << values.f[2];
+}
+
 // As printf's %d, %f and %s.
 template <typename... Parts>
 std::string text(const Parts&... parts) {
@@ -36,10 +43,6 @@ std::string text(const Parts&... parts) {
     line << std::fixed;
     (line << ... << parts);
     return line.str();
-}
-
-std::string threeFloats(const float* f) {
-    return text(f[0], " ", f[1], " ", f[2]);
 }
 
 std::string hexadecimal(int32_t color) {
@@ -102,25 +105,23 @@ Table powerTable(float exponent) {
 std::string Service::call(const Call& c) {
     const std::string& operation = c.operation;
     const auto is = [&operation](const char* name) { return operation == name; };
-    const std::string client = text(kHandle);
 
     if (is("init")) return init();
     if (is("deInit")) return connected.reset(), "";
-    if (is("allocUserHandle")) return log(kInfo, operation, text(++handle)), text("OK ", handle);
-    if (is("freeUserHandle")) return log(kInfo, operation, client), "OK";
-    if (is("getNumOfDisplay")) return log(kInfo, operation, client), "OK " + text(static_cast<uint32_t>(numOfDisplay));
+    if (is("allocUserHandle")) return log(kInfo, operation, ++handle), text("OK ", handle);
+    if (is("freeUserHandle")) return log(kInfo, operation, kHandle), "OK";
+    if (is("getNumOfDisplay")) return log(kInfo, operation, kHandle), "OK " + text(static_cast<uint32_t>(numOfDisplay));
     if (is("getDisplayInfo"))
-        return log(kInfo, operation, client), knows(c.display) ? "OK " + infos[c.display] : "BAD_DISPLAY 0 0 0 \"0\"";
+        return log(kInfo, operation, kHandle), knows(c.display) ? "OK " + infos[c.display] : "BAD_DISPLAY 0 0 0 \"0\"";
     if (is("setColorTransformMatrix")) {
-        log(kDebug, operation, client);
-        for (const size_t i : {0U, 1U, 2U})
-            log(kDebug, operation, text(operation, i, " ", threeFloats(&c.last[3 * i])));
+        log(kDebug, operation, kHandle);
+        for (const size_t i : {0U, 1U, 2U}) log(kDebug, operation, operation, i, " ", Three{&c.last[3 * i]});
         return sendMatrices(c.display, kIdentity, c.last);
     }
     if (is("setColorTransformMatrix2")) {
-        log(kDebug, operation, client);
-        for (const size_t i : {0U, 3U, 6U}) log(kDebug, operation, "first " + threeFloats(&c.first[i]));
-        for (const size_t i : {0U, 3U, 6U}) log(kDebug, operation, "last " + threeFloats(&c.last[i]));
+        log(kDebug, operation, kHandle);
+        for (const size_t i : {0U, 3U, 6U}) log(kDebug, operation, "first ", Three{&c.first[i]});
+        for (const size_t i : {0U, 3U, 6U}) log(kDebug, operation, "last ", Three{&c.last[i]});
         return sendMatrices(c.display, c.first, c.last);
     }
     const auto matrix = [](const auto& m) { return valueText(matrixOf(m.elements.data())); };
@@ -136,8 +137,8 @@ std::string Service::call(const Call& c) {
     if (is("getGlobalDeGammaLut"))
         return get(Operation::GET_GLOBAL_DE_GAMMA_LUT, c, [&](auto& s) { return table(s.deGamma); });
     if (is("setGlobalGamma")) {
-        log(kDebug, operation, client);
-        log(kInfo, "", text(c.exponent));
+        log(kDebug, operation, kHandle);
+        log(kInfo, "", c.exponent);
         return sendTable(Operation::SET_GLOBAL_GAMMA_LUT, c.display, powerTable(c.exponent));
     }
     if (is("setUnlimitedCT")) return setLevel(c.display, true, c.number);
@@ -157,7 +158,7 @@ std::string Service::call(const Call& c) {
     }
     if (is("getMiscFeature")) return "FAILED 0 values";
     if (is("IsAladEnable")) return worker ? "1" : "0";
-    log(kInfo, operation, text(client, " ", c.number));
+    log(kInfo, operation, kHandle, " ", c.number);
     if (is("setAlad")) return setAlad(c.display, c.number != 0);
     if (is("exclusiveModeEnter")) return exclusiveModeEnter();
     return exclusiveModeExit();
@@ -165,8 +166,10 @@ std::string Service::call(const Call& c) {
 
 // --- Around the service ---
 
-bool Service::log(int32_t priority, const std::string& function, const std::string& message) {
-    add(simulator::LogLine{priority, "KovDisplayControlService", function, 0, message});
+template <typename... Parts>
+bool Service::log(int32_t priority, std::string_view function, const Parts&... parts) {
+    if (!platform::isLogged(priority)) return false;
+    add(simulator::LogLine{priority, "KovDisplayControlService", std::string(function), 0, text(parts...)});
     return false;
 }
 
@@ -232,7 +235,7 @@ const Calibration& Service::readCalibration() {
     size_t file = 0;
     if (panel == "dornel R7TK 35 02 0a hd+ video dsi panel\n") file = 1;
     if (panel == "dornel R7TK 43 03 0b hd+ video dsi panel\n") file = 2;
-    log(kDebug, "parser", std::string("panel xml ") + kCalibrationPaths[file]);
+    log(kDebug, "parser", "panel xml ", kCalibrationPaths[file]);
     const Calibration& calibration = phone.calibrations[file];
     if (calibration.kind == Kind::FILE && calibration.isWellFormed) return calibration;
     log(kError, "parser", calibration.kind == Kind::MISSING ? "access error!" : "xmlParseFile error!");
@@ -249,12 +252,10 @@ std::string Service::init() {
     if (numOfDisplay < 0) return log(kError, "init", "getNumOfDisplay error!"), "-2";
     infos.resize(phone.displays);
     for (uint64_t display = 0; display < phone.displays; ++display) {
-        const std::string number = text(display);
         const Reply reply = composer(*connected, {Operation::GET_DISPLAY_INFO, display});
-        if (reply.effect && reply.outcome.result != 0)
-            log(kError, "operator()", "getDisplayInfo " + number + " error!");
+        if (reply.effect && reply.outcome.result != 0) log(kError, "operator()", "getDisplayInfo ", display, " error!");
         const bool isKnown = reply.effect && reply.arrived();
-        infos[display] = isKnown ? "720 1600 60 \"simulated display " + number + "\"" : "0 0 0 \"\"";
+        infos[display] = isKnown ? text("720 1600 60 \"simulated display ", display, "\"") : "0 0 0 \"\"";
     }
     displays.resize(phone.displays);
     applyCalibration();
@@ -273,7 +274,7 @@ void Service::applyCalibration() {
         const int32_t maximum = saturated(run[0]);
         const int32_t minimum = saturated(run[1]);
         closed(ClosedFunction::SET_EYE_CARE_PARAMS_OLED, {maximum, minimum}, {run.begin() + 2, run.begin() + kEyeCare});
-        log(kDebug, "init", text("m:", maximum, " m:", minimum));
+        log(kDebug, "init", "m:", maximum, " m:", minimum);
     } else {
         log(kError, "init", "eye care init error");
     }
@@ -301,9 +302,9 @@ std::string Service::sendMatrices(uint64_t display, const Matrix& first, const M
 
 std::string Service::setTable(const Call& c) {
     const auto& t = *c.table;
-    log(kDebug, c.operation, text(kHandle));
-    log(kDebug, c.operation,
-        text("setGlobalGammaLut 96:", t[96], " 320:", t[320], " 1024:", t[1024], " 2048:", t[2048], " 3840:", t[3840]));
+    log(kDebug, c.operation, kHandle);
+    log(kDebug, c.operation, "setGlobalGammaLut 96:", t[96], " 320:", t[320], " 1024:", t[1024], " 2048:", t[2048],
+        " 3840:", t[3840]);
     const bool isGamma = c.operation == "setGlobalGammaLut";
     return sendTable(isGamma ? Operation::SET_GLOBAL_GAMMA_LUT : Operation::SET_GLOBAL_DE_GAMMA_LUT, c.display,
                      c.table);
@@ -317,7 +318,7 @@ std::string Service::sendTable(Operation operation, uint64_t display, const Tabl
 
 // Forwards a getter's Result and the values of what the composer holds; zeros if it delivers none.
 std::string Service::get(Operation operation, const Call& c, const ValuesOf& valuesOf) {
-    log(kDebug, c.operation, text(kHandle));
+    log(kDebug, c.operation, kHandle);
     simulator::DisplayState held;
     held.first.elements = held.last.elements = Matrix{};
     held.gamma.entries = held.deGamma.entries = std::array<float, kTable>{};
@@ -340,16 +341,16 @@ std::string Service::setLevel(uint64_t display, bool isUnlimited, int32_t level)
     const std::vector<float> values =
         isUnlimited ? closed(function, {level}, {1, 1, 1}, phone.gains, 0)
                     : closed(function, {level}, {1, 0, 0, 0, 1, 0, 0, 0, 1}, phone.coefficients, 0);
-    if (const int error = phone.resultOf(function); error != 0) log(kError, name, text("error ", error));
+    if (const int error = phone.resultOf(function); error != 0) log(kError, name, "error ", error);
     if (isUnlimited) {
         d->unlimitedLevel = level;
         for (const size_t i : {0U, 1U, 2U}) d->unlimited[4 * i] = values[i];
-        log(kDebug, name, text(level, "  ", threeFloats(values.data())));
+        log(kDebug, name, level, "  ", Three{values.data()});
     } else {
         d->eyeCareLevel = level;
         d->eyeCare = matrixOf(values.data());
-        log(kDebug, name, text("v:", level));
-        for (const size_t i : {0U, 3U, 6U}) log(kDebug, name, threeFloats(&values[i]));
+        log(kDebug, name, "v:", level);
+        for (const size_t i : {0U, 3U, 6U}) log(kDebug, name, Three{&values[i]});
     }
     sendMatrices(display, kIdentity, finalMatrix(displays[display]));
     return "OK";
@@ -385,14 +386,14 @@ std::vector<float> Service::calibrateWhitePoint() {
                 xy[i] = std::clamp<long long>(xy[i], INT32_MIN, INT32_MAX);
                 param[i] = static_cast<float>(static_cast<double>(xy[i]) * 0.001);
             }
-            log(kDebug, function, text(xy[0], " ", xy[1], " ", param[0], " ", param[1]));
+            log(kDebug, function, xy[0], " ", xy[1], " ", param[0], " ", param[1]);
         } else {
             log(kError, function, "format wpc error");
         }
     }
     add(simulator::ClosedCall{ClosedFunction::CONSTRUCT_ALGORITHM});
     param = closed(ClosedFunction::WHITE_POINT_CALIBRATE, {}, param, phone.whiteGains, 11);
-    log(kDebug, function, threeFloats(&param[11]));
+    log(kDebug, function, Three{&param[11]});
     return {param.begin() + 11, param.end()};
 }
 
@@ -407,14 +408,14 @@ std::string Service::setCabcSysNode(int32_t level) {
 
 std::string Service::setCabcMode(int32_t mode) {
     if (screenMode != kSmartEnvironment) return "0";
-    log(kDebug, "setCabcMode", text("enter ", mode));
+    log(kDebug, "setCabcMode", "enter ", mode);
     constexpr int32_t kLevels[] = {0, 1, 1, 2, 3};
     if (mode >= 0 && mode <= 4) return setCabcSysNode(kLevels[mode]);
     return log(kError, "setCabcMode", "invalid value"), "-5";
 }
 
 std::string Service::setFeature(uint64_t display, int32_t feature, int32_t value, int32_t value2) {
-    log(kDebug, "setFeature", text("u:", kHandle, " d:", display, " m:", feature, " v:", value, " c:", value2));
+    log(kDebug, "setFeature", "u:", kHandle, " d:", display, " m:", feature, " v:", value, " c:", value2);
     if (feature == 7) return setCabcMode(value);
     if (feature == 3 || feature == 23) return setLevel(display, feature == 23, value) == "OK" ? "0" : "-5";
     if (feature < 0 || feature > 2) return "-5";
@@ -496,7 +497,7 @@ void Service::takeSample() {
     auto sorted = w.samples;
     std::sort(sorted.begin(), sorted.end());
     w.mean = static_cast<int32_t>((int64_t{sorted[1]} + sorted[2] + sorted[3]) / 3);
-    add(simulator::LightSample{w.mean, lux});
+    if (platform::isLogged(kDebug)) add(simulator::LightSample{w.mean, lux});
     w.curve.fill(0);
     if (w.mean < 0) return;
     if (!w.isActive && w.mean > 8000) {

@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -86,7 +87,8 @@ private:
     };
     // Around the service.
     void add(const simulator::Event::What& event) { events.push_back(textOf(event)); }
-    bool log(int32_t priority, const std::string& function, const std::string& message);
+    template <typename... Parts>
+    bool log(int32_t priority, std::string_view function, const Parts&... parts);
     static Reply replyOf(Failure failure, bool isGetter, int32_t result);
     Reply composer(int life, ComposerCall call);
     Reply sensors(SensorOperation operation, std::vector<int64_t> arguments);

@@ -55,16 +55,19 @@ bool isSame(const Calibration& a, const Calibration& b) {
     return all(a) == all(b);
 }
 
-void put(const std::string& next, const std::string& last, const char* path, simulator::PhoneFiles& files) {
-    if (next == last) return;
+void put(const std::string& next, const char* path, simulator::PhoneFiles& files) {
     const Kind kind{next[0] - '0'};
     files.remove(path);
     if (kind == Kind::FILE) files.write(path, next.substr(1));
     if (kind == Kind::FOLDER) files.makeFolder(path);
 }
 
-void applyClosed(const Settings& next, simulator::ClosedLibraries& closed) {
+void applyClosed(const Settings& next, const Settings& last, simulator::ClosedLibraries& closed) {
     using Function = ClosedFunction;
+    const auto all = [](const Settings& s) {
+        return std::tie(s.gains, s.coefficients, s.whiteGains, s.curves, s.results);
+    };
+    if (all(next) == all(last)) return;
     const auto s = std::make_shared<const Settings>(next);
     closed.setParams = [s](int, int) { return s->resultOf(Function::SET_PARAMS); };
     closed.setEyeCareParamsOled = [s](auto&) { return s->resultOf(Function::SET_EYE_CARE_PARAMS_OLED); };
@@ -92,12 +95,12 @@ void applyServices(const Settings& next, const Settings& last, simulator::Phone&
         phone.stopComposer();
         phone.startComposer();
     }
-    phone.setComposerPresent(next.composer);
+    if (next.composer != last.composer) phone.setComposerPresent(next.composer);
     phone.composer().setDisplayCount(next.displays);
     phone.composer().recover();
     phone.composer().refuseWith(static_cast<simulator::Composer::Result>(kRefusal));
     for (const auto& [operation, failure] : next.composerFailures) phone.composer().fail(operation, failure);
-    phone.setSensorsPresent(next.sensors);
+    if (next.sensors != last.sensors) phone.setSensorsPresent(next.sensors);
     phone.sensors().setDelivering(false);
     phone.sensors().setWithoutQueue(!next.queue);
     phone.sensors().recover();
@@ -139,13 +142,17 @@ void Settings::writeCurve(int level, int32_t* curve) const {
 
 void apply(const Settings& next, const Settings& last, simulator::Phone& phone) {
     applyServices(next, last, phone);
-    applyClosed(next, phone.closed());
-    put(textOf(next.panel), textOf(last.panel), simulator::kPanelNameNode, phone.files());
-    put(textOf(next.whitePoint), textOf(last.whitePoint), simulator::kWhitePointNode, phone.files());
-    put(textOf(next.cabc), textOf(last.cabc), simulator::kCabcNode, phone.files());
+    applyClosed(next, last, phone.closed());
+    constexpr std::pair<Node Settings::*, const char*> kNodes[] = {{&Settings::panel, simulator::kPanelNameNode},
+                                                                   {&Settings::whitePoint, simulator::kWhitePointNode},
+                                                                   {&Settings::cabc, simulator::kCabcNode}};
+    for (const auto& [node, path] : kNodes) {
+        const bool isSame = (next.*node).kind == (last.*node).kind && (next.*node).text == (last.*node).text;
+        if (!isSame) put(textOf(next.*node), path, phone.files());
+    }
     for (size_t i = 0; i < kCalibrationPaths.size(); ++i) {
         if (isSame(next.calibrations[i], last.calibrations[i])) continue;
-        put(textOf(next.calibrations[i]), textOf(last.calibrations[i]), kCalibrationPaths[i], phone.files());
+        put(textOf(next.calibrations[i]), kCalibrationPaths[i], phone.files());
     }
 }
 
@@ -153,6 +160,8 @@ void apply(const Settings& first, simulator::Phone& phone) {
     Settings none = first;
     for (Node* const node : {&none.panel, &none.whitePoint, &none.cabc}) node->kind = Kind::MISSING;
     for (Calibration& calibration : none.calibrations) calibration.kind = Kind::MISSING;
+    for (bool Settings::*const each : {&Settings::composer, &Settings::sensors, &Settings::curves})
+        none.*each = !(first.*each);
     apply(first, none, phone);
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "calibration/ConfigXmlParser.h"
+#include "simulator/Colorimetry.h"
 
 namespace simulator {
 
@@ -46,9 +47,11 @@ struct CheckedCalibration {
 // Findings of one rule in one block that are listed; the others are one finding that counts them.
 constexpr size_t kMostFindings = 5;
 
+// driverWhite: the white that the panel's driver reports, which standard mode should bring to D65, if it is known.
 // Reads the file once, as the library does. Throws std::runtime_error if the file cannot be opened; a file that the
 // library refuses is a finding. One thread at a time: reading cleans up libxml2's global state.
-CheckedCalibration checkCalibration(const std::filesystem::path& file);
+CheckedCalibration checkCalibration(const std::filesystem::path& file,
+                                    const std::optional<Chromaticity>& driverWhite = {});
 
 struct CheckedFile {
     std::string name;
@@ -62,7 +65,7 @@ struct CheckedFiles {
     size_t unreadable = 0;
 };
 // Checks every file, those too that follow one that cannot be read.
-CheckedFiles checkFiles(const std::vector<std::string>& names);
+CheckedFiles checkFiles(const std::vector<std::string>& names, const std::optional<Chromaticity>& driverWhite = {});
 
 // "Gamma_Calib: value 113 is lower than the one before it; expected a table that does not fall".
 std::string sentenceOf(const Finding& finding);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/dcsim/AccuracyArguments.h"
 
+#include <cstdio>
 #include <stdexcept>
 
 namespace dcsim {
@@ -14,21 +15,29 @@ std::string isTarget(const std::string& word) {
 
 }  // namespace
 
+void addChromaticityOption(CLI::App& command, const std::string& name, std::optional<simulator::Chromaticity>& value,
+                           const std::string& description) {
+    const auto read = [name, &value](const std::string& text) {
+        simulator::Chromaticity xy{};
+        int length = -1;
+        if (sscanf(text.c_str(), "%lf,%lf%n", &xy.x, &xy.y, &length) != 2 || text.c_str()[length] != '\0')
+            throw CLI::ValidationError(name, "\"" + text + "\" is not a chromaticity; expected CIE X,Y");
+        value = xy;
+    };
+    command.add_option_function<std::string>(name, read, description)->type_name("X,Y");
+}
+
 void addTargetOptions(CLI::App& command, TargetArguments& arguments) {
     command.add_option("--target", arguments.target, "Primaries of the target: srgb (if not given) or display-p3")
         ->check(isTarget)
         ->type_name("TARGET");
-    command.add_option("--white", arguments.white, "White of the target, CIE xy; 0.3127,0.3290 (D65) if not given")
-        ->delimiter(',')
-        ->expected(2)
-        ->type_name("X,Y");
+    addChromaticityOption(command, "--white", arguments.white,
+                          "White of the target, CIE xy; 0.3127,0.3290 (D65) if not given");
 }
 
 simulator::Target targetOf(const TargetArguments& arguments) {
-    const auto& white = arguments.white;
-    const auto target =
-        simulator::makeTarget(simulator::primariesOf(arguments.target).value(),
-                              white.empty() ? simulator::kD65 : simulator::Chromaticity{white[0], white[1]});
+    const auto target = simulator::makeTarget(simulator::primariesOf(arguments.target).value(),
+                                              arguments.white.value_or(simulator::kD65));
     if (!target) throw std::runtime_error("--white: is outside the target's gamut; expected CIE x,y inside it");
     return *target;
 }

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,9 +14,13 @@
 
 namespace dcsim {
 
+// An option that takes X,Y.
+void addChromaticityOption(CLI::App& command, const std::string& name, std::optional<simulator::Chromaticity>& value,
+                           const std::string& description);
+
 struct TargetArguments {
     std::string target = "srgb";
-    std::vector<double> white;  // x, y; empty: D65
+    std::optional<simulator::Chromaticity> white;  // D65 if not given
 };
 
 // --target and --white.

@@ -4,8 +4,10 @@
 
 #include <iostream>
 #include <memory>
+#include <optional>
 
 #include "tools/check/Summary.h"
+#include "tools/dcsim/AccuracyArguments.h"
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Terminal.h"
 #include "tools/json/CheckJson.h"
@@ -20,6 +22,7 @@ using simulator::Finding;
 
 struct Options {
     std::vector<std::string> files;
+    std::optional<simulator::Chromaticity> driverWhite;
     bool json = false;
 };
 
@@ -54,7 +57,7 @@ void printFile(const std::string& file, const CheckedCalibration& checked) {
 }
 
 int run(const Options& options) {
-    const simulator::CheckedFiles all = simulator::checkFiles(options.files);
+    const simulator::CheckedFiles all = simulator::checkFiles(options.files, options.driverWhite);
     for (const simulator::CheckedFile& file : all.files) {
         if (!file.checked) {
             std::cerr << "dcsim: " << simulator::harmless(file.error) << "\n";
@@ -81,10 +84,13 @@ void addCheck(CLI::App& app, int& status) {
     CLI::App* const command =
         app.add_subcommand("check", "Says what the library makes of calibration files and what looks wrong in them");
     command->add_option("file", options->files, "Calibration files")->required();
+    addChromaticityOption(*command, "--driver-white", options->driverWhite,
+                          "White that the panel's driver reports, CIE xy: does standard mode bring it to D65?");
     command->add_flag("--json", options->json, "One JSON document instead of text");
     command->footer(
         "An error is what the library does not use, or uses otherwise than the text says; a warning is a value that\n"
-        "it uses and that the display will suffer from. Exit status: 0 no findings, 1 findings, 2 a file that cannot\n"
+        "it uses and that the display will suffer from. Findings about levels of eye care and colour temperature are\n"
+        "those of the simulated closed libraries. Exit status: 0 no findings, 1 findings, 2 a file that cannot\n"
         "be read.\n\nExample:\n  dcsim check data/phone/vendor/etc/*.xml");
     command->callback([options, &status] { status = run(*options); });
 }

@@ -66,11 +66,12 @@ void addReport(CLI::App& app, int& status) {
         ->type_name("FILE");
     command->add_option("--trace", options->trace, "Light trace, CSV lines of SECONDS,LUX, for a timeline")
         ->type_name("TRACE.csv");
-    command
-        ->add_option("--panel", options->panel,
-                     "Measurement of the panel without calibration, for the accuracy figures after the script")
-        ->type_name("PANEL.ti3");
+    auto* const panel =
+        command->add_option("--panel", options->panel,
+                            "Measurement of the panel without calibration, for the accuracy figures after the script");
+    panel->type_name("PANEL.ti3");
     addTargetOptions(*command, options->target);
+    for (const char* const option : {"--target", "--white"}) command->get_option(option)->needs(panel);
     command->add_option("-o", options->out, "Where the page goes: one HTML file that needs nothing else")
         ->type_name("FILE.html");
     command->add_flag("--json", options->json, "What the page shows, as one JSON document");

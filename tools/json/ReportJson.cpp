@@ -71,22 +71,10 @@ Json gammaTable(bool isComplete, const float* entries) {
     return isComplete ? valueToJson(std::vector<float>(entries, entries + ConfigXmlParser::kTable)) : Json();
 }
 
-Json toJson(const ChromaticitySection& section) {
-    return {{"spectralLocus", toJson(spectralCurve())},
-            {"planckianLocus", toJson(planckianCurve())},
-            {"d65", toJson(kD65)},
-            {"srgb", toJson(kSrgbPrimaries)},
-            {"panel", toJson(section.panel.primaries)},
-            {"nativeWhite", toJson(section.panel.white)},
-            {"assumptions", section.panel.assumptions},
-            {"whites", listOf(section.whites,
-                              [](const StageWhite& white) {
-                                  return Json{{"stage", white.stage},
-                                              {"xy", white.xy ? toJson(*white.xy) : Json()},
-                                              {"kelvin", white.kelvin ? Json(std::lround(*white.kelvin)) : Json()}};
-                              })},
-            {"unlimited", toJson(section.unlimited)},
-            {"eyeCare", toJson(section.eyeCare)}};
+Json toJson(const StageWhite& white) {
+    return {{"stage", white.stage},
+            {"xy", white.xy ? toJson(*white.xy) : Json()},
+            {"kelvin", white.kelvin ? Json(std::lround(*white.kelvin)) : Json()}};
 }
 
 Json toJson(const StageMatrix& stage) {
@@ -116,19 +104,8 @@ Json toJson(const CallRecord& record) {
     return json;
 }
 
-Json toJson(const LightSection& light) {
-    return {{"samples",
-             listOf(light.samples,
-                    [](const Decision& sample) {
-                        return Json{sample.time.count(), sample.lux, sample.mean, optionalToJson(sample.composerLevel)};
-                    })},
-            {"messages", listOf(light.messages,
-                                [](const CurveMessage& message) {
-                                    return Json{message.time.count(), optionalToJson(message.level)};
-                                })},
-            {"bright", implementation::kBrightLux},
-            {"dim", implementation::kDimLux},
-            {"name", light.name}};
+Json toJson(const CurveMessage& message) {
+    return {message.time.count(), optionalToJson(message.level)};
 }
 
 Json toJson(const Vec3& color) {
@@ -140,6 +117,30 @@ Json toJson(const AccuracyRow& row) {
 }
 
 constexpr auto kEachToJson = [](const auto& element) { return toJson(element); };
+
+Json toJson(const ChromaticitySection& section) {
+    return {{"spectralLocus", toJson(spectralCurve())},
+            {"planckianLocus", toJson(planckianCurve())},
+            {"d65", toJson(kD65)},
+            {"srgb", toJson(kSrgbPrimaries)},
+            {"panel", toJson(section.panel.primaries)},
+            {"assumptions", section.panel.assumptions},
+            {"whites", listOf(section.whites, kEachToJson)},
+            {"unlimited", toJson(section.unlimited)},
+            {"eyeCare", toJson(section.eyeCare)}};
+}
+
+Json toJson(const LightSection& light) {
+    return {{"samples",
+             listOf(light.samples,
+                    [](const Decision& sample) {
+                        return Json{sample.time.count(), sample.lux, sample.mean, optionalToJson(sample.composerLevel)};
+                    })},
+            {"messages", listOf(light.messages, kEachToJson)},
+            {"bright", implementation::kBrightLux},
+            {"dim", implementation::kDimLux},
+            {"name", light.name}};
+}
 
 // The figures, and what the page shows of them.
 Json toJson(const Accuracy& accuracy) {

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/json/StoredSession.h"
 
-#include <unistd.h>
-
 #include <cmath>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -123,17 +122,10 @@ Json readDump(const fs::path& file) {
 }
 
 void writeDump(const Json& dump, const fs::path& file) {
-    const fs::path fresh = file.string() + "." + std::to_string(getpid()) + ".tmp";
-    std::ofstream stream(fresh);
-    write(stream, dump, "");
-    stream << "\n";
-    stream.close();
-    std::error_code error;
-    if (stream) fs::rename(fresh, file, error);
-    if (stream && !error) return;
-    std::error_code ignored;
-    fs::remove(fresh, ignored);
-    throw std::runtime_error(file.string() + ": could not be written; expected a place for a stored session");
+    std::ostringstream text;
+    write(text, dump, "");
+    text << "\n";
+    replaceFile(file, text.str());
 }
 
 }  // namespace simulator

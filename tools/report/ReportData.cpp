@@ -21,7 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using implementation::kDefaultWhitePoint;
-using implementation::TMat33;
 
 constexpr const char* kOwnSession = R"(init
 setStandardMode 0          # the panel's calibration
@@ -39,9 +38,9 @@ setEyeCareCT 0 40
 
 constexpr Vec3 kWhite = {1, 1, 1};
 
-Mat3 toMat3(const TMat33<float>& matrix) {
+Mat3 toMat3(const float* elements) {
     Mat3 result{};
-    std::copy_n(matrix.data(), result.size(), result.begin());
+    std::copy_n(elements, result.size(), result.begin());
     return result;
 }
 
@@ -61,39 +60,43 @@ StageWhite stageWhite(const char* stage, const Mat3& toXyz, const Vec3& rgb) {
 }
 
 std::vector<StageWhite> stageWhites(const Mat3& toXyz, const ColorManager& colors) {
-    const Vec3 calibrated = multiply(toMat3(colors.wpcCtm), multiply(toMat3(colors.ccmCtm), kWhite));
-    const Vec3 unlimited = multiply(toMat3(colors.unlimitedCtm), calibrated);
+    const Vec3 calibrated = multiply(toMat3(colors.wpcCtm.data()), multiply(toMat3(colors.ccmCtm.data()), kWhite));
+    const Vec3 unlimited = multiply(toMat3(colors.unlimitedCtm.data()), calibrated);
     return {stageWhite("native panel", toXyz, kWhite),
             stageWhite("after colour correction and white point", toXyz, calibrated),
             stageWhite("after unlimited colour temperature", toXyz, unlimited),
-            stageWhite("after eye care", toXyz, multiply(toMat3(colors.eyeCareCtm), unlimited))};
+            stageWhite("after eye care", toXyz, multiply(toMat3(colors.eyeCareCtm.data()), unlimited))};
 }
 
 // White of the standard mode: the calibration's two matrices, the identity for one that the file does not give.
 Vec3 calibratedWhite(const ConfigXmlParser& record) {
     Vec3 white = kWhite;
-    const auto apply = [&white](const float* elements) {
-        Mat3 matrix{};
-        std::copy_n(elements, matrix.size(), matrix.begin());
-        white = multiply(matrix, white);
-    };
-    if (record.hasCtmCcm) apply(record.ctmCcm);
-    if (record.hasCtmWpc) apply(record.ctmWpc);
+    if (record.hasCtmCcm) white = multiply(toMat3(record.ctmCcm), white);
+    if (record.hasCtmWpc) white = multiply(toMat3(record.ctmWpc), white);
     return white;
+}
+
+// Where white goes over the levels of a control; empty if one of them has no matrix.
+template <typename MatrixOf>
+ColorCurve curveOver(int first, int last, const Vec3& white, const Mat3& toXyz, MatrixOf matrixOf) {
+    ColorCurve curve;
+    for (int level = first; level <= last; ++level) {
+        const std::optional<Mat3> matrix = matrixOf(level);
+        if (!matrix) return {};
+        if (const auto xy = shownColor(toXyz, multiply(*matrix, white))) curve.push_back({level, *xy});
+    }
+    return curve;
 }
 
 ColorCurve unlimitedCurve(const ConfigXmlParser& record, const Mat3& toXyz) {
     const EndPoints ends = record.hasUnlimitedCT ? EndPoints{record.unlimitedWarm, record.unlimitedCold}
                                                  : EndPoints{ColorManager::kDefaultWarm, ColorManager::kDefaultCold};
-    const Vec3 white = calibratedWhite(record);
-    ColorCurve curve;
-    for (int level = kUnlimitedWarmest; level <= kUnlimitedColdest; ++level) {
+    const auto matrixOf = [&ends](int level) -> std::optional<Mat3> {
         const auto gains = unlimitedGains(ends, level);
-        if (!gains) return {};
-        const Vec3 rgb = {(*gains)[0] * white[0], (*gains)[1] * white[1], (*gains)[2] * white[2]};
-        if (const auto xy = shownColor(toXyz, rgb)) curve.push_back({level, *xy});
-    }
-    return curve;
+        if (!gains) return std::nullopt;
+        return Mat3{(*gains)[0], 0, 0, 0, (*gains)[1], 0, 0, 0, (*gains)[2]};
+    };
+    return curveOver(kUnlimitedWarmest, kUnlimitedColdest, calibratedWhite(record), toXyz, matrixOf);
 }
 
 ColorCurve eyeCareCurve(const ConfigXmlParser& record, const Mat3& toXyz) {
@@ -101,14 +104,8 @@ ColorCurve eyeCareCurve(const ConfigXmlParser& record, const Mat3& toXyz) {
     const EyeCareParams params{{std::begin(record.eyeCareCoeffs), std::end(record.eyeCareCoeffs)},
                                platform::toInt32(record.eyeCareMaxCCT),
                                platform::toInt32(record.eyeCareMinCCT)};
-    const Vec3 white = calibratedWhite(record);
-    ColorCurve curve;
-    for (int level = kEyeCareWeakest; level <= kEyeCareStrongest; ++level) {
-        const auto matrix = eyeCareMatrix(params, level);
-        if (!matrix) return {};
-        if (const auto xy = shownColor(toXyz, multiply(*matrix, white))) curve.push_back({level, *xy});
-    }
-    return curve;
+    const auto matrixOf = [&params](int level) { return eyeCareMatrix(params, level); };
+    return curveOver(kEyeCareWeakest, kEyeCareStrongest, calibratedWhite(record), toXyz, matrixOf);
 }
 
 // The calibration file that the sample phone's panel has.
@@ -138,18 +135,10 @@ Accuracy accuracyAfter(const std::optional<ScriptFile>& script, const ReportInpu
 }  // namespace
 
 ColorCurve planckianCurve() {
-    struct Stretch {
-        int from, step;  // kelvin
-    };
-    constexpr int kEnd = static_cast<int>(kLocusMaxKelvin);
-    constexpr Stretch kStretches[] = {{2000, 100}, {4000, 250}, {10000, 2500}, {kEnd + 1, 0}};
-    ColorCurve curve;
-    const auto add = [&curve](int kelvin) { curve.push_back({kelvin, *planckianLocus(kelvin)}); };
-    add(static_cast<int>(kLocusMinKelvin));
-    for (size_t i = 0; i + 1 < std::size(kStretches); ++i) {
-        for (int kelvin = kStretches[i].from; kelvin < kStretches[i + 1].from; kelvin += kStretches[i].step)
-            add(kelvin);
-    }
+    constexpr int kFirst = static_cast<int>(kLocusMinKelvin);
+    ColorCurve curve = {{kFirst, *planckianLocus(kFirst)}};
+    for (int kelvin = 2000; kelvin <= kLocusMaxKelvin; kelvin += kelvin < 4000 ? 100 : kelvin < 10'000 ? 250 : 2500)
+        curve.push_back({kelvin, *planckianLocus(kelvin)});
     return curve;
 }
 

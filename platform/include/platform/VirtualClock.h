@@ -39,6 +39,9 @@ public:
     // Returns when every thread of this clock waits or has ended. No time passes.
     void settle();
 
+    // Whether a thread that this clock started has not ended.
+    bool hasThreads() PLATFORM_EXCLUDES(mutex);
+
 private:
     struct Waiter {
         Duration deadline;
