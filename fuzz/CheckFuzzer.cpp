@@ -7,7 +7,7 @@
 #include "fuzz/Require.h"
 #include "tests/TemporaryFolder.h"
 #include "tools/check/Document.h"
-#include "tools/check/Summary.h"
+#include "tools/json/CheckJson.h"
 
 namespace fuzz {
 

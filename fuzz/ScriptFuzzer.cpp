@@ -7,9 +7,9 @@
 #include "fuzz/Quiet.h"
 #include "fuzz/Require.h"
 #include "tests/TemporaryFolder.h"
+#include "tools/json/SessionJson.h"
 #include "tools/session/Completion.h"
 #include "tools/session/ScriptFile.h"
-#include "tools/session/SessionJson.h"
 
 namespace fuzz {
 
@@ -82,7 +82,7 @@ void runScript(const std::string& script) {
     complete(script);
     std::ostringstream events;
     {
-        simulator::Timeline timeline(events, simulator::Timeline::Format::JSON);
+        simulator::Timeline timeline(simulator::jsonWriter(events, /*all=*/true));
         simulator::Session session(optionsOn(kDesk), timeline);
         std::istringstream lines(script);
         for (std::string line; std::getline(lines, line);) {  // a wrong line keeps no other line from running

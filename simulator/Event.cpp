@@ -16,11 +16,6 @@ namespace simulator {
 
 namespace {
 
-template <typename E, size_t N>
-std::string_view nameOf(const std::array<std::string_view, N>& names, E enumerator) {
-    return names[static_cast<size_t>(enumerator)];
-}
-
 // FNV-1a, 32 bits, of the values' bytes.
 template <typename T>
 std::string digestOf(const T* values, size_t count) {

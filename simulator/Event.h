@@ -36,6 +36,12 @@ std::string tableDigest(const std::array<float, 4096>& table);
 // The entries by which people know a table.
 constexpr std::array<size_t, 5> kTableSamples = {96, 320, 1024, 2048, 3840};
 
+// The name of an enumerator, of a list in the enumerators' order.
+template <typename E, size_t N>
+std::string_view nameOf(const std::array<std::string_view, N>& names, E enumerator) {
+    return names[static_cast<size_t>(enumerator)];
+}
+
 // How a call of a service ended.
 struct Outcome {
     enum class Kind {

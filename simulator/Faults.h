@@ -6,6 +6,7 @@
 #include <platform/Mutex.h>
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <utility>
@@ -41,10 +42,18 @@ public:
         byOperation[operation] = failure;
         set = true;
     }
-    // No call fails any more.
+    // This happens to one call, of whatever operation: the number-th from now on, 1 for the next.
+    void failOnce(uint64_t number, Failure failure) PLATFORM_EXCLUDES(mutex) {
+        const platform::Lock lock(mutex);
+        byNumber[calls + number] = failure;
+        set = true;
+    }
+    // No call fails any more, and a later refusal answers what it does without refuseWith.
     void recover() PLATFORM_EXCLUDES(mutex) {
         const platform::Lock lock(mutex);
         byOperation.clear();
+        byNumber.clear();
+        refusal = defaultRefusal;
         set = false;
     }
     // What refused calls answer.
@@ -56,7 +65,7 @@ public:
     void onCall(std::function<void(Operation)> newHook) { hook = std::move(newHook); }
 
 protected:
-    explicit Faults(Result defaultRefusal) : refusal(defaultRefusal) {}
+    explicit Faults(Result usualRefusal) : defaultRefusal(usualRefusal), refusal(usualRefusal) {}
 
     // Invokes the hook for what is not a call.
     void announce(Operation operation) {
@@ -70,6 +79,7 @@ protected:
         const platform::Lock lock(mutex);
         Failure failure = Failure::NONE;
         if (const auto found = byOperation.find(operation); found != byOperation.end()) failure = found->second;
+        if (const auto found = byNumber.find(++calls); found != byNumber.end()) failure = found->second;
         return kind == CallKind::SETTER && failure == Failure::NO_CALLBACK ? Failure::NONE : failure;
     }
 
@@ -93,8 +103,11 @@ protected:
 
 private:
     std::atomic<bool> set{false};  // something may fail: without that a call costs nothing here
+    const Result defaultRefusal;
     mutable platform::Mutex mutex;
     std::map<Operation, Failure> byOperation PLATFORM_GUARDED_BY(mutex);
+    std::map<uint64_t, Failure> byNumber PLATFORM_GUARDED_BY(mutex);
+    uint64_t calls PLATFORM_GUARDED_BY(mutex) = 0;  // counted while something may fail
     Result refusal PLATFORM_GUARDED_BY(mutex);
     std::function<void(Operation)> hook;
 };

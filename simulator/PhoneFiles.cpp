@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <mutex>
+#include <set>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -25,6 +27,15 @@ using vendor::kov::hardware::display_control::V1_0::implementation::identifyPane
 
 void check(const std::error_code& error, const fs::path& file, const std::string& what, const std::string& expected) {
     if (error) fail(file, what + " (" + error.message() + "); expected " + expected);
+}
+
+struct TemporaryFolders {
+    std::mutex mutex;
+    std::set<fs::path> inUse;
+};
+TemporaryFolders& temporaryFolders() {
+    static TemporaryFolders folders;
+    return folders;
 }
 
 fs::path makeTemporaryFolder() {
@@ -51,6 +62,9 @@ std::string_view nodePath(std::string_view name) {
 PhoneFiles::PhoneFiles(fs::path root, bool isTemporary)
     : folder(std::move(root)), temporary(isTemporary), previousRoot(platform::devicePath("")) {
     platform::setDeviceRoot(folder.string());
+    if (!temporary) return;
+    const std::lock_guard<std::mutex> lock(temporaryFolders().mutex);
+    temporaryFolders().inUse.insert(folder);
 }
 
 PhoneFiles::PhoneFiles(PhoneFiles&& other) noexcept
@@ -62,7 +76,16 @@ PhoneFiles::~PhoneFiles() {
     if (folder.empty()) return;
     platform::setDeviceRoot(previousRoot);
     std::error_code ignored;
-    if (temporary) fs::remove_all(folder, ignored);
+    if (!temporary) return;
+    const std::lock_guard<std::mutex> lock(temporaryFolders().mutex);
+    temporaryFolders().inUse.erase(folder);
+    fs::remove_all(folder, ignored);
+}
+
+void PhoneFiles::removeTemporaryFolders() {
+    const std::lock_guard<std::mutex> lock(temporaryFolders().mutex);
+    std::error_code ignored;
+    for (const fs::path& folder : temporaryFolders().inUse) fs::remove_all(folder, ignored);
 }
 
 PhoneFiles PhoneFiles::copyOf(const fs::path& source) {

@@ -39,6 +39,8 @@ public:
     static PhoneFiles empty();
     // The folder itself.
     static PhoneFiles at(const std::filesystem::path& folder);
+    // Removes every temporary folder that is in use, from any thread: for a process that a signal ends.
+    static void removeTemporaryFolders();
 
     PhoneFiles(PhoneFiles&& other) noexcept;
     PhoneFiles& operator=(PhoneFiles&&) = delete;

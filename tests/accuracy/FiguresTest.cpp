@@ -12,6 +12,7 @@
 #include "tests/TemporaryFolder.h"
 #include "tests/accuracy/SyntheticPanel.h"
 #include "tools/accuracy/Limits.h"
+#include "tools/json/AccuracyJson.h"
 
 namespace simulator {
 namespace {
@@ -171,10 +172,10 @@ TEST(FiguresTest, TheShippedPanelKeepsItsFigures) {
         snprintf(value, sizeof value, " %.2f, ", verdict.value);
         lines.push_back(verdict.figure + value + (verdict.isKept ? "kept" : "broken"));
     }
-    EXPECT_THAT(lines, ElementsAre("white 1.25, kept", "grey chroma 0.89, kept", "gamma 0.15, broken",
-                                   "luminance falls 0.00, kept", "ColorChecker mean 1.41, broken",
-                                   "ColorChecker largest 2.27, kept", "coverage in xy 93.81, broken",
-                                   "coverage in u'v' 92.39, broken"));
+    EXPECT_THAT(lines, ElementsAre("white, dE2000 1.25, kept", "grey, largest dC 0.89, kept",
+                                   "gamma, largest error 0.15, broken", "luminance falls, of 256 codes 0.00, kept",
+                                   "ColorChecker, mean dE2000 1.41, broken", "ColorChecker, largest dE2000 2.27, kept",
+                                   "coverage in xy 93.81, broken", "coverage in u'v' 92.39, broken"));
 }
 
 TEST(LimitsTest, AFileReplacesWhatItNames) {

@@ -97,8 +97,8 @@ void applyServices(const Settings& next, const Settings& last, simulator::Phone&
     }
     if (next.composer != last.composer) phone.setComposerPresent(next.composer);
     phone.composer().setDisplayCount(next.displays);
-    phone.composer().refuseWith(static_cast<simulator::Composer::Result>(kRefusal));
     phone.composer().recover();
+    phone.composer().refuseWith(static_cast<simulator::Composer::Result>(kRefusal));
     for (const auto& [operation, failure] : next.composerFailures) phone.composer().fail(operation, failure);
     if (next.sensors != last.sensors) phone.setSensorsPresent(next.sensors);
     phone.sensors().setDelivering(false);

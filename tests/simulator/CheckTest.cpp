@@ -16,9 +16,7 @@
 
 #include "tests/TemporaryFolder.h"
 #include "tools/check/Rules.h"
-#include "tools/check/Summary.h"
-#include "tools/sample_data/CalibrationFile.h"
-#include "tools/sample_data/SamplePanels.h"
+#include "tools/json/CheckJson.h"
 
 namespace simulator {
 namespace {
@@ -77,6 +75,15 @@ Edit gammaWith(size_t index, double value) {
 // The usual table, stretched so that it is 1 for the last so many.
 Edit gammaClipped(size_t count) {
     return gamma([=](size_t i) { return std::min(1.0, usualGamma(i) / usualGamma(4096 - count)); });
+}
+
+// The cubics of the diagonal; the other coefficients are 0.
+Edit eyeCare(const std::vector<double>& red, const std::vector<double>& green, const std::vector<double>& blue) {
+    std::vector<double> coefficients(36);
+    std::copy(red.begin(), red.end(), coefficients.begin());
+    std::copy(green.begin(), green.end(), coefficients.begin() + 16);
+    std::copy(blue.begin(), blue.end(), coefficients.begin() + 32);
+    return fill("EyeCare", "<MaxCCT>6500</MaxCCT><MinCCT>2900</MinCCT>" + elements(coefficients));
 }
 
 Edit ends(const std::string& warm, const std::string& cold) {
@@ -191,6 +198,23 @@ const RuleCase kRuleCases[] = {
     {"matrix-negative", matrix("CTM_CCM", {1.25, -0.15, -0.09, 0, 1, 0, 0, 0, 1}),
      matrix("CTM_CCM", {1.26, -0.15, -0.11, 0, 1, 0, 0, 0, 1}),
      "CTM_CCM: has outputs down to -0.26, which clip to 0; expected none below -0.25"},
+    {"matrix-transposed", matrix("CTM_CCM", {1.06, -0.055, -0.005, -0.013, 1.017, -0.004, 0.002, -0.001, 0.999}),
+     matrix("CTM_CCM", {1.06, -0.013, 0.002, -0.055, 1.017, -0.001, -0.005, -0.004, 0.999}),
+     "CTM_CCM: has columns that keep white and rows that do not (the rows add up to 1.049, 0.961, 0.99), as if "
+     "transposed; expected the matrix by rows, each adding up to 1"},
+    {"driver-white", matrix("CTM_WPC", {1, 0, 0, 0, 0.946, 0, 0, 0, 0.853}),
+     matrix("CTM_WPC", {1, 0, 0, 0, 0.967, 0, 0, 0, 0.915}),
+     "CTM_WPC: brings the driver's white 0.301, 0.317 to 0.3073, 0.3237 in CIE xy; expected D65 (0.3127, 0.329) "
+     "within 0.005"},
+    {"unlimited-monotone", ends("FFFFEA", "FFFFFF"), ends("FFFFEA", "FFFFFE"),
+     "UnlimitedCT: has a cold end that is warmer than neutral (blue over red in linear light 0.991): white turns back "
+     "on the way; expected neutral between the ends"},
+    {"eye-care-neutral", eyeCare({1}, {1, -0.2}, {1.004, -0.5}), eyeCare({1}, {1, -0.2}, {0.99, -0.5}),
+     "EyeCare: is not neutral at level 0, where element 9 of its matrix is 0.99; expected 1 within 0.005, of the "
+     "identity"},
+    {"eye-care-monotone", eyeCare({1}, {1, -0.2}, {1, -0.8, 0.4}), eyeCare({1}, {1, -0.2}, {1, -0.8, 0.5}),
+     "EyeCare: gets colder again at level 85 (blue over red of white 0.681 after 0.68); expected a white that only "
+     "gets warmer"},
     {"warm-end", ends("FFFFFE", "FFFFFF"), ends("FFFFFF", "FFFFFF"),
      "UnlimitedCT: has a warm end that is not warmer than the cold one (blue over red in linear light 1 and 1); "
      "expected less blue at the warm end"},
@@ -212,12 +236,12 @@ const RuleCase kRuleCases[] = {
 class CheckTest : public ::testing::Test {
 protected:
     CheckedCalibration check(const std::string& text) const {
-        return checkCalibration(folder.write("calibration.xml", text));
+        return checkCalibration(folder.write("calibration.xml", text), driverWhite);
     }
 
     // What is found once a good calibration has been changed, all of it or one rule's.
     std::vector<std::string> found(const Edit& edit, const std::string& rule = "") const {
-        std::string xml = calibrationXml(kUnknownPanel);
+        std::string xml = readText(kShipped / "disp_calib_data_default.xml");
         edit(xml);
         std::vector<std::string> sentences;
         for (const Finding& finding : check(xml).findings) {
@@ -227,10 +251,12 @@ protected:
     }
 
     const tests::TemporaryFolder folder;
+    std::optional<Chromaticity> driverWhite;
 };
 
 TEST_F(CheckTest, EachRuleKnowsGoodFromBad) {
     for (const auto& [rule, good, bad, sentence] : kRuleCases) {
+        driverWhite = rule == std::string("driver-white") ? std::optional(Chromaticity{0.301, 0.317}) : std::nullopt;
         EXPECT_THAT(found(good), IsEmpty()) << rule;
         const std::vector<std::string> sentences = found(bad, rule);
         ASSERT_FALSE(sentences.empty()) << rule << ": " << sentence;
@@ -249,7 +275,7 @@ TEST_F(CheckTest, EveryRuleHasACase) {
 }
 
 TEST_F(CheckTest, AWreckedTableIsListedInPartAndCountedInWhole) {
-    std::string xml = calibrationXml(kUnknownPanel);
+    std::string xml = readText(kShipped / "disp_calib_data_default.xml");
     gamma([](size_t i) { return 1 - usualGamma(i); })(xml);
     std::vector<Finding> falls;
     for (const Finding& finding : check(xml).findings) {

@@ -90,6 +90,10 @@ protected:
     const fs::path file = folder / "picture.png";
 };
 
+TEST_F(PictureTest, TheShippedChartIsTheChart) {
+    EXPECT_TRUE(loadPng(DISPLAY_CONTROL_DATA_DIR "/chart.png").pixels == simulator::drawChart().pixels);
+}
+
 TEST_F(PictureTest, WhatIsSavedIsLoaded) {
     const Picture chart = simulator::drawChart();
     savePng(chart, file);

@@ -8,8 +8,8 @@
 #include <sstream>
 
 #include "tests/TemporaryFolder.h"
+#include "tools/json/SessionJson.h"
 #include "tools/session/Command.h"
-#include "tools/session/SessionJson.h"
 
 namespace simulator {
 namespace {
@@ -82,7 +82,7 @@ protected:
     const tests::TemporaryFolder folder;
     const std::filesystem::path out = folder.path() / "pictures";
     std::ostringstream stream;
-    Timeline timeline{stream, Timeline::Format::JSON};
+    Timeline timeline{jsonWriter(stream, /*all=*/true)};
     std::optional<Session> session;
     size_t number = 0;
 };
@@ -173,8 +173,8 @@ TEST_F(SessionTest, ASuppressedLogChangesNothingElse) {
         "\ngetGlobalGammaLut 0\ngetGlobalDeGammaLut 0\nsetGlobalGamma 0 0.5\nsetUnlimitedCT 0 50\nsetEyeCareCT 0 50\n"
         "setUnlimitedCT 0 1000\nsetEyeCareCT 0 -1000\nsetSmartEnvironmentMode 0\nsetCabcMode 0 3\nsetCabcMode 0 7\n"
         "setFeature 0 1 0 0\nsetStandardMode 0\nlight 20000\nsetAlad 0 1\nwait 3s\nsensor fail disable\nsetAlad 0 0\n"
-        "sensor fail service\nsetAlad 0 1\nsensor fail find\nsetAlad 0 1\nsensor fail queue\nsetAlad 0 1\n"
-        "sensor fail enable\nsetAlad 0 1\nexclusiveModeEnter 1\nexclusiveModeExit 1\n"
+        "sensor fail enable\nsetAlad 0 1\nsensor fail queue\nsetAlad 0 1\nsensor fail find\nsetAlad 0 1\n"
+        "sensor fail service\nsetAlad 0 1\nexclusiveModeEnter 1\nexclusiveModeExit 1\n"
         "whitepoint 313 329\nsetSmartEnvironmentMode 0\nremove whitepoint\nsetSmartEnvironmentMode 0\n"
         "remove cabc\nsetCabcSysNode 0 1\nremove panel\ninit\nremove calibration\ninit\nfreeUserHandle\n"
         "composer stop\ninit\n";
@@ -182,7 +182,7 @@ TEST_F(SessionTest, ASuppressedLogChangesNothingElse) {
     const auto play = [&](int32_t logPriority) {
         SessionOptions options;
         std::stringstream told;
-        Timeline events(told, Timeline::Format::JSON);
+        Timeline events(jsonWriter(told, /*all=*/true));
         session.reset();
         session.emplace(options, events);
         __android_log_set_minimum_priority(logPriority);
@@ -229,6 +229,29 @@ TEST_F(SessionTest, ThePhoneAroundTheServiceCanChange) {
     run("setEnhanceScreenMode 0");
     EXPECT_THAT(events("log").at(1)["message"].get<std::string>(), HasSubstr("open cabc node error"));
 
+    run("closed getUnlimitedCTParams -7");
+    run("setUnlimitedCT 0 10");
+    EXPECT_EQ(events("log").at(0)["message"], "error -7");
+    run("closed getUnlimitedCTParams");
+    run("setUnlimitedCT 0 10");
+    EXPECT_THAT(events("log").at(0)["message"].get<std::string>(), HasSubstr("10  0."));
+    run("folder whitepoint");
+    run("setSmartEnvironmentMode 0");
+    EXPECT_EQ(events("log").at(0)["message"], "read wpc node error");
+    run("write whitepoint x=296,\\x79=311");
+    run("setSmartEnvironmentMode 0");
+    EXPECT_THAT(events("log").at(0)["message"].get<std::string>(), HasSubstr("296 311"));
+    run("composer fail setColorTransformMatrix refused -3");
+    run("composer fail 2 unreached");
+    for (const char* const result : {"BAD_DISPLAY", "DEAD_OBJECT", "BAD_DISPLAY"}) {
+        run("setUnlimitedCT 0 10");
+        EXPECT_EQ(events("composer").at(0)["result"], result);
+    }
+    run("composer fail service");
+    run("init");
+    EXPECT_EQ(answer()["result"], -1);
+    run("composer start");
+    run("init");
     run("composer stop");
     run("setUnlimitedCT 0 10");
     EXPECT_EQ(events("composer")[0]["result"], "DEAD_OBJECT");
@@ -259,16 +282,16 @@ TEST_F(SessionTest, TimePassesOnlyWhereTheScriptWaits) {
     run("IsAladEnable 0");
     EXPECT_EQ(answer()["result"], 0);
 
-    for (const std::string step : {"service", "find", "queue", "enable"}) {
-        SCOPED_TRACE(step);
-        run("sensor fail " + step);
+    for (const std::string fault : {"sensor fail service", "sensor fail find", "sensor fail no-queue",
+                                    "sensor fail queue", "sensor fail enable", "sensor fail 3", "threads fail"}) {
+        SCOPED_TRACE(fault);
+        run(fault);
+        run("sensor stop");
         run("setAlad 0 1");
         EXPECT_EQ(answer()["result"], "FAILED");
+        run("sensor start");
+        run("threads start");
     }
-    run("sensor stop");
-    run("sensor fail service");
-    run("setAlad 0 1");
-    EXPECT_EQ(answer()["result"], "FAILED");
     run("sensor stop");
     run("sensor fail disable");
     run("setAlad 0 1");
@@ -312,7 +335,7 @@ TEST_F(SessionTest, ShowGivesAllThatADisplaysStateIsMadeOf) {
     const Json state = events("state")[0]["state"];
     const Json calibration = state["panel and calibration, as last read"];
     EXPECT_EQ(calibration["identified"], "known panel");
-    EXPECT_EQ(calibration["complete blocks"].size(), 7U);
+    EXPECT_EQ(calibration["complete blocks"].size(), 6U);
     EXPECT_EQ(state["screen mode"], "standard");
     const Json colors = state["display 0"]["service"];
     EXPECT_EQ(colors["eye-care level"], 50);
@@ -355,18 +378,11 @@ TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
         {"setUnlimitedCT 0 1 2",
          "setUnlimitedCT: too many arguments, from \"2\" on; "
          "expected setUnlimitedCT DISPLAY LEVEL"},
-        {"setUnlimitedCT 0 warm",
-         "setUnlimitedCT: \"warm\" is not a whole number; "
-         "expected LEVEL, a whole number from -2147483648 to 2147483647"},
+        {"setUnlimitedCT 0 warm", "setUnlimitedCT: \"warm\" is not a whole number; expected LEVEL, a whole number"},
         {"setUnlimitedCT 0 2147483648",
-         "setUnlimitedCT: \"2147483648\" is out of range; "
-         "expected LEVEL, a whole number from -2147483648 to 2147483647"},
-        {"getUnlimitedCT -1",
-         "getUnlimitedCT: \"-1\" is not a whole number; "
-         "expected DISPLAY, a whole number from 0 to 18446744073709551615"},
-        {"setGlobalGamma 0 1e99",
-         "setGlobalGamma: \"1e99\" is out of range; "
-         "expected EXPONENT, a number within single precision"},
+         "setUnlimitedCT: \"2147483648\" is out of range; expected LEVEL, a whole number"},
+        {"getUnlimitedCT -1", "getUnlimitedCT: \"-1\" is not a whole number; expected DISPLAY, a whole number from 0"},
+        {"setGlobalGamma 0 1e99", "setGlobalGamma: \"1e99\" is out of range; expected EXPONENT, a number"},
         {"displays 1025", "displays: \"1025\" is out of range; expected COUNT, a whole number from 0 to 1024"},
         {"wait 3",
          "wait: \"3\" has no unit: write 3s, without a space; expected DURATION, a duration up to 1000h such as 90s, "
@@ -374,11 +390,14 @@ TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
         {"wait 1001h",
          "wait: \"1001h\" is out of range; "
          "expected DURATION, a duration up to 1000h such as 90s, 20ms, 2.5min or 1h"},
-        {"sensor fail", "sensor fail: the step that fails is missing; expected it, and how it fails"},
-        {"composer stop getDisplayInfo", "composer stop: the call goes with fail alone; expected nothing more"},
-        {"composer halt",
-         "composer: \"halt\" is not one of stop, start, fail; expected composer stop|start|fail [CALL] "
-         "[refused|no-callback|unreached|answer-lost]"},
+        {"sensor fail", "sensor: what fails is missing; expected it after fail"},
+        {"sensor fail service refused", "sensor: service fails in one way only; expected nothing after it"},
+        {"sensor fail enable no-callback",
+         "sensor: enable has no callback; expected refused, unreached or answer-lost"},
+        {"composer fail 2 unreached -3", "composer: unreached takes no RESULT; expected refused, or no RESULT"},
+        {"composer stop getDisplayInfo", "composer: stop takes nothing more; expected composer stop"},
+        {"composer halt", "composer: \"halt\" is not known; expected STATE, one of stop, start, fail"},
+        {"composer fail getDisplays", "composer: \"getDisplays\" is not known; expected getDisplayInfo"},
         {"picture ../x",
          "picture: \"../x\" is not a name; "
          "expected NAME, a name of letters, digits, '.', '_' and '-'"},

@@ -13,9 +13,9 @@
 #include <functional>
 
 #include "tests/TemporaryFolder.h"
+#include "tools/json/StoredSession.h"
 #include "tools/session/Completion.h"
 #include "tools/session/Help.h"
-#include "tools/session/SessionDump.h"
 
 namespace simulator {
 namespace {
@@ -81,7 +81,7 @@ TEST_F(ToolsTest, CompletesWhatMayStandThere) {
 
 Json dumpOfFile(const std::string& name) {
     ScriptFile script(name);
-    return dumpOf(script, {});
+    return toJson(dumpOf(script, {}));
 }
 
 TEST_F(ToolsTest, TheDemosSessionIsTheStoredOne) {
@@ -139,6 +139,10 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
     const std::string other = file("other.script", "init\nwait 2h\n");
     const std::string broken = file("broken.script", "init\n\nshw\nwait 1s\nlight\n");
     const std::string fresh = (folder / "fresh.json").string();
+    const std::string panel = "accuracy --panel " + kData + "/panels/cool.ti3";
+    const std::string loose = file("loose.json", R"({"white": 9, "greyChroma": 9, "gamma": 9, "colorCheckerMean": 9,
+                                                     "colorCheckerLargest": 9, "coverage": 50})");
+    const std::string driven = (folder / "driven.ti1").string();
     const struct {
         std::string arguments;
         int status;
@@ -174,6 +178,21 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
          "composer  setAladParams 0 on, levels 11 to 59 in 49 messages, 20 ms apart\n"},
         {"run " + script + " --all --out " + folder.string(), 0, "composer  setAladParams 0 on 14: level 40 -> OK\n"},
         {"check --json /nowhere\xFF", 2, "\"file\": \"/nowhere\xEF\xBF\xBD\""},
+        {"check --driver-white 0.1,0.8 " + kData + "/phone/vendor/etc/disp_calib_data_default.xml", 1,
+         "has a triangle of primaries that the driver's white is outside of"},
+        {panel, 1, "\nwhite, dE2000  "},
+        {panel + " --json", 1, "\"pass\": false"},
+        {panel + " --limits " + loose, 0, "\nAll 8 limits are kept\n"},
+        {panel + " --white 0.6,0.6 " + other, 2,
+         "dcsim: --white: is outside the target's gamut; expected CIE x,y inside it"},
+        {panel + " --white 0.6,", 2, "--white: \"0.6,\" is not a chromaticity; expected CIE X,Y"},
+        {panel + " --target rec709", 2, "\"rec709\" is not a target; expected srgb or display-p3"},
+        {panel + " --calibration /nowhere", 2, "dcsim: /nowhere: does not exist; expected a calibration file"},
+        {panel + " --measured " + kData + "/panels/cool.ti3", 2, "white was not measured"},
+        {"patches -o " + driven, 0, driven + ": 66 patches\n"},
+        {"patches " + driven + " " + other + " -o " + driven, 0, driven + ": 66 patches\n"},
+        {"patches " + driven + " " + broken + " -o " + driven, 2, "unknown command"},
+        {"patches " + other + " -o " + folder.string(), 2, folder.string() + ": is not a regular file; expected"},
         {"bogus", 2, "unknown command \"bogus\"; expected one of check, run, "},
         {"", 2, "a command is missing; expected one of check, run, "},
     };

@@ -9,6 +9,11 @@
 
 namespace simulator {
 
+// Which colours they have.
+constexpr const char* kChartData =
+    "L*a*b* (D50) published in 2005 for charts made before November 2014, adapted to the target's white by linear "
+    "Bradford";
+
 struct ChartPatch {
     std::string_view name;
     Vec3 rgb;          // coded, 0 to 1: the colour that shows the patch on the target

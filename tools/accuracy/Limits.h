@@ -2,7 +2,6 @@
 // What the figures must keep to.
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -19,12 +18,8 @@ struct Limits {
     double coverage = 98;              // percent, at least
 };
 
-// The defaults, replaced by those that a JSON file gives: an object with members named as above. Throws
-// std::runtime_error, "FILE: what is wrong; what was expected".
-Limits readLimits(const std::filesystem::path& file);
-
 struct Verdict {
-    std::string figure;
+    std::string figure;  // with its unit, as it is shown
     double value;
     double limit;
     bool isLeast;  // the value must be at least the limit, otherwise at most

@@ -50,6 +50,8 @@ struct Table {
     std::vector<std::string> fields;       // one for each cell of a row
     std::string sheetType;                 // first word of the file
     std::optional<std::string> luminance;  // property LUMINANCE_XYZ_CDM2
+    std::string instrument;                // property TARGET_INSTRUMENT, otherwise ORIGINATOR
+    std::string date;                      // property CREATED
 };
 
 [[noreturn]] void fail(const fs::path& file, const std::string& what) {
@@ -122,8 +124,13 @@ void parseHeader(const fs::path& file, Table& table) {
     char** names = nullptr;
     const int fields = cmsIT8EnumDataFormat(it8.get(), &names);
     for (int i = 0; i < fields; ++i) table.fields.emplace_back(names[i] != nullptr ? names[i] : "");
-    const char* const luminance = cmsIT8GetProperty(it8.get(), "LUMINANCE_XYZ_CDM2");
-    if (luminance != nullptr) table.luminance = luminance;
+    const auto property = [&it8](const char* name) {
+        const char* const text = cmsIT8GetProperty(it8.get(), name);
+        return text != nullptr ? std::optional<std::string>(text) : std::nullopt;
+    };
+    table.luminance = property("LUMINANCE_XYZ_CDM2");
+    table.instrument = property("TARGET_INSTRUMENT").value_or(property("ORIGINATOR").value_or(""));
+    table.date = property("CREATED").value_or("");
 }
 
 // type: the first word of the file; expected: the content of such files, for messages.
@@ -217,7 +224,7 @@ Measurement readMeasurement(const fs::path& file) {
     const Table table = readTable(file, "CTI3", "a measurement from RGB to XYZ");
     const std::vector<Patch> patches = patchesOf(file, table);
     const std::vector<Vec3> xyz = vectorsOf(file, table, {"XYZ_X", "XYZ_Y", "XYZ_Z"}, kSmallestXyz, kLargestXyz, 1);
-    Measurement measurement{{}, candelasOf(file, table)};
+    Measurement measurement{{}, candelasOf(file, table), table.instrument, table.date};
     for (size_t i = 0; i < patches.size(); ++i) measurement.patches.push_back({patches[i], xyz[i]});
     return measurement;
 }

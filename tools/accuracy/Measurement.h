@@ -23,6 +23,8 @@ struct MeasuredPatch : Patch {
 struct Measurement {
     std::vector<MeasuredPatch> patches;
     std::optional<double> candelas;  // cd/m2 per unit of Y, if the file states it
+    std::string instrument = {};     // or the program, where the file names no instrument; empty if it names none
+    std::string date = {};           // as the file states it; empty if it does not
 };
 
 // The functions below throw std::runtime_error, "FILE:LINE: what is wrong; what was expected", the line where there is

@@ -2,6 +2,7 @@
 #include "tools/accuracy/Shown.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <utility>
 
@@ -11,8 +12,6 @@
 namespace simulator {
 
 namespace {
-
-constexpr Vec3 kFullWhite = grey(kGreys - 1);
 
 std::map<std::string, Vec3> xyzById(const std::vector<MeasuredPatch>& patches) {
     std::map<std::string, Vec3> byId;
@@ -59,6 +58,18 @@ std::vector<Patch> standardPatches(const Target& target) {
 std::vector<Patch> drivenPatches(const DisplayState& state, std::vector<Patch> patches) {
     for (Patch& patch : patches) patch.rgb = driveLevels(state, patch.rgb);
     return patches;
+}
+
+double driveDifference(const std::vector<Patch>& driven, const Measurement& measured) {
+    std::map<std::string, Vec3> levels;
+    for (const Patch& patch : driven) levels[patch.id] = patch.rgb;
+    double largest = 0;
+    for (const MeasuredPatch& patch : measured.patches) {
+        const auto found = levels.find(patch.id);
+        if (found == levels.end()) continue;
+        for (size_t i = 0; i < 3; ++i) largest = std::max(largest, std::abs(patch.rgb[i] - found->second[i]));
+    }
+    return largest;
 }
 
 ColorErrors compare(const std::vector<MeasuredPatch>& a, const std::vector<MeasuredPatch>& b, const Vec3& white) {

@@ -33,6 +33,8 @@ constexpr Vec3 grey(size_t i) {
     return {level, level, level};
 }
 
+constexpr Vec3 kFullWhite = grey(kGreys - 1);
+
 // XYZ for a coded colour, in the unit of the native panel's measurement; nothing for a colour that was not measured.
 using Shown = std::function<std::optional<Vec3>(const Vec3& rgb)>;
 
@@ -53,6 +55,9 @@ std::vector<Patch> standardPatches(const Target& target);
 
 // What drives the panel for each patch.
 std::vector<Patch> drivenPatches(const DisplayState& state, std::vector<Patch> patches);
+
+// The largest difference between the levels that patches are to be driven with and those that were measured.
+double driveDifference(const std::vector<Patch>& driven, const Measurement& measured);
 
 // Delta E 2000 of two measurements of the same patches, matched by SAMPLE_ID, relative to that white. Values are
 // compared as they are. Patches of only one of them are left out.

@@ -2,8 +2,20 @@
 #include "tools/accuracy/Target.h"
 
 #include <cmath>
+#include <utility>
 
 namespace simulator {
+
+namespace {
+
+constexpr std::pair<std::string_view, Primaries> kNamedPrimaries[] = {{"srgb", kSrgbPrimaries},
+                                                                      {"display-p3", kDisplayP3Primaries}};
+
+bool isSame(const Chromaticity& a, const Chromaticity& b) {
+    return a.x == b.x && a.y == b.y;
+}
+
+}  // namespace
 
 std::optional<Target> makeTarget(const Primaries& primaries, const Chromaticity& white) {
     auto toXyz = rgbToXyz(primaries, white);
@@ -15,9 +27,18 @@ std::optional<Target> makeTarget(const Primaries& primaries, const Chromaticity&
 }
 
 std::optional<Primaries> primariesOf(std::string_view name) {
-    if (name == "srgb") return kSrgbPrimaries;
-    if (name == "display-p3") return kDisplayP3Primaries;
+    for (const auto& [known, primaries] : kNamedPrimaries) {
+        if (name == known) return primaries;
+    }
     return std::nullopt;
+}
+
+std::string_view nameOf(const Primaries& primaries) {
+    const auto& [red, green, blue] = primaries;
+    for (const auto& [name, known] : kNamedPrimaries) {
+        if (isSame(red, known.red) && isSame(green, known.green) && isSame(blue, known.blue)) return name;
+    }
+    return "other primaries";
 }
 
 Vec3 whiteOf(const Target& target) {

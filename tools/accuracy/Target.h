@@ -31,6 +31,9 @@ std::optional<Target> makeTarget(const Primaries& primaries, const Chromaticity&
 // The primaries of "srgb" and "display-p3"; nothing for another name.
 std::optional<Primaries> primariesOf(std::string_view name);
 
+// The name of the primaries that are one of these; otherwise "other primaries".
+std::string_view nameOf(const Primaries& primaries);
+
 Vec3 whiteOf(const Target& target);
 Vec3 xyzOf(const Target& target, const Vec3& rgb);
 

@@ -75,14 +75,30 @@ std::string numberText(double value, int digits) {
     return text;
 }
 
-CheckedCalibration checkCalibration(const fs::path& file) {
+CheckedCalibration checkCalibration(const fs::path& file, const std::optional<Chromaticity>& driverWhite) {
     requireFile(file, "a calibration file");
     if (!fs::is_regular_file(file))
         throw std::runtime_error(file.string() + ": is not a regular file; expected a calibration file");
     auto record = std::make_unique<ConfigXmlParser>();
     const Document document = readDocument(file, *record);
-    std::vector<Finding> findings = look({document, *record});
+    std::vector<Finding> findings = look({document, *record, driverWhite});
     return {std::move(record), std::move(findings), countBlocks(document)};
+}
+
+CheckedFiles checkFiles(const std::vector<std::string>& names, const std::optional<Chromaticity>& driverWhite) {
+    CheckedFiles all;
+    for (const std::string& name : names) {
+        try {
+            all.files.push_back({name, checkCalibration(name, driverWhite)});
+            const std::vector<Finding>& findings = all.files.back().checked->findings;
+            all.errors += countOf(findings, Finding::Severity::ERROR);
+            all.warnings += countOf(findings, Finding::Severity::WARNING);
+        } catch (const std::exception& error) {
+            all.files.push_back({name, std::nullopt, error.what()});
+            ++all.unreadable;
+        }
+    }
+    return all;
 }
 
 std::string sentenceOf(const Finding& finding) {

@@ -7,10 +7,10 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "calibration/ConfigXmlParser.h"
+#include "simulator/Colorimetry.h"
 
 namespace simulator {
 
@@ -47,9 +47,25 @@ struct CheckedCalibration {
 // Findings of one rule in one block that are listed; the others are one finding that counts them.
 constexpr size_t kMostFindings = 5;
 
+// driverWhite: the white that the panel's driver reports, which standard mode should bring to D65, if it is known.
 // Reads the file once, as the library does. Throws std::runtime_error if the file cannot be opened; a file that the
 // library refuses is a finding. One thread at a time: reading cleans up libxml2's global state.
-CheckedCalibration checkCalibration(const std::filesystem::path& file);
+CheckedCalibration checkCalibration(const std::filesystem::path& file,
+                                    const std::optional<Chromaticity>& driverWhite = {});
+
+struct CheckedFile {
+    std::string name;
+    std::optional<CheckedCalibration> checked;  // nothing if the file cannot be read
+    std::string error = {};                     // why not
+};
+struct CheckedFiles {
+    std::vector<CheckedFile> files;
+    size_t errors = 0;  // of all files, as countOf counts them
+    size_t warnings = 0;
+    size_t unreadable = 0;
+};
+// Checks every file, those too that follow one that cannot be read.
+CheckedFiles checkFiles(const std::vector<std::string>& names, const std::optional<Chromaticity>& driverWhite = {});
 
 // "Gamma_Calib: value 113 is lower than the one before it; expected a table that does not fall".
 std::string sentenceOf(const Finding& finding);

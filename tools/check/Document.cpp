@@ -8,14 +8,14 @@
 #include <fstream>
 #include <utility>
 
+#include "tools/text/Text.h"
+
 namespace simulator {
 
 using vendor::kov::hardware::display_control::V1_0::implementation::loadCalibration;
 using vendor::kov::hardware::display_control::V1_0::implementation::readBlocks;
 
 namespace {
-
-constexpr std::string_view kWhiteSpace = " \t\r\n";
 
 std::string textOf(const xmlChar* text) {
     return text == nullptr ? "" : reinterpret_cast<const char*>(text);
@@ -29,7 +29,7 @@ bool isElement(const xmlNode& node) {
 bool isStrayText(const xmlNode& node) {
     if (node.type == XML_ENTITY_REF_NODE) return true;
     if (node.type != XML_TEXT_NODE && node.type != XML_CDATA_SECTION_NODE) return false;
-    return node.content != nullptr && textOf(node.content).find_first_not_of(kWhiteSpace) != std::string::npos;
+    return node.content != nullptr && !trimmed(textOf(node.content)).empty();
 }
 
 std::optional<std::string> plainText(const xmlNode& element) {

@@ -15,6 +15,7 @@ namespace simulator {
 struct Subject {
     const Document& document;
     const ConfigXmlParser& record;
+    std::optional<Chromaticity> driverWhite;
 };
 
 class Notes;

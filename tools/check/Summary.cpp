@@ -97,34 +97,6 @@ Summary summaryOf(const CheckedCalibration& checked) {
     return summary;
 }
 
-Json toJson(const Summary& summary) {
-    Json blocks = Json::array();
-    for (const BlockSummary& block : summary.blocks) {
-        Json content = block.complete ? Json::object() : Json();
-        for (const auto& [name, value] : block.content) content[name] = valueToJson(value);
-        blocks.push_back({{"name", block.count.block->name},
-                          {"line", block.count.line},
-                          {"values", block.count.values},
-                          {"needed", block.count.block->elements},
-                          {"complete", block.complete},
-                          {"use", block.use},
-                          {"content", content}});
-    }
-    return {{"gammaTableSent", summary.gammaTableSent ? Json(*summary.gammaTableSent) : Json()}, {"blocks", blocks}};
-}
-
-Json toJson(const Finding& finding) {
-    Json json = {{"severity", finding.severity == Finding::Severity::ERROR ? "error" : "warning"},
-                 {"line", finding.line},
-                 {"block", finding.block},
-                 {"value", finding.value ? Json(*finding.value) : Json()},
-                 {"rule", finding.rule},
-                 {"what", finding.what},
-                 {"expected", finding.expected}};
-    if (finding.more > 0) json["more"] = finding.more;
-    return json;
-}
-
 std::string textOf(const Summary& summary) {
     const auto& blocks = summary.blocks;
     const bool nothing = std::all_of(blocks.begin(), blocks.end(), [](const auto& b) { return b.count.line == 0; });

@@ -9,7 +9,6 @@
 
 #include "simulator/Event.h"
 #include "tools/check/Check.h"
-#include "tools/json/Json.h"
 
 namespace simulator {
 
@@ -29,8 +28,5 @@ Summary summaryOf(const CheckedCalibration& checked);
 
 // A line a block, each indented by two; just one line when the file has none.
 std::string textOf(const Summary& summary);
-
-Json toJson(const Summary& summary);
-Json toJson(const Finding& finding);
 
 }  // namespace simulator

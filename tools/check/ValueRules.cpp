@@ -2,12 +2,15 @@
 // What is unlikely about the values of a calibration: the library uses them as they are.
 //
 // A code is an 8-bit step of the panel's input, 1/255.
+#include <platform/Numbers.h>
+
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
 
 #include "color/ColorManager.h"
 #include "simulator/Colorimetry.h"
+#include "simulator/closed/EyeCare.h"
 #include "tools/check/Rules.h"
 
 namespace simulator {
@@ -182,7 +185,56 @@ void matrixNegative(const Subject& subject, Notes& notes) {
     });
 }
 
-// Colour temperatures and primaries.
+// A colour correction maps the white of the pictures to the panel's, 1, 1, 1: its rows add up to 1, or to one another
+// when it is scaled. When the columns do that and the rows do not, the matrix is written by columns. Of a white-point
+// matrix, and of a colour correction that moves white, nothing can be said.
+void matrixTransposed(const Subject& subject, Notes& notes) {
+    constexpr double kSame = 0.004;  // of the mean sum
+    inBlocks(subject, {&ConfigXmlParser::hasCtmCcm}, [&](const CalibrationBlock& form, const float* elements) {
+        if (!isFinite(elements)) return;
+        const Mat3 m = matrixOf(elements);
+        const auto spread = [](const Vec3& sums) {
+            const auto [least, most] = std::minmax_element(sums.begin(), sums.end());
+            return (*most - *least) / std::abs((sums[0] + sums[1] + sums[2]) / 3);
+        };
+        const Vec3 rows = {m[0] + m[1] + m[2], m[3] + m[4] + m[5], m[6] + m[7] + m[8]};
+        const Vec3 columns = {m[0] + m[3] + m[6], m[1] + m[4] + m[7], m[2] + m[5] + m[8]};
+        if (!(spread(columns) <= kSame && spread(rows) > 2 * kSame)) return;
+        notes.addBlock(subject, form,
+                       "has columns that keep white and rows that do not (the rows add up to " +
+                           numberText(rows[0], 4) + ", " + numberText(rows[1], 4) + ", " + numberText(rows[2], 4) +
+                           "), as if transposed",
+                       "the matrix by rows, each adding up to 1");
+    });
+}
+
+// The white that standard mode shows on a panel with the primaries of WPCParam and the driver's white.
+void driverWhite(const Subject& subject, Notes& notes) {
+    constexpr double kFarthest = 0.005;  // about delta E 2000 of 2
+    const ConfigXmlParser& record = subject.record;
+    if (!subject.driverWhite || !record.hasCtmWpc || !record.hasWpcParam) return;
+    const float* const p = record.wpcParam;
+    const auto panel = rgbToXyz({{p[0], p[3]}, {p[1], p[4]}, {p[2], p[5]}}, *subject.driverWhite);
+    if (!panel)
+        return notes.addBlock(subject, blockOf(&ConfigXmlParser::hasWpcParam),
+                              "has a triangle of primaries that the driver's white is outside of",
+                              "white inside the triangle");
+    Vec3 white = {1, 1, 1};
+    if (record.hasCtmCcm) white = multiply(matrixOf(record.ctmCcm), white);
+    white = multiply(matrixOf(record.ctmWpc), white);
+    if (!std::all_of(white.begin(), white.end(), [](double gain) { return gain > 0; })) return;
+    const Vec3 xyz = multiply(*panel, white);
+    const double sum = xyz[0] + xyz[1] + xyz[2];
+    const Chromaticity shown = {xyz[0] / sum, xyz[1] / sum};
+    if (std::hypot(shown.x - kD65.x, shown.y - kD65.y) <= kFarthest) return;
+    notes.addBlock(subject, blockOf(&ConfigXmlParser::hasCtmWpc),
+                   "brings the driver's white " + numberText(subject.driverWhite->x, 4) + ", " +
+                       numberText(subject.driverWhite->y, 4) + " to " + numberText(shown.x, 4) + ", " +
+                       numberText(shown.y, 4) + " in CIE xy",
+                   "D65 (0.3127, 0.329) within " + numberText(kFarthest));
+}
+
+// Colour temperatures and primaries. What levels do is what the simulated closed libraries make of the values.
 
 bool isColor(int32_t color) {
     return color > 0 && color <= 0xFFFFFF;
@@ -204,6 +256,66 @@ void unlimitedEnds(const Subject& subject, Notes& notes) {
                    "has a warm end that is not warmer than the cold one (blue over red in linear light " +
                        numberText(warm, 3) + " and " + numberText(cold, 3) + ")",
                    "less blue at the warm end");
+}
+
+// Gains of white go straight from 1 to each end, so they are monotone if neutral is between the ends.
+void unlimitedMonotone(const Subject& subject, Notes& notes) {
+    const ConfigXmlParser& record = subject.record;
+    if (!record.hasUnlimitedCT || !isColor(record.unlimitedWarm) || !isColor(record.unlimitedCold)) return;
+    const double warm = blueness(record.unlimitedWarm);
+    const double cold = blueness(record.unlimitedCold);
+    if (warm >= cold || (warm <= 1 && cold >= 1)) return;
+    notes.addBlock(subject, blockOf(&ConfigXmlParser::hasUnlimitedCT),
+                   std::string(warm > 1 ? "has a warm end that is colder" : "has a cold end that is warmer") +
+                       " than neutral (blue over red in linear light " + numberText(warm > 1 ? warm : cold, 3) +
+                       "): white turns back on the way",
+                   "neutral between the ends");
+}
+
+template <typename Look>
+void inEyeCare(const Subject& subject, Look look) {
+    const ConfigXmlParser& record = subject.record;
+    if (!record.hasEyeCare) return;
+    const EyeCareParams params = {{std::begin(record.eyeCareCoeffs), std::end(record.eyeCareCoeffs)},
+                                  platform::toInt32(record.eyeCareMaxCCT),
+                                  platform::toInt32(record.eyeCareMinCCT)};
+    if (checkEyeCareParams(params) == 0) look(params);
+}
+
+void eyeCareNeutral(const Subject& subject, Notes& notes) {
+    constexpr double kFarthest = 0.005;
+    inEyeCare(subject, [&](const EyeCareParams& params) {
+        const Mat3 matrix = *eyeCareMatrix(params, kEyeCareWeakest);
+        for (size_t i = 0; i < matrix.size(); ++i) {
+            const double neutral = i % 4 == 0 ? 1 : 0;
+            if (std::abs(matrix[i] - neutral) <= kFarthest) continue;
+            return notes.addBlock(subject, blockOf(&ConfigXmlParser::hasEyeCare),
+                                  "is not neutral at level 0, where element " + std::to_string(i + 1) +
+                                      " of its matrix is " + numberText(matrix[i], 4),
+                                  numberText(neutral) + " within " + numberText(kFarthest) + ", of the identity");
+        }
+    });
+}
+
+void eyeCareMonotone(const Subject& subject, Notes& notes) {
+    constexpr double kRounding = 1e-3;
+    inEyeCare(subject, [&](const EyeCareParams& params) {
+        const auto bluenessAt = [&params](int level) {
+            const Vec3 white = multiply(*eyeCareMatrix(params, level), Vec3{1, 1, 1});
+            return white[2] / white[0];
+        };
+        double warmest = bluenessAt(kEyeCareWeakest);
+        for (int level = kEyeCareWeakest + 1; level <= kEyeCareStrongest; ++level) {
+            const double blue = bluenessAt(level);
+            if (blue > warmest + kRounding)
+                return notes.addBlock(subject, blockOf(&ConfigXmlParser::hasEyeCare),
+                                      "gets colder again at level " + std::to_string(level) +
+                                          " (blue over red of white " + numberText(blue, 3) + " after " +
+                                          numberText(warmest, 3) + ")",
+                                      "a white that only gets warmer");
+            warmest = std::min(warmest, blue);
+        }
+    });
 }
 
 void eyeCareRange(const Subject& subject, Notes& notes) {
@@ -256,7 +368,12 @@ std::vector<Rule> valueRules() {
         {"matrix-white", kWarning, matrixWhite},
         {"matrix-large", kWarning, matrixLarge},
         {"matrix-negative", kWarning, matrixNegative},
+        {"matrix-transposed", kWarning, matrixTransposed},
+        {"driver-white", kWarning, driverWhite},
         {"warm-end", kWarning, unlimitedEnds},
+        {"unlimited-monotone", kWarning, unlimitedMonotone},
+        {"eye-care-neutral", kWarning, eyeCareNeutral},
+        {"eye-care-monotone", kWarning, eyeCareMonotone},
         {"temperature-range", kWarning, eyeCareRange},
         {"primaries", kWarning, primaries},
     };

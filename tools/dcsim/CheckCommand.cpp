@@ -4,10 +4,13 @@
 
 #include <iostream>
 #include <memory>
+#include <optional>
 
 #include "tools/check/Summary.h"
+#include "tools/dcsim/AccuracyArguments.h"
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Terminal.h"
+#include "tools/json/CheckJson.h"
 #include "tools/text/Text.h"
 
 namespace dcsim {
@@ -16,25 +19,15 @@ namespace {
 
 using simulator::CheckedCalibration;
 using simulator::Finding;
-using simulator::Json;
 
 struct Options {
     std::vector<std::string> files;
+    std::optional<simulator::Chromaticity> driverWhite;
     bool json = false;
 };
 
-struct Counts {
-    size_t errors = 0;
-    size_t warnings = 0;
-    size_t unreadable = 0;  // files
-};
-
-constexpr const char* kRed = "\033[31m";
-constexpr const char* kYellow = "\033[33m";
-constexpr const char* kBold = "\033[1m";
-
 std::string colored(const char* color, const std::string& text) {
-    return useColor(STDOUT_FILENO) ? color + text + "\033[0m" : text;
+    return useColor(STDOUT_FILENO) ? simulator::colored(color, text) : text;
 }
 
 // "1 error", "2 errors".
@@ -46,7 +39,8 @@ void printFindings(const std::string& file, const std::vector<Finding>& findings
     const size_t count = countOf(findings, severity);
     if (count == 0) return;
     const bool isError = severity == Finding::Severity::ERROR;
-    std::cout << colored(isError ? kRed : kYellow, counted(count, isError ? "error" : "warning")) << "\n";
+    std::cout << colored(isError ? simulator::kRed : simulator::kYellow, counted(count, isError ? "error" : "warning"))
+              << "\n";
     for (const Finding& finding : findings) {
         if (finding.severity != severity) continue;
         std::cout << simulator::harmless(file) << ":" << (finding.line > 0 ? std::to_string(finding.line) + ":" : "")
@@ -55,56 +49,32 @@ void printFindings(const std::string& file, const std::vector<Finding>& findings
 }
 
 void printFile(const std::string& file, const CheckedCalibration& checked) {
-    std::cout << colored(kBold, simulator::harmless(file)) << "\n" << simulator::textOf(simulator::summaryOf(checked));
+    std::cout << colored(simulator::kBold, simulator::harmless(file)) << "\n"
+              << simulator::textOf(simulator::summaryOf(checked));
     printFindings(file, checked.findings, Finding::Severity::ERROR);
     printFindings(file, checked.findings, Finding::Severity::WARNING);
     std::cout << "\n";
 }
 
-Json toJson(const std::string& file, const CheckedCalibration& checked) {
-    Json findings = Json::array();
-    for (const Finding& finding : checked.findings) findings.push_back(simulator::toJson(finding));
-    return {{"file", file},
-            {"summary", simulator::toJson(simulator::summaryOf(checked))},
-            {"findings", findings},
-            {"errors", countOf(checked.findings, Finding::Severity::ERROR)},
-            {"warnings", countOf(checked.findings, Finding::Severity::WARNING)}};
-}
-
-// A file that cannot be read does not keep the others from being checked.
-Json checkFile(const std::string& file, bool json, Counts& counts) {
-    try {
-        const CheckedCalibration checked = simulator::checkCalibration(file);
-        counts.errors += countOf(checked.findings, Finding::Severity::ERROR);
-        counts.warnings += countOf(checked.findings, Finding::Severity::WARNING);
-        if (json) return toJson(file, checked);
-        printFile(file, checked);
-    } catch (const std::exception& error) {
-        std::cerr << "dcsim: " << simulator::harmless(error.what()) << "\n";
-        ++counts.unreadable;
-        if (json) return {{"file", file}, {"unreadable", error.what()}};
-    }
-    return {};
-}
-
 int run(const Options& options) {
-    Counts counts;
-    Json files = Json::array();
-    for (const std::string& file : options.files) files.push_back(checkFile(file, options.json, counts));
+    const simulator::CheckedFiles all = simulator::checkFiles(options.files, options.driverWhite);
+    for (const simulator::CheckedFile& file : all.files) {
+        if (!file.checked) {
+            std::cerr << "dcsim: " << simulator::harmless(file.error) << "\n";
+        } else if (!options.json) {
+            printFile(file.name, *file.checked);
+        }
+    }
     if (options.json) {
-        const Json all = {{"files", files},
-                          {"errors", counts.errors},
-                          {"warnings", counts.warnings},
-                          {"unreadable", counts.unreadable}};
-        std::cout << simulator::lineOf(all, 2) << "\n";
+        std::cout << simulator::lineOf(simulator::toJson(all), 2) << "\n";
     } else {
-        std::cout << counted(options.files.size(), "file") << ": " << counted(counts.errors, "error") << ", "
-                  << counted(counts.warnings, "warning");
-        if (counts.unreadable > 0) std::cout << ", " << counts.unreadable << " could not be read";
+        std::cout << counted(all.files.size(), "file") << ": " << counted(all.errors, "error") << ", "
+                  << counted(all.warnings, "warning");
+        if (all.unreadable > 0) std::cout << ", " << all.unreadable << " could not be read";
         std::cout << "\n";
     }
-    if (counts.unreadable > 0) return kWrongUse;
-    return counts.errors + counts.warnings > 0 ? kFindings : kAllWell;
+    if (all.unreadable > 0) return kWrongUse;
+    return all.errors + all.warnings > 0 ? kFindings : kAllWell;
 }
 
 }  // namespace
@@ -114,10 +84,13 @@ void addCheck(CLI::App& app, int& status) {
     CLI::App* const command =
         app.add_subcommand("check", "Says what the library makes of calibration files and what looks wrong in them");
     command->add_option("file", options->files, "Calibration files")->required();
+    addChromaticityOption(*command, "--driver-white", options->driverWhite,
+                          "White that the panel's driver reports, CIE xy: does standard mode bring it to D65?");
     command->add_flag("--json", options->json, "One JSON document instead of text");
     command->footer(
         "An error is what the library does not use, or uses otherwise than the text says; a warning is a value that\n"
-        "it uses and that the display will suffer from. Exit status: 0 no findings, 1 findings, 2 a file that cannot\n"
+        "it uses and that the display will suffer from. Findings about levels of eye care and colour temperature are\n"
+        "those of the simulated closed libraries. Exit status: 0 no findings, 1 findings, 2 a file that cannot\n"
         "be read.\n\nExample:\n  dcsim check data/phone/vendor/etc/*.xml");
     command->callback([options, &status] { status = run(*options); });
 }

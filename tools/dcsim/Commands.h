@@ -13,7 +13,11 @@ constexpr int kWrongUse = 2;  // also for input that cannot be read
 
 // A command sets status when it runs. What it throws is a std::exception whose text says what is wrong and what was
 // expected, and means kWrongUse; a simulator::ScriptError says the script and the line too.
+void addAccuracy(CLI::App& app, int& status);
+void addCalibrate(CLI::App& app, int& status);
 void addCheck(CLI::App& app, int& status);
+void addDiff(CLI::App& app, int& status);
+void addPatches(CLI::App& app, int& status);
 void addReplay(CLI::App& app, int& status);
 void addReport(CLI::App& app, int& status);
 void addRun(CLI::App& app, int& status);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // dcsim replay: recorded light on the simulated phone.
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -8,8 +7,7 @@
 
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Progress.h"
-#include "tools/json/Json.h"
-#include "tools/light/Replay.h"
+#include "tools/json/LightJson.h"
 #include "tools/text/Text.h"
 
 namespace dcsim {
@@ -17,8 +15,7 @@ namespace dcsim {
 namespace {
 
 using simulator::Decision;
-using simulator::Json;
-using simulator::alad::CurveAction;
+using simulator::ReplaySummary;
 
 struct Options {
     std::string trace;
@@ -29,23 +26,6 @@ struct Options {
 double secondsOf(std::chrono::milliseconds time) {
     return std::chrono::duration<double>(time).count();
 }
-
-// What has been seen of a whole trace.
-struct Summary {
-    size_t samples = 0;
-    size_t activations = 0;
-    size_t deactivations = 0;
-    size_t messages = 0;
-    int32_t highestLevel = 0;
-
-    void add(const Decision& decision) {
-        ++samples;
-        if (decision.action == CurveAction::ACTIVATE) ++activations;
-        if (decision.action == CurveAction::DEACTIVATE) ++deactivations;
-        messages += decision.messages.size();
-        for (const auto& message : decision.messages) highestLevel = std::max(highestLevel, message.level.value_or(0));
-    }
-};
 
 // One row a sample.
 class TimelineFile {
@@ -81,28 +61,6 @@ private:
     std::ofstream stream;
 };
 
-Json messagesToJson(const Decision& decision) {
-    Json messages = Json::array();
-    for (const auto& message : decision.messages) {
-        messages.push_back({{"ms", message.time.count()}, {"level", message.level ? Json(*message.level) : Json()}});
-    }
-    return messages;
-}
-
-Json toJson(const Decision& decision) {
-    const auto level = [](const std::optional<int32_t>& value) { return value ? Json(*value) : Json(); };
-    return {{"event", "decision"},
-            {"ms", decision.time.count()},
-            {"lux", decision.lux},
-            {"ring", decision.ring},
-            {"mean", decision.mean},
-            {"reason", decision.reason()},
-            {"on", decision.composerLevel.has_value()},
-            {"targetLevel", level(decision.targetLevel)},
-            {"composerLevel", level(decision.composerLevel)},
-            {"messages", messagesToJson(decision)}};
-}
-
 // "levels 10 to 41, 32 messages in 0.640 s".
 std::string messagesText(const Decision& decision) {
     const auto& messages = decision.messages;
@@ -124,28 +82,17 @@ void printText(const Decision& decision) {
     std::cout << "\n" << std::string(12, ' ') << messagesText(decision) << "\n";
 }
 
-void printSummary(const Summary& summary, const TimelineFile& timeline, bool json) {
-    if (json) {
-        const Json event = {{"event", "summary"},
-                            {"samples", summary.samples},
-                            {"activations", summary.activations},
-                            {"deactivations", summary.deactivations},
-                            {"messages", summary.messages},
-                            {"highestLevel", summary.highestLevel},
-                            {"timeline", timeline.name.string()}};
-        std::cout << simulator::lineOf(event) << "\n";
-        return;
-    }
+void printSummary(const ReplaySummary& summary, const std::string& timeline) {
     std::cout << "\n"
               << summary.samples << " samples; on " << summary.activations << " times, off " << summary.deactivations
               << " times; " << summary.messages << " messages, highest level " << summary.highestLevel
-              << "\nEvery sample is in " << simulator::harmless(timeline.name.string()) << "\n";
+              << "\nEvery sample is in " << simulator::harmless(timeline) << "\n";
 }
 
 int run(const Options& options) {
     const simulator::LightTrace trace = simulator::readLightTrace(options.trace);
     TimelineFile timeline(options.out, options.trace);
-    Summary summary;
+    ReplaySummary summary;
     Progress progress("replaying");
     simulator::replay(trace, [&](const Decision& decision) {
         summary.add(decision);
@@ -159,7 +106,12 @@ int run(const Options& options) {
         }
     });
     timeline.finish();
-    printSummary(summary, timeline, options.json);
+    const std::string file = timeline.name.string();
+    if (options.json) {
+        std::cout << simulator::lineOf(toJson(summary, file)) << "\n";
+    } else {
+        printSummary(summary, file);
+    }
     return kAllWell;
 }
 

@@ -4,10 +4,11 @@
 #include <iostream>
 #include <memory>
 
+#include "tools/dcsim/AccuracyArguments.h"
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Progress.h"
+#include "tools/json/ReportJson.h"
 #include "tools/report/Page.h"
-#include "tools/report/ReportData.h"
 #include "tools/text/Text.h"
 
 namespace dcsim {
@@ -18,6 +19,8 @@ struct Options {
     std::string script;
     std::string calibration;
     std::string trace;
+    std::string panel;
+    TargetArguments target;
     std::string out;
     bool json = false;
 };
@@ -35,18 +38,21 @@ void write(const std::string& file, const std::string& page) {
 int run(const Options& options) {
     if (options.out.empty() && !options.json)
         throw std::runtime_error("report: nowhere to put the report; expected -o FILE, --json or both");
+    std::optional<simulator::PanelInput> panel;
+    if (!options.panel.empty()) panel = {options.panel, targetOf(options.target)};
     Progress progress("replaying");
     const simulator::Report report =
-        simulator::gatherReport({given(options.script), given(options.calibration), given(options.trace),
+        simulator::gatherReport({given(options.script), given(options.calibration), given(options.trace), panel,
                                  [&progress](double share) { progress.show(share); }});
     progress.wipe();
-    if (!options.out.empty()) write(options.out, simulator::renderPage(report.data));
+    const std::string json = simulator::lineOf(toJson(report));
+    if (!options.out.empty()) write(options.out, simulator::renderPage(json));
     if (options.json) {
-        std::cout << simulator::embeddable(report.data) << "\n";
+        std::cout << json << "\n";
     } else {
         std::cout << "The report is in " << simulator::harmless(options.out) << "\n";
     }
-    return report.findings == 0 ? kAllWell : kFindings;
+    return report.calibration.findings.empty() ? kAllWell : kFindings;
 }
 
 }  // namespace
@@ -60,12 +66,20 @@ void addReport(CLI::App& app, int& status) {
         ->type_name("FILE");
     command->add_option("--trace", options->trace, "Light trace, CSV lines of SECONDS,LUX, for a timeline")
         ->type_name("TRACE.csv");
+    auto* const panel =
+        command->add_option("--panel", options->panel,
+                            "Measurement of the panel without calibration, for the accuracy figures after the script");
+    panel->type_name("PANEL.ti3");
+    addTargetOptions(*command, options->target);
+    for (const char* const option : {"--target", "--white"}) command->get_option(option)->needs(panel);
     command->add_option("-o", options->out, "Where the page goes: one HTML file that needs nothing else")
         ->type_name("FILE.html");
     command->add_flag("--json", options->json, "What the page shows, as one JSON document");
     command->footer(
-        "The status is 1 when the calibration has findings; the page shows them.\n\nExample:\n"
-        "  dcsim report --calibration panel.xml --trace data/traces/tunnel.csv -o report.html");
+        "The status is 1 when the calibration has findings; the page shows them. Limits of the accuracy figures do "
+        "not\n"
+        "change it, see dcsim accuracy.\n\nExample:\n"
+        "  dcsim report --calibration panel.xml --panel data/panels/cool.ti3 -o report.html");
     command->callback([options, &status] { status = run(*options); });
 }
 

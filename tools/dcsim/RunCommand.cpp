@@ -9,7 +9,6 @@
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Progress.h"
 #include "tools/dcsim/SessionArguments.h"
-#include "tools/dcsim/Terminal.h"
 #include "tools/session/Command.h"
 #include "tools/session/ScriptFile.h"
 
@@ -17,16 +16,13 @@ namespace dcsim {
 
 namespace {
 
-using simulator::Timeline;
-
 struct Options : SessionArguments {
     std::string script;
 };
 
 int run(const Options& options) {
     const simulator::ScriptFile script(options.script);
-    Timeline timeline(std::cout, options.json ? Timeline::Format::JSON : Timeline::Format::TEXT,
-                      {useColor(STDOUT_FILENO), true, options.all});
+    simulator::Timeline timeline(writerOf(options, /*commands=*/true));
     simulator::SessionOptions session = seenSession(options);
     Progress progress("waiting");
     if (isatty(STDOUT_FILENO) == 0) showWaits(session, progress);  // no bar among the events

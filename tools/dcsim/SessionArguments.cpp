@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/dcsim/SessionArguments.h"
 
+#include <unistd.h>
+
 #include <chrono>
+#include <iostream>
 #include <map>
 
 #include "tools/dcsim/Progress.h"
+#include "tools/dcsim/Terminal.h"
+#include "tools/json/SessionJson.h"
 #include "tools/session/DataFolder.h"
 
 namespace dcsim {
@@ -60,6 +65,11 @@ simulator::SessionOptions seenSession(const SessionArguments& arguments) {
     session.out = arguments.out.empty() ? "." : arguments.out;
     session.logPriority = kLogLevels.at(arguments.log);
     return session;
+}
+
+simulator::Timeline::Sink writerOf(const SessionArguments& arguments, bool commands) {
+    if (arguments.json) return simulator::jsonWriter(std::cout, arguments.all);
+    return simulator::textWriter(std::cout, {useColor(STDOUT_FILENO), commands, arguments.all});
 }
 
 void showWaits(simulator::SessionOptions& session, Progress& progress) {

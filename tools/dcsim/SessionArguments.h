@@ -32,6 +32,9 @@ simulator::SessionOptions unseenSession(const SessionArguments& arguments);
 // Throws std::runtime_error when the picture cannot be read.
 simulator::SessionOptions seenSession(const SessionArguments& arguments);
 
+// Writes a session's events to standard output as text, with the script's lines or without, or as JSON.
+simulator::Timeline::Sink writerOf(const SessionArguments& arguments, bool commands);
+
 // What the session does while it waits: it draws the bar, which outlives it.
 void showWaits(simulator::SessionOptions& session, Progress& progress);
 

@@ -2,7 +2,6 @@
 // dcsim shell: the script language at a prompt.
 #include <unistd.h>
 
-#include <csignal>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -10,6 +9,7 @@
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/LineEditor.h"
 #include "tools/dcsim/SessionArguments.h"
+#include "tools/dcsim/Signals.h"
 #include "tools/dcsim/Terminal.h"
 #include "tools/session/Completion.h"
 #include "tools/session/Help.h"
@@ -22,16 +22,6 @@ namespace {
 
 using simulator::Argument;
 using simulator::Command;
-using simulator::Timeline;
-
-volatile std::sig_atomic_t interrupted = 0;
-
-void catchInterrupts() {
-    struct sigaction action {};
-    action.sa_handler = [](int) { interrupted = 1; };
-    action.sa_flags = SA_RESTART;
-    sigaction(SIGINT, &action, nullptr);
-}
 
 // The commands of the script language, and below them the shell's own, which no session runs.
 std::vector<Command> shellTable() {
@@ -47,13 +37,11 @@ std::vector<Command> shellTable() {
 class Shell {
 public:
     Shell(const SessionArguments& arguments, bool atTerminal)
-        : timeline(std::cout, arguments.json ? Timeline::Format::JSON : Timeline::Format::TEXT,
-                   {useColor(STDOUT_FILENO), !atTerminal, arguments.all}),
-          session(optionsOf(arguments), timeline) {}
+        : timeline(writerOf(arguments, /*commands=*/!atTerminal)), session(optionsOf(arguments), timeline) {}
 
     // Carries out a line. Throws std::runtime_error when it is wrong.
     void step(std::string_view line, size_t number) {
-        interrupted = 0;
+        clearInterrupt();
         const simulator::ParsedLine parsed = simulator::parseLine(line, table);
         if (parsed.command == nullptr || parsed.command->run != nullptr) return session.run(line, number);
         if (parsed.command->name != "help") {
@@ -76,20 +64,20 @@ public:
 private:
     static simulator::SessionOptions optionsOf(const SessionArguments& arguments) {
         simulator::SessionOptions options = seenSession(arguments);
-        options.goOnWaiting = [](auto, auto) { return interrupted == 0; };
+        options.goOnWaiting = [](auto, auto) { return !isInterrupted(); };
         return options;
     }
 
     const std::vector<Command> table = shellTable();
     bool left = false;
-    Timeline timeline;
+    simulator::Timeline timeline;
     simulator::Session session;
 };
 
 int runAtTerminal(const SessionArguments& arguments) {
     Shell shell(arguments, /*atTerminal=*/true);
     LineEditor editor([&shell](std::string_view line) { return shell.completionsOf(line); });
-    const bool colored = useColor(STDERR_FILENO);
+    const bool color = useColor(STDERR_FILENO);
     std::cout << "A simulated phone; help lists the commands, quit leaves.\n" << std::flush;
     for (size_t number = 1; std::cout && !shell.hasLeft(); ++number) {
         const auto line = editor.next();
@@ -97,8 +85,8 @@ int runAtTerminal(const SessionArguments& arguments) {
         try {
             shell.step(*line, number);
         } catch (const std::runtime_error& error) {
-            std::cerr << (colored ? "\x1b[31m" : "") << simulator::harmless(error.what()) << (colored ? "\x1b[0m" : "")
-                      << "\n";
+            const std::string text = simulator::harmless(error.what());
+            std::cerr << (color ? simulator::colored(simulator::kRed, text) : text) << "\n";
         }
     }
     return kAllWell;
@@ -132,7 +120,7 @@ int runPlain(const SessionArguments& arguments) {
 }
 
 int shell(const SessionArguments& arguments) {
-    catchInterrupts();
+    keepInterrupts();
     const bool atTerminal = isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
     return atTerminal ? runAtTerminal(arguments) : runPlain(arguments);
 }

@@ -13,8 +13,6 @@ namespace dcsim {
 
 namespace {
 
-using simulator::Timeline;
-
 struct Options : SessionArguments {
     std::string script;
 };
@@ -25,15 +23,14 @@ int show(const Options& options) {
     Progress progress("waiting");
     simulator::SessionOptions unseen = unseenSession(options);
     showWaits(unseen, progress);
-    Timeline silence([](const simulator::SessionEvent&) {});
+    simulator::Timeline silence([](const simulator::SessionEvent&) {});
     simulator::Session session(std::move(unseen), silence);
     if (script) {
         script->run(session, std::cout);
     } else {
         session.run("init", 1);
     }
-    Timeline output(std::cout, options.json ? Timeline::Format::JSON : Timeline::Format::TEXT);
-    output.report({session.phone().clock().now(), session.state()});
+    writerOf(options, /*commands=*/false)({session.phone().clock().now(), session.state()});
     return kAllWell;
 }
 

@@ -8,7 +8,7 @@
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Progress.h"
 #include "tools/dcsim/SessionArguments.h"
-#include "tools/session/SessionDump.h"
+#include "tools/json/StoredSession.h"
 #include "tools/text/Text.h"
 
 namespace dcsim {
@@ -17,6 +17,7 @@ namespace {
 
 using simulator::Difference;
 using simulator::Json;
+using simulator::SessionDump;
 
 struct Options : SessionArguments {
     std::string script;
@@ -31,38 +32,32 @@ std::string textOf(const std::optional<Json>& value) {
 }
 
 // "composer call 12 of 30, setColorTransformMatrix, at 0.020 s".
-std::string placeOf(size_t number, const Json& calls) {
+std::string placeOf(size_t number, const std::vector<SessionDump::Call>& calls) {
     const std::string place = "composer call " + std::to_string(number) + " of " + std::to_string(calls.size());
     if (number > calls.size()) return place + ": it did not come";
-    const Json& call = calls[number - 1];
+    const auto& [ms, call] = calls[number - 1];
     char time[32];
-    snprintf(time, sizeof time, "%.3f", call.at("ms").get<double>() / 1000);
-    return place + ", " + call.at("call").get<std::string>() + ", at " + time + " s";
+    snprintf(time, sizeof time, ", at %.3f s", static_cast<double>(ms) / 1000);
+    return place + ", " + std::string(nameOf(simulator::kComposerOperations, call.operation)) + time;
 }
 
-void printDifference(const Options& options, const Difference& difference, const Json& got) {
-    const auto& number = difference.call;
-    if (!options.json) {
-        std::cout << simulator::harmless(options.script + ": the session is not the one in " + options.expected)
-                  << "\n  " << (number ? placeOf(*number, got["calls"]) : "state at the end") << "\n  "
-                  << difference.path << "\n  expected  " << textOf(difference.expected) << "\n  got       "
-                  << textOf(difference.got) << "\n";
+void printDifference(const Options& options, const Difference& difference, const SessionDump& got) {
+    if (options.json) {
+        std::cout << simulator::lineOf(toJson(difference, got)) << "\n";
         return;
     }
-    Json event = {{"event", "difference"}, {"path", difference.path}};
-    if (number) event["call"] = *number;
-    if (number && *number <= got["calls"].size()) event["operation"] = got["calls"][*number - 1].at("call");
-    if (difference.expected) event["expected"] = *difference.expected;
-    if (difference.got) event["got"] = *difference.got;
-    std::cout << simulator::lineOf(event) << "\n";
+    std::cout << simulator::harmless(options.script + ": the session is not the one in " + options.expected) << "\n  "
+              << (difference.call ? placeOf(*difference.call, got.calls) : "state at the end") << "\n  "
+              << difference.path << "\n  expected  " << textOf(difference.expected) << "\n  got       "
+              << textOf(difference.got) << "\n";
 }
 
-void printDone(const Options& options, const char* event, const std::string& text, const Json& dump) {
-    const size_t calls = dump["calls"].size();
+void printDone(const Options& options, const char* event, const std::string& text, const SessionDump& dump) {
     if (options.json) {
-        std::cout << simulator::lineOf({{"event", event}, {"calls", calls}}) << "\n";
+        std::cout << simulator::lineOf(verdictToJson(event, dump)) << "\n";
     } else {
-        std::cout << simulator::harmless(text) << ": " << calls << " composer calls and the state at the end\n";
+        std::cout << simulator::harmless(text) << ": " << dump.calls.size()
+                  << " composer calls and the state at the end\n";
     }
 }
 
@@ -74,13 +69,13 @@ int verify(const Options& options) {
     Progress progress("waiting");
     simulator::SessionOptions session = unseenSession(options);
     showWaits(session, progress);
-    const Json got = simulator::dumpOf(script, std::move(session));
+    const SessionDump got = simulator::dumpOf(script, std::move(session));
     if (options.update) {
-        simulator::writeDump(got, options.expected);
+        simulator::writeDump(toJson(got), options.expected);
         printDone(options, "written", options.expected + ": written", got);
         return kAllWell;
     }
-    if (const auto difference = simulator::firstDifference(expected, got)) {
+    if (const auto difference = simulator::firstDifference(expected, toJson(got))) {
         printDifference(options, *difference, got);
         return kFindings;
     }

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 // dcsim: the display-control service on a simulated phone.
-#include <csignal>
 #include <exception>
 #include <iostream>
-#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "tools/dcsim/Commands.h"
+#include "tools/dcsim/Signals.h"
 #include "tools/session/Command.h"
 #include "tools/text/Text.h"
 
 namespace {
 
-// The first word names a command, unless it is an option.
+// The first word names a command, unless it is one of the program's options.
 void requireCommand(const CLI::App& app, const std::string& word) {
     std::string names;
     for (const CLI::App* const command : app.get_subcommands({})) {
@@ -21,15 +21,29 @@ void requireCommand(const CLI::App& app, const std::string& word) {
         names += (names.empty() ? "" : ", ") + command->get_name();
     }
     if (word.empty()) throw std::runtime_error("a command is missing; expected one of " + names);
-    if (word[0] != '-') throw std::runtime_error("unknown command \"" + word + "\"; expected one of " + names);
+    if (word != "-h" && word != "--help" && word != "--version")
+        throw std::runtime_error("unknown command \"" + word + "\"; expected one of " + names);
+}
+
+// What is wrong, and how the command is used.
+std::string messageOf(const CLI::ParseError& error, const CLI::App& command) {
+    const std::string what = error.what();
+    if (what.find("; expected ") != std::string::npos) return what;
+    const std::string usage = CLI::Formatter().make_usage(&command, "dcsim " + command.get_name());
+    return what + "; expected " +
+           usage.substr(usage.find("dcsim"), usage.find_last_not_of('\n') + 1 - usage.find("dcsim"));
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    signal(SIGPIPE, SIG_IGN);  // a reader that goes away is an output that cannot be written
+    dcsim::watchSignals();
     CLI::App app("The display-control service on a simulated phone", "dcsim");
     app.require_subcommand(1);
+    for (const auto& [label, text] :
+         {std::pair("SUBCOMMAND", "COMMAND"), std::pair("Subcommands", "Commands"),
+          std::pair("Positionals", "Arguments"), std::pair("TEXT", ""), std::pair("REQUIRED", "(required)")})
+        app.get_formatter()->label(label, text);
     app.set_version_flag("--version", "dcsim " DCSIM_VERSION);
     app.footer("Example:\n  dcsim run data/demo.script --out pictures");
     int status = dcsim::kAllWell;
@@ -40,6 +54,10 @@ int main(int argc, char** argv) {
     dcsim::addShell(app, status);
     dcsim::addReplay(app, status);
     dcsim::addReport(app, status);
+    dcsim::addAccuracy(app, status);
+    dcsim::addCalibrate(app, status);
+    dcsim::addDiff(app, status);
+    dcsim::addPatches(app, status);
     try {
         requireCommand(app, argc > 1 ? argv[1] : "");
         app.parse(argc, argv);
@@ -47,10 +65,9 @@ int main(int argc, char** argv) {
         if (!std::cout) throw std::runtime_error("standard output could not be written; expected a place for it");
         return status;
     } catch (const CLI::ParseError& error) {
-        std::ostringstream said;
-        const bool isHelp = app.exit(error, std::cout, said) == 0;
-        std::cerr << simulator::harmless(said.str());
-        return isHelp ? dcsim::kAllWell : dcsim::kWrongUse;
+        if (error.get_exit_code() == 0) return app.exit(error);  // help or version
+        std::cerr << "dcsim: " << simulator::harmless(messageOf(error, *app.get_subcommand(argv[1]))) << "\n";
+        return dcsim::kWrongUse;
     } catch (const simulator::ScriptError& error) {
         std::cerr << simulator::harmless(error.what()) << "\n";
         return dcsim::kWrongUse;

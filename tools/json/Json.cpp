@@ -48,14 +48,14 @@ Json partsOf(const ComposerCall& call) {
 }
 
 Json partsOf(const SensorCall& call) {
-    Json parts = {{"call", kSensorOperations[static_cast<size_t>(call.operation)]}, {"arguments", call.arguments}};
+    Json parts = {{"call", nameOf(kSensorOperations, call.operation)}, {"arguments", call.arguments}};
     if (call.operation != SensorOperation::RELEASE_QUEUE)
         parts["result"] = outcomeToJson(call.outcome, sensorResultName(call.outcome.result));
     return parts;
 }
 
 Json partsOf(const ClosedCall& call) {
-    Json parts = {{"call", kClosedFunctions[static_cast<size_t>(call.function)]}, {"arguments", call.arguments}};
+    Json parts = {{"call", nameOf(kClosedFunctions, call.function)}, {"arguments", call.arguments}};
     if (!call.coefficients.empty()) parts["coefficients"] = listToJson(call.coefficients);
     if (!call.before.empty()) parts["before"] = listToJson(call.before);
     if (!call.after.empty()) parts["after"] = listToJson(call.after);
@@ -113,7 +113,7 @@ Json valueToJson(const Value& value) {
 }
 
 Json callToJson(const ComposerCall& call, Curves curves) {
-    Json parts = {{"call", kComposerOperations[static_cast<size_t>(call.operation)]}};
+    Json parts = {{"call", nameOf(kComposerOperations, call.operation)}};
     if (call.display) parts["display"] = *call.display;
     if (call.enable) parts["enable"] = *call.enable;
     if (call.first) parts["first"] = listToJson(*call.first);

@@ -3,6 +3,7 @@
 
 #include <platform/Answer.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -95,6 +96,15 @@ std::string Decision::reason() const {
         text +=
             lux > alad::kBrightLux ? "; two samples in a row above " + bright : "; two samples in a row below " + dim;
     return text;
+}
+
+void ReplaySummary::add(const Decision& decision) {
+    ++samples;
+    if (decision.action == CurveAction::ACTIVATE) ++activations;
+    if (decision.action == CurveAction::DEACTIVATE) ++deactivations;
+    messages += decision.messages.size();
+    for (const CurveMessage& message : decision.messages)
+        highestLevel = std::max(highestLevel, message.level.value_or(0));
 }
 
 void replay(const LightTrace& trace, const std::function<void(const Decision&)>& sink) {

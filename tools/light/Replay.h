@@ -41,6 +41,16 @@ struct Decision {
     std::string reason() const;
 };
 
+struct ReplaySummary {
+    size_t samples = 0;
+    size_t activations = 0;
+    size_t deactivations = 0;
+    size_t messages = 0;
+    int32_t highestLevel = 0;
+
+    void add(const Decision& decision);
+};
+
 // Starts the service on a fresh copy of the sample phone, switches the ambient-light display on with the first sample's
 // light and lets the trace pass, and ten seconds more; every decision goes to sink in its order. Times count from the
 // first sample. It takes of the process what a Phone takes, and the log. Throws std::runtime_error when the service

@@ -9,11 +9,13 @@ namespace simulator {
 extern const unsigned char kPage[];
 extern const size_t kPageSize;
 
-std::string embeddable(const Json& data) {
-    const std::string text = lineOf(data);
+namespace {
+
+// A JSON text without a '<'.
+std::string embeddable(const std::string& json) {
     std::string escaped;
-    escaped.reserve(text.size());
-    for (const char c : text) {
+    escaped.reserve(json.size());
+    for (const char c : json) {
         if (c == '<') {
             escaped += "\\u003c";  // a '<' occurs only in strings
         } else {
@@ -23,10 +25,12 @@ std::string embeddable(const Json& data) {
     return escaped;
 }
 
-std::string renderPage(const Json& data) {
+}  // namespace
+
+std::string renderPage(const std::string& json) {
     constexpr std::string_view kPlace = "@REPORT_DATA@";
     std::string page(reinterpret_cast<const char*>(kPage), kPageSize);
-    return page.replace(page.find(kPlace), kPlace.size(), embeddable(data));
+    return page.replace(page.find(kPlace), kPlace.size(), embeddable(json));
 }
 
 std::string base64(const std::vector<uint8_t>& bytes) {

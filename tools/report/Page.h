@@ -6,16 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "tools/json/Json.h"
-
 namespace simulator {
 
-// The document as JSON text without a '<', so that nothing in it ends the script element around it; bytes that
-// are not UTF-8 become U+FFFD.
-std::string embeddable(const Json& data);
-
-// The whole page with the data inside.
-std::string renderPage(const Json& data);
+// The whole page with the data, a JSON text, inside. Nothing in it ends the script element around it.
+std::string renderPage(const std::string& json);
 
 // RFC 4648.
 std::string base64(const std::vector<uint8_t>& bytes);

@@ -9,11 +9,8 @@
 #include "service/WhitePointText.h"
 #include "tools/picture/Chart.h"
 #include "tools/picture/DisplayPipeline.h"
-#include "tools/report/Page.h"
 #include "tools/session/Command.h"
-#include "tools/session/ScriptFile.h"
 #include "tools/session/Session.h"
-#include "tools/session/SessionJson.h"
 
 namespace simulator {
 
@@ -35,10 +32,6 @@ Picture halved(const Picture& picture) {
     return half;
 }
 
-std::string pngText(const Picture& picture) {
-    return base64(encodePng(halved(picture)));
-}
-
 Picture withClippedMarked(const ShownPicture& shown) {
     Picture marked = shown.picture;
     for (size_t i = 0; i < shown.clipped.size(); ++i) {
@@ -46,25 +39,6 @@ Picture withClippedMarked(const ShownPicture& shown) {
     }
     return marked;
 }
-
-// The different pictures of a session, by number.
-class Album {
-public:
-    // The number of a picture; null when the album is full.
-    Json add(const ShownPicture& shown) {
-        Json entry = {
-            {"png", pngText(shown.picture)}, {"pixels", shown.clipped.size()}, {"clippedPixels", shown.clippedPixels}};
-        if (shown.clippedPixels > 0) entry["marked"] = pngText(withClippedMarked(shown));
-        const auto known = std::find(pictures.begin(), pictures.end(), entry);
-        const auto number = known - pictures.begin();
-        if (known != pictures.end()) return number;
-        if (pictures.size() == kMostPictures) return nullptr;
-        pictures.push_back(std::move(entry));
-        return number;
-    }
-
-    Json pictures = Json::array();
-};
 
 // Runs lines and sorts what they cause.
 class Recorder {
@@ -76,24 +50,21 @@ public:
     void run(const ScriptFile::Line& line) {
         const ParsedLine parsed = parseLine(line.text);
         if (parsed.command == nullptr || parsed.command->name == "picture") return;
+        step = {line.number, std::string(parsed.text), std::string(parsed.comment), {}, shown, {}};
         try {
-            step = {
-                {"line", line.number}, {"text", parsed.text}, {"comment", parsed.comment}, {"answers", Json::array()}};
             session.run(line.text, line.number);
         } catch (const std::runtime_error& error) {
             throw ScriptError(line.place + error.what());
         }
-        step["before"] = shown;
-        step["after"] = shown = look();
+        step.after = shown = look();
         record.steps.push_back(step);
     }
 
     SessionRecord finish() {
-        record.state = stateToJson(session.state());
+        record.state = session.state();
         const auto& colors = session.library().displayColors();
         if (!colors.empty()) record.colors = colors[0];
         record.driverWhite = askDriver();
-        record.pictures = std::move(album.pictures);
         return std::move(record);
     }
 
@@ -108,40 +79,47 @@ private:
         return Chromaticity{white->x * kThousandth, white->y * kThousandth};
     }
 
-    // The number of the picture on display 0; null without a composer.
-    Json look() {
+    // The number of the picture on display 0, added if it is new; nothing without a composer, and for a new one when
+    // there are enough.
+    std::optional<size_t> look() {
         const auto state = session.phone().composer().stateOf(0);
-        return state ? album.add(showPicture(picture, *state)) : Json();
+        if (!state) return std::nullopt;
+        const ShownPicture picture = showPicture(chart, *state);
+        auto& pictures = record.pictures;
+        PictureRecord entry{encodePng(halved(picture.picture)), picture.clipped.size(), picture.clippedPixels, {}};
+        if (entry.clippedPixels > 0) entry.marked = encodePng(halved(withClippedMarked(picture)));
+        const auto known = std::find_if(pictures.begin(), pictures.end(), [&entry](const PictureRecord& each) {
+            return each.png == entry.png && each.clippedPixels == entry.clippedPixels && each.marked == entry.marked;
+        });
+        const auto number = static_cast<size_t>(known - pictures.begin());
+        if (known != pictures.end()) return number;
+        if (number == kMostPictures) return std::nullopt;
+        pictures.push_back(std::move(entry));
+        return number;
     }
 
     void sort(const SessionEvent& event) {
-        if (const auto* const answer = phoneEvent<Answer>(event))
-            step["answers"].push_back(valueToJson(answer->result));
-        const auto* const call = phoneEvent<ComposerCall>(event);
-        if (call == nullptr) return;
-        record.calls.push_back(callToJson(*call, Curves::AS_LEVELS));
-        record.calls.back()["ms"] = event.milliseconds();
+        if (const auto* const answer = phoneEvent<Answer>(event)) step.answers.push_back(answer->result);
+        if (const auto* const call = phoneEvent<ComposerCall>(event))
+            record.calls.push_back({event.milliseconds(), *call});
     }
 
-    const Picture picture = drawChart();
+    const Picture chart = drawChart();
     Timeline timeline{[this](const SessionEvent& event) { sort(event); }};
-    Json step = Json::object();
-    SessionRecord record{Json::array(), nullptr, Json::array(), nullptr, std::nullopt, std::nullopt};
+    StepRecord step{};
+    SessionRecord record{};
     Session session;
-    Album album;
-    Json shown;
+    std::optional<size_t> shown;
 };
 
 }  // namespace
 
-SessionRecord recordSession(std::istream& script, const std::string& name,
-                            const std::optional<std::filesystem::path>& calibration) {
-    const ScriptFile lines(script, name);
+SessionRecord recordSession(const ScriptFile& script, const std::optional<std::filesystem::path>& calibration) {
     SessionOptions options;
     options.logPriority = ANDROID_LOG_SILENT;
     Recorder recorder(std::move(options));
     if (calibration) recorder.installCalibration(*calibration);
-    for (const ScriptFile::Line& line : lines.lines()) recorder.run(line);
+    for (const ScriptFile::Line& line : script.lines()) recorder.run(line);
     return recorder.finish();
 }
 

@@ -2,33 +2,58 @@
 // A session as a report shows it: what each line did to the picture, and the calls of the composer.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
-#include <istream>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "color/ColorManager.h"
 #include "simulator/Colorimetry.h"
-#include "tools/json/Json.h"
+#include "tools/session/ScriptFile.h"
+#include "tools/session/SessionEvent.h"
 
 namespace simulator {
 
-using ::vendor::kov::hardware::display_control::V1_0::implementation::ColorManager;
+namespace implementation = ::vendor::kov::hardware::display_control::V1_0::implementation;
+using implementation::ColorManager;
 
-struct SessionRecord {
-    Json steps;     // a line each: its text, what was answered, and the numbers of the pictures before and after it
-    Json pictures;  // of the test chart on display 0: PNG in base64, and, when pixels are clipped, another that shows
-                    // these in magenta
-    Json calls;     // of the composer, in order
-    Json state;     // at the end
-    std::optional<ColorManager> colors;       // of display 0 at the end; nothing when the service does not know it
-    std::optional<Chromaticity> driverWhite;  // as the panel's driver reports it at the end
+// The test chart as a display shows it.
+struct PictureRecord {
+    std::vector<uint8_t> png;
+    uint64_t pixels;
+    uint64_t clippedPixels;
+    std::vector<uint8_t> marked;  // PNG that shows the clipped pixels in magenta; empty if nothing is clipped
 };
 
-// Carries out a script, named name, on a fresh copy of the sample phone with the calibration, if any, in the place of
+// A line of the script.
+struct StepRecord {
+    size_t line;
+    std::string text;
+    std::string comment;         // from '#' on
+    std::vector<Value> answers;  // of the operations that it called
+    // The numbers of the pictures of display 0; nothing without a composer, and beyond the last picture that is kept.
+    std::optional<size_t> before, after;
+};
+
+struct CallRecord {
+    int64_t milliseconds;
+    ComposerCall call;
+};
+
+struct SessionRecord {
+    std::vector<StepRecord> steps;
+    std::vector<PictureRecord> pictures;  // the different ones
+    std::vector<CallRecord> calls;        // of the composer, in order
+    // At the end:
+    State state;
+    std::optional<ColorManager> colors;       // of display 0; nothing when the service does not know it
+    std::optional<Chromaticity> driverWhite;  // as the panel's driver reports it
+};
+
+// Carries out a script on a fresh copy of the sample phone with the calibration, if any, in the place of
 // its panel's. Of the commands, picture has nothing to do here and is left out. No more than 60 different pictures are
 // kept. Throws std::runtime_error, "NAME:LINE: what is wrong; what was expected".
-SessionRecord recordSession(std::istream& script, const std::string& name,
-                            const std::optional<std::filesystem::path>& calibration);
+SessionRecord recordSession(const ScriptFile& script, const std::optional<std::filesystem::path>& calibration);
 
 }  // namespace simulator

@@ -82,6 +82,7 @@ function line(label, points, color, more) {
 }
 const dashed = {borderDash: [5, 4], borderWidth: 1.4};
 const dots = {showLine: false, pointRadius: 4, pointStyle: 'circle'};
+const cross = {...dots, pointStyle: 'cross', pointRadius: 6};
 
 function axis(title, colors, more = {}) {
     const {ticks, ...rest} = more;
@@ -108,7 +109,7 @@ function themeColors() {
 
 // A line for what is drawn as one, and the point where there are only points.
 function legendLabels(chart) {
-    return Chart.defaults.plugins.legend.labels.generateLabels(chart).map((label) => {
+    return Chart.defaults.plugins.legend.labels.generateLabels(chart).filter(({text}) => text !== '').map((label) => {
         const dataset = chart.data.datasets[label.datasetIndex];
         return {...label, pointStyle: dataset.showLine === false ? dataset.pointStyle : 'line'};
     });
@@ -145,6 +146,95 @@ function addPlot(name, caption, build, tip, ...buttons) {
     const canvas = make('canvas', {role: 'img', ariaLabel: caption});
     figure.append(make('div', {className: 'canvas'}, canvas), make('figcaption', {}, caption), ...buttons);
     plots.push({canvas, build, tip});
+}
+
+// --- Accuracy ---
+
+const fileName = (path) => path.split('/').pop();
+// As the field writes it.
+const symbols = (text) => text.replace(/\bd(?=E2000|C\b)/g, 'Δ').replace('cd/m2', 'cd/m²');
+
+function showRows({rows, panel, targetText, warnings}) {
+    const judged = rows.filter((row) => row.pass !== null);
+    const failed = judged.filter((row) => !row.pass).length;
+    const verdict = failed === 0 ? `All ${judged.length} limits are kept.` : `${failed} of ${judged.length} limits fail.`;
+    find('.limits').append(
+        make('p', {className: failed === 0 ? 'pass' : 'error'}, verdict),
+        make('div', {className: 'fit'}, table(['Figure', 'Value', 'Limit', ''], judged.map(({figure, value, limit, pass}) =>
+            [symbols(figure), value, limit, make('span', {className: pass ? 'pass' : 'error'}, pass ? 'pass' : 'FAIL')]), [1])),
+        ...warnings.map((text) => make('p', {className: 'warning'}, symbols(text) + '.')),
+        make('p', {className: 'note'}, `Predicted for the panel that ${fileName(panel)} measures, ` +
+            (data.session.name === '' ? 'in standard mode' : `as ${data.session.name} leaves display 0`) + `. Target: ${targetText}.`));
+    find('.reported').append(make('div', {className: 'fit'}, table(['Reported without a limit', 'Value'],
+        rows.filter((row) => row.pass === null).map(({figure, value}) => [symbols(figure), symbols(value)]), [1])));
+}
+
+function showPatches({colorChecker, colorCheckerData, target, limitValues}) {
+    const css = (rgb) => `color(${target.name} ${rgb.join(' ')})`;
+    find('.patches').append(...colorChecker.map(({name, targetRgb, shownRgb, deltaE2000, beyondPanel, clippedToTarget}) => {
+        const isOver = !beyondPanel && deltaE2000 > limitValues.colorCheckerLargest;
+        const half = (rgb) => {
+            const element = make('div', {});
+            element.style.background = css(rgb);
+            return element;
+        };
+        return make('figure', {}, make('div', {className: 'swatch'}, half(targetRgb), half(shownRgb)),
+            make('figcaption', {}, name + (clippedToTarget ? ' †' : '') + (beyondPanel ? ' ‡' : ''), make('br', {}),
+                make('span', {className: isOver ? 'error' : ''}, 'ΔE2000 ' + deltaE2000.toFixed(2))));
+    }));
+    find('#accuracy > .note').textContent = 'Patches: ' + colorCheckerData + '. † Clipped to the target’s gamut. ‡ Beyond the panel at the ' +
+        'luminance of white: not counted above. Colours here are only as right as the screen that shows them.';
+}
+
+function showAccuracy() {
+    const {accuracy} = data;
+    if (accuracy === null) {
+        find('#accuracy').replaceChildren(find('#accuracy h2'), make('p', {className: 'note'},
+            'Not predicted: the option --panel PANEL.ti3, a measurement of the native panel, adds this part.'));
+        return;
+    }
+    showRows(accuracy);
+    showPatches(accuracy);
+    const {greys, target, limitValues, colorTemperatures, primaries} = accuracy;
+    const level = {title: 'coded grey level', more: {min: 0, max: 1}};
+    const overLevel = (label, key, color) => line(label, toPoints(greys.map((grey) => [grey.level, grey[key]])), color, {pointRadius: 2});
+    const across = (label, y, color, from = 0) => line(label, [{x: from, y}, {x: Math.abs(from) || 1, y}], color, dashed);
+    const levelTip = (label, {x, y}) => `${label}: ${y.toFixed(3)} at ${short(x)}`;
+    addPlot('greys', 'Grey tracking (predicted): difference of 33 greys from the target.',
+        (colors) => ({
+            datasets: [overLevel('ΔE2000', 'deltaE2000', colors.blue), overLevel('ΔC', 'deltaC', colors.orange),
+                       across('limit of ΔC', limitValues.greyChroma, colors.red)],
+            x: level, y: {title: 'difference', more: {min: 0}},
+        }), levelTip);
+    addPlot('gammaOverLevel', `Gamma at each level (predicted), 10 to 90 %, with the limits around the target’s ${short(target.gamma)}.`,
+        (colors) => ({
+            datasets: [overLevel('gamma', 'gamma', colors.blue), across('target', target.gamma, colors.green),
+                       across('limits', target.gamma - limitValues.gamma, colors.red),
+                       across('', target.gamma + limitValues.gamma, colors.red)],
+            x: level, y: {title: 'gamma', more: {suggestedMin: 2, suggestedMax: 2.4}},
+        }), levelTip);
+    const percent = (value) => (isNumber(value) ? value.toFixed(1) + ' %' : 'unknown');
+    addPlot('gamut', `CIE 1976 u′v′ diagram (predicted): the shown gamut covers ${percent(accuracy.coverageUv)} of the target’s area here, ` +
+        `${percent(accuracy.coverageXy)} in xy.`,
+        (colors) => diagram(colors, uvPlane, [
+            line('shown white', toPoints([uvPlane.point(accuracy.white.xy)]), colors.red, {...dots, pointRadius: 3}),
+            line('target’s white', toPoints([uvPlane.point(target.white)]), colors.text, cross),
+            line('shown', closed(primaries.slice(0, 3).map(({shownXyz: [x, y, z]}) => uvPlane.point([x / (x + y + z), y / (x + y + z)]))),
+                colors.blue, {}),
+            line('target', closed([target.red, target.green, target.blue].map(uvPlane.point)), colors.green, dashed),
+        ]), (label, {x, y}) => `${label}: u′ ${x.toFixed(4)}, v′ ${y.toFixed(4)}`);
+    const controls = (key, colors) => colorTemperatures.map(({operation, levels}, i) =>
+        line(operation, toPoints(levels.map((row) => [row.level, row[key]])), [colors.blue, colors.orange][i], {pointRadius: 2}));
+    const controlLevel = {title: 'level', more: {min: -100, max: 100}};
+    const neutral = colorTemperatures.map(({operation, monotone, level0DeltaE2000}) =>
+        `${operation} is ${monotone ? '' : 'not '}monotone, its level 0 ΔE2000 ${fixed(level0DeltaE2000, 2)} from neutral`).join('; ');
+    addPlot('kelvin', `Correlated colour temperature of white in standard mode (predicted, simulated libraries): ${neutral}.`,
+        (colors) => ({datasets: controls('kelvin', colors), x: controlLevel, y: {title: 'CCT, K', more: {ticks: {callback: grouped}}}}),
+        (label, {x, y}) => `${label} ${x}: ${Math.round(y)} K`);
+    addPlot('duv', 'Duv of white (predicted, simulated libraries): positive above the Planckian locus, greenish.',
+        (colors) => ({datasets: [...controls('duv', colors), across('Planckian locus', 0, colors.text, -100)],
+                      x: controlLevel, y: {title: 'Duv', more: {}}}),
+        (label, {x, y}) => `${label} ${x}: ${y.toFixed(4)}`);
 }
 
 // --- Summary ---
@@ -203,7 +293,7 @@ const kEntries = 4096;
 const power = (i) => (i / kEntries) ** (1 / 2.2);
 
 function showGamma() {
-    const {calibrated, tuned, uniqueLevels} = data.gamma;
+    const {calibrated, tuned} = data.gamma;
     const indices = [...Array(kEntries).keys()].filter((i) => i < 64 ? i % 4 === 0 : i % 16 === 0 || i === kEntries - 1);
     const curve = (valueAt) => toPoints(indices.map((i) => [i / kEntries, valueAt(i)]));
     const given = (colors, from) =>
@@ -224,16 +314,11 @@ function showGamma() {
         downloadButton('gamma.csv', () => [['input', 'calibrated', 'tuned', 'power_1_over_2_2', 'identity'],
             ...[...Array(kEntries).keys()].map((i) =>
                 [i / kEntries, calibrated && calibrated[i], tuned && tuned[i], power(i), i / kEntries])]));
-    const difference = (from, label) => (colors) => ({
-        datasets: [...given(colors, from), line(label, [{x: 0, y: 0}, {x: 1, y: 0}], colors.grey, dashed)],
-        x: input, y: {title: 'output − ' + label, more: {}},
-    });
-    addPlot('gammaToPower', 'Difference of each table from 1/2.2 (simulated), in parts of full scale.', difference(power, '1/2.2'), tip);
-    addPlot('gammaToIdentity', 'Difference of each table from the identity (simulated), in parts of full scale.',
-        difference((i) => i / kEntries, 'identity'), tip);
-
-    find('.unique').append(table(['Table', '8 bits', '10 bits', '12 bits'],
-        uniqueLevels.map((row) => [row.table, grouped(row[8]), grouped(row[10]), grouped(row[12])]), [1, 2, 3]));
+    addPlot('gammaToPower', 'Difference of each table from 1/2.2 (simulated), in parts of full scale.',
+        (colors) => ({
+            datasets: [...given(colors, power), line('1/2.2', [{x: 0, y: 0}, {x: 1, y: 0}], colors.green, dashed)],
+            x: input, y: {title: 'output − 1/2.2', more: {}},
+        }), tip);
 }
 
 // --- Chromaticity ---
@@ -242,7 +327,7 @@ const closed = (points) => toPoints([...points, points[0]]);
 const xyTip = (label, {x, y}) => `${label}: x ${x.toFixed(4)}, y ${y.toFixed(4)}`;
 
 function stageWhites() {
-    return (data.chromaticity.whites || []).map((row, i) => ({...row, number: i + 1})).filter((row) => row.xy !== null);
+    return data.chromaticity.whites.map((row, i) => ({...row, number: i + 1})).filter((row) => row.xy !== null);
 }
 
 // The whites, with their numbers: in the dot, or beside it when several coincide.
@@ -258,44 +343,63 @@ function whiteDots(colors, withTexts) {
         withTexts ? {...dots, pointRadius: 7, texts} : dots);
 }
 
-function planckianLine(colors, kelvins, dx, dy) {
+function planckianLine(colors, plane, kelvins, dx, dy) {
     const points = data.chromaticity.planckianLocus;
     const texts = points.map(([kelvin], i) => [i, kelvin + ' K', dx, dy]).filter(([i]) => kelvins.includes(points[i][0]));
     const marks = points.map(([kelvin]) => (kelvins.includes(kelvin) ? 2.5 : 0));
-    return line('Planckian locus', toPoints(points.map((p) => p.slice(1))), colors.text, {borderWidth: 1.2, pointRadius: marks, texts});
+    return line('Planckian locus', toPoints(points.map((p) => plane.point(p.slice(1)))), colors.text,
+        {borderWidth: 1.2, pointRadius: marks, texts});
 }
 
-function buildDiagram(colors) {
-    const {spectralLocus, srgb, panel, d65} = data.chromaticity;
+// point: from x, y to the diagram's coordinates; side: where the wavelength of a point of the locus is written.
+const xyPlane = {
+    point: (xy) => xy,
+    side: (nm) => (nm < 490 ? [-6, 0] : nm === 520 ? [0, -9] : [7, nm < 520 ? 2 : -4]),
+    x: {title: 'x', more: {min: 0, max: 0.8}}, y: {title: 'y', more: {min: 0, max: 0.9}},
+};
+const uvPlane = {
+    point: ([x, y]) => [4 * x / (-2 * x + 12 * y + 3), 9 * y / (-2 * x + 12 * y + 3)],
+    side: (nm) => (nm < 490 ? [-6, 2] : nm < 520 ? [7, 2] : [0, -9]),
+    x: {title: 'u′', more: {min: 0, max: 0.7}}, y: {title: 'v′', more: {min: 0, max: 0.6}},
+};
+
+// A chromaticity diagram with datasets before the loci.
+function diagram(colors, plane, datasets) {
+    const {spectralLocus} = data.chromaticity;
     const labelled = [460, 470, 480, 490, 500, 510, 520, 540, 560, 580, 600, 620, 700];
-    const side = (nm) => (nm < 490 ? [-6, 0] : nm === 520 ? [0, -9] : [7, nm < 520 ? 2 : -4]);
-    const texts = spectralLocus.map(([nm], i) => [i, String(nm), ...side(nm)]).filter(([i]) => labelled.includes(spectralLocus[i][0]));
+    const texts = spectralLocus.map(([nm], i) => [i, String(nm), ...plane.side(nm)]).filter(([i]) => labelled.includes(spectralLocus[i][0]));
     return {
         datasets: [
-            whiteDots(colors, false),
-            line('D65', toPoints([d65]), colors.text, {...dots, pointStyle: 'cross', pointRadius: 6}),
-            line('panel', closed(panel), colors.blue, {}),
-            line('sRGB', closed(srgb), colors.green, dashed),
-            planckianLine(colors, [], 0, 0),
-            line('spectral locus, nm', closed(spectralLocus.map((p) => p.slice(1))), colors.soft, {texts}),
-        ].filter((dataset) => dataset.data.length > 0),
-        x: {title: 'x', more: {min: 0, max: 0.8}}, y: {title: 'y', more: {min: 0, max: 0.9}}, square: true,
+            ...datasets.filter((dataset) => dataset.data.length > 0),
+            planckianLine(colors, plane, [], 0, 0),
+            line('spectral locus, nm', closed(spectralLocus.map((p) => plane.point(p.slice(1)))), colors.soft, {texts}),
+        ],
+        x: plane.x, y: plane.y, square: true,
     };
 }
 
+function buildDiagram(colors) {
+    const {srgb, panel, d65} = data.chromaticity;
+    return diagram(colors, xyPlane, [
+        whiteDots(colors, false),
+        line('D65', toPoints([d65]), colors.text, cross),
+        line('panel', closed(panel), colors.blue, {}),
+        line('sRGB', closed(srgb), colors.green, dashed),
+    ]);
+}
+
 function sweepLine(label, rows, color, levels) {
-    const known = (rows || []).filter((row) => isNumber(row[1]));
-    const texts = known.map(([level], i) => [i, (level > 0 ? '+' : level < 0 ? '−' : '') + Math.abs(level), -7, -7])
-        .filter(([i]) => levels.includes(known[i][0]));
-    const marks = known.map(([level]) => (level % 20 === 0 ? 2 : 0));
-    return line(label, toPoints(known.map((row) => row.slice(1))), color, {texts, pointRadius: marks});
+    const texts = rows.map(([level], i) => [i, (level > 0 ? '+' : level < 0 ? '−' : '') + Math.abs(level), -7, -7])
+        .filter(([i]) => levels.includes(rows[i][0]));
+    const marks = rows.map(([level]) => (level % 20 === 0 ? 2 : 0));
+    return line(label, toPoints(rows.map((row) => row.slice(1))), color, {texts, pointRadius: marks});
 }
 
 // A square of the diagram around the whites.
 function windowOfWhites() {
     const {unlimited, eyeCare, d65} = data.chromaticity;
     const points = toPoints([d65, ...stageWhites().map((white) => white.xy),
-                             ...[...(unlimited || []), ...(eyeCare || [])].map((row) => row.slice(1))]);
+                             ...[...unlimited, ...eyeCare].map((row) => row.slice(1))]);
     const range = (values) => [Math.min(...values), Math.max(...values)];
     const [x0, x1] = range(points.map((p) => p.x));
     const [y0, y1] = range(points.map((p) => p.y));
@@ -315,16 +419,16 @@ function showColor() {
         (colors) => ({
             datasets: [
                 whiteDots(colors, true),
-                line('D65', toPoints([d65]), colors.text, {...dots, pointStyle: 'cross', pointRadius: 6}),
+                line('D65', toPoints([d65]), colors.text, cross),
                 sweepLine('unlimited, −100 to +100', unlimited, colors.blue, [-100, 100]),
                 sweepLine('eye care, 0 to 100', eyeCare, colors.orange, [100]),
-                planckianLine(colors, [2000, 2500, 3000, 4000, 5000, 6500, 8000, 10000], 8, 7),
+                planckianLine(colors, xyPlane, [2000, 2500, 3000, 4000, 5000, 6500, 8000, 10000], 8, 7),
             ].filter((dataset) => dataset.data.length > 0),
             x: {title: 'x', more: area.x}, y: {title: 'y', more: area.y}, square: true,
         }), xyTip,
         downloadButton('sweep.csv', () => [['temperature', 'level', 'x', 'y'],
-            ...(unlimited || []).map((row) => ['unlimited', ...row]), ...(eyeCare || []).map((row) => ['eye care', ...row])]));
-    const whites = data.chromaticity.whites || [];
+            ...unlimited.map((row) => ['unlimited', ...row]), ...eyeCare.map((row) => ['eye care', ...row])]));
+    const {whites} = data.chromaticity;
     find('.whites').append(make('div', {className: 'fit'}, table(['', 'Stage', 'x', 'y', 'CCT, K'],
         whites.map(({stage, xy, kelvin}, i) => [String(i + 1), stage, fixed(xy && xy[0], 4), fixed(xy && xy[1], 4),
                                                 kelvin === null ? '–' : grouped(kelvin)]), [2, 3, 4])));
@@ -334,7 +438,7 @@ function showColor() {
 
 function showMatrices() {
     const place = find('.matrices');
-    if (data.matrices === null) {
+    if (data.matrices.length === 0) {
         place.append('The session never made display 0 known to the service.');
         return;
     }
@@ -462,6 +566,7 @@ function showCalls() {
 
 Chart.defaults.font.family = getComputedStyle(document.body).fontFamily;
 find('#chart-version').textContent = 'Chart.js ' + Chart.version;
+showAccuracy();
 showSummary();
 showFindings();
 showGamma();

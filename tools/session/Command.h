@@ -26,7 +26,7 @@ struct Argument {
         FILE,      // the name of a file, as the shell that started the program sees it
         NAME,      // letters, digits, '.', '_' and '-', beginning with a letter or digit
         TEXT,      // the rest of the line, blanks included
-        WORD,      // one of words
+        WORD,      // one of words; or, with a max, a whole number from 1 to max
     };
 
     std::string_view name;
@@ -40,7 +40,7 @@ struct Argument {
 // How help and errors name an argument: "LEVEL".
 std::string nameOf(const Argument& argument);
 
-// The values that an argument takes: "a whole number from 0 to 1024".
+// The values that an argument takes: "a whole number from 0 to 1024". The limits of a number's type are not named.
 std::string rangeOf(const Argument& argument);
 
 // The values of a line's arguments, in order and of the kinds that the command takes.

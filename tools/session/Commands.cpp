@@ -5,6 +5,7 @@
 #include <charconv>
 #include <fstream>
 #include <iomanip>
+#include <utility>
 
 #include "tools/session/Command.h"
 #include "tools/session/Session.h"
@@ -36,11 +37,19 @@ Argument integer(std::string_view name) {
 
 // The operations of the modes take a number that they do not use.
 Argument ignored() {
-    return {"value", Argument::Kind::INTEGER, 1, /*optional=*/true};
+    return {"ignored", Argument::Kind::INTEGER, 1, /*optional=*/true};
 }
 
-Argument unsigned32() {
-    return {"value", Argument::Kind::UNSIGNED, 1, /*optional=*/false, UINT32_MAX};
+Argument unsigned32(std::string_view name) {
+    return {name, Argument::Kind::UNSIGNED, 1, /*optional=*/false, UINT32_MAX};
+}
+
+Argument word(std::string_view name, std::vector<std::string_view> words, bool optional = false, uint64_t max = 0) {
+    return {name, Argument::Kind::WORD, 1, optional, max, std::move(words)};
+}
+
+Argument phoneFile() {
+    return word("file", {"panel", "cabc", "whitepoint", "calibration"});
 }
 
 Argument matrix(std::string_view name) {
@@ -233,73 +242,131 @@ void wait(Session& session, const Values& values) {
     session.wait(values.duration(0));
 }
 
-// The words of fail: a call, and how it fails.
-constexpr std::array<std::pair<std::string_view, SensorOperation>, 4> kSensorSteps = {
-    {{"find", SensorOperation::GET_DEFAULT_SENSOR},
-     {"queue", SensorOperation::CREATE_EVENT_QUEUE},
-     {"enable", SensorOperation::ENABLE_SENSOR},
-     {"disable", SensorOperation::DISABLE_SENSOR}}};
-constexpr std::array<std::pair<std::string_view, Failure>, 4> kFailures = {{{"refused", Failure::REFUSED},
-                                                                            {"no-callback", Failure::NO_CALLBACK},
-                                                                            {"unreached", Failure::TRANSPORT_BEFORE},
-                                                                            {"answer-lost", Failure::TRANSPORT_AFTER}}};
+// The words for what fails, and for how it fails.
+template <typename Enumerator>
+using Words = std::vector<std::pair<std::string_view, Enumerator>>;
 
-template <typename Rows>
-std::vector<std::string_view> wordsOf(const Rows& rows) {
-    std::vector<std::string_view> words;
-    words.reserve(rows.size());
+const Words<ComposerOperation> kComposerCalls = [] {
+    Words<ComposerOperation> calls;
+    for (const std::string_view name : kComposerOperations)
+        calls.emplace_back(name, static_cast<ComposerOperation>(calls.size()));
+    return calls;
+}();
+const Words<SensorOperation> kSensorSteps = {{"find", SensorOperation::GET_DEFAULT_SENSOR},
+                                             {"queue", SensorOperation::CREATE_EVENT_QUEUE},
+                                             {"enable", SensorOperation::ENABLE_SENSOR},
+                                             {"disable", SensorOperation::DISABLE_SENSOR}};
+// Those that return a result.
+const Words<ClosedFunction> kClosedResults = {{"setParams", ClosedFunction::SET_PARAMS},
+                                              {"getUnlimitedCTParams", ClosedFunction::GET_UNLIMITED_CT_PARAMS},
+                                              {"setEyeCareParamsOled", ClosedFunction::SET_EYE_CARE_PARAMS_OLED},
+                                              {"getEyeCareCoeffOled", ClosedFunction::GET_EYE_CARE_COEFF_OLED},
+                                              {"getAGTMLevel", ClosedFunction::GET_AGTM_LEVEL},
+                                              {"getAGTMCurveParams", ClosedFunction::GET_AGTM_CURVE_PARAMS},
+                                              {"WhitePointCalibrate", ClosedFunction::WHITE_POINT_CALIBRATE}};
+const Words<Failure> kFailures = {{"refused", Failure::REFUSED},
+                                  {"no-callback", Failure::NO_CALLBACK},
+                                  {"unreached", Failure::TRANSPORT_BEFORE},
+                                  {"answer-lost", Failure::TRANSPORT_AFTER}};
+constexpr std::string_view kNoService = "service";
+constexpr std::string_view kNoQueue = "no-queue";
+constexpr uint64_t kLastCall = 1'000'000;
+
+template <typename Enumerator>
+std::vector<std::string_view> wordsOf(const Words<Enumerator>& rows, std::vector<std::string_view> words = {}) {
     for (const auto& row : rows) words.push_back(row.first);
     return words;
 }
 
-template <typename Rows>
-const auto* rowOf(const Rows& rows, std::string_view word) {
-    const auto* const row =
-        std::find_if(rows.begin(), rows.end(), [word](const auto& candidate) { return candidate.first == word; });
-    return row == rows.end() ? nullptr : row;
+// Null if there is no such row.
+template <typename Enumerator>
+const Enumerator* find(const Words<Enumerator>& rows, std::string_view word) {
+    const auto row = std::find_if(rows.begin(), rows.end(), [word](const auto& each) { return each.first == word; });
+    return row == rows.end() ? nullptr : &row->second;
 }
 
-Failure failureFrom(const Values& values, size_t index) {
-    return values.size() > index ? rowOf(kFailures, values.text(index))->second : Failure::REFUSED;
-}
-
-// What fails follows fail, and fail alone.
-void checkFail(const Values& values, const std::string& command, const std::string& what) {
-    const std::string& state = values.text(0);
-    if (state == "fail" && values.size() == 1)
-        throw ScriptError(command + " fail: the " + what + " that fails is missing; expected it, and how it fails");
-    if (state != "fail" && values.size() > 1)
-        throw ScriptError(command + " " + state + ": the " + what + " goes with fail alone; expected nothing more");
+std::vector<Argument> faultArguments(std::string_view what, std::vector<std::string_view> calls) {
+    return {word("state", {"stop", "start", "fail"}),
+            word(what, std::move(calls), true, kLastCall),
+            word("how", wordsOf(kFailures), true),
+            {"result", Argument::Kind::INTEGER, 1, true}};
 }
 
 const std::string kFailureHelp =
-    "HOW is what happens every time:\n"
-    "  refused      it answers an error, and a setter has no effect (the default)\n"
-    "  no-callback  a getter returns without an answer; a setter works\n"
-    "  unreached    the transport fails before the effect\n"
-    "  answer-lost  the transport fails after the effect\n";
+    "A number makes one call fail, of whatever kind: 1 is the next. Failures add up until start.\n"
+    "HOW a call fails:\n"
+    "  refused      it returns an error, RESULT if given, and a setter has no effect (the default)\n"
+    "  no-callback  a getter returns without its callback\n"
+    "  unreached    the transport fails, and the call has no effect\n"
+    "  answer-lost  the call has its effect, then the transport fails\n";
 
-// stop: events stop; start: everything works again; fail: the service is not found, or a step fails, and events stay
-// as they were.
-void switchSensor(Session& session, const Values& values) {
-    Phone& phone = session.phone();
-    const std::string step = values.size() > 1 ? values.text(1) : "";
-    phone.setSensorsPresent(step != "service");
-    phone.sensors().recover();
-    if (const auto* const row = rowOf(kSensorSteps, step)) phone.sensors().fail(row->second, failureFrom(values, 2));
-    if (values.text(0) != "fail") phone.sensors().setDelivering(values.text(0) == "start");
+const std::string kFeatureHelp =
+    "FEATURE  0 smart environment mode, 1 enhanced mode, 2 standard mode, 3 eye care with level VALUE,\n"
+    "         7 backlight control with mode VALUE, 23 colour temperature with level VALUE\n";
+
+// Throws for a fault that would do nothing.
+void checkFail(const Values& values, const std::string& command) {
+    const auto textAt = [&values](size_t index) { return values.size() > index ? values.text(index) : ""; };
+    const std::string state = textAt(0);
+    const std::string what = textAt(1);
+    const std::string how = textAt(2);
+    const auto require = [&command](bool good, const std::string& message) {
+        if (!good) throw ScriptError(command + ": " + message);
+    };
+    require(state == "fail" || what.empty(), state + " takes nothing more; expected " + command + " " + state);
+    require(state != "fail" || !what.empty(), "what fails is missing; expected it after fail");
+    const bool isCall = what != kNoService && what != kNoQueue;
+    require(isCall || how.empty(), what + " fails in one way only; expected nothing after it");
+    const bool isSetter = what.rfind("set", 0) == 0 || what == "enable" || what == "disable";
+    require(!isSetter || how != "no-callback", what + " has no callback; expected refused, unreached or answer-lost");
+    require(values.size() <= 3 || how == "refused", how + " takes no RESULT; expected refused, or no RESULT");
 }
 
-// stop: the process ends; start: everything works again; fail: a call fails, besides those that fail already.
+// names are those of the service's calls; any other name is the number of a call.
+template <typename Operation, typename Result>
+void addFailure(Faults<Operation, Result>& service, const Words<Operation>& names, const Values& values) {
+    const Failure failure = values.size() > 2 ? *find(kFailures, values.text(2)) : Failure::REFUSED;
+    if (const Operation* const operation = find(names, values.text(1))) {
+        service.fail(*operation, failure);
+    } else {
+        service.failOnce(std::stoull(values.text(1)), failure);
+    }
+    if (values.size() > 3) service.refuseWith(static_cast<Result>(values.integer(3)));
+}
+
+// stop: events stop; start: they come, and nothing fails any more; fail: something fails besides what fails already.
+void switchSensor(Session& session, const Values& values) {
+    Phone& phone = session.phone();
+    const std::string& state = values.text(0);
+    if (state != "fail") phone.sensors().setDelivering(state == "start");
+    if (state == "start") {
+        phone.setSensorsPresent(true);
+        phone.sensors().setWithoutQueue(false);
+        phone.sensors().recover();
+    }
+    if (state != "fail") return;
+    if (values.text(1) == kNoService) return phone.setSensorsPresent(false);
+    if (values.text(1) == kNoQueue) return phone.sensors().setWithoutQueue(true);
+    addFailure(phone.sensors(), kSensorSteps, values);
+}
+
+// stop: the process ends; start: one runs, and nothing fails any more; fail: something fails besides what fails
+// already.
 void switchComposer(Session& session, const Values& values) {
     Phone& phone = session.phone();
     if (values.text(0) == "stop") return phone.stopComposer();
     if (values.text(0) == "start") {
         phone.composer().recover();
+        phone.setComposerPresent(true);
         return phone.startComposer();
     }
-    const auto* const call = std::find(kComposerOperations.begin(), kComposerOperations.end(), values.text(1));
-    phone.composer().fail(static_cast<ComposerOperation>(call - kComposerOperations.begin()), failureFrom(values, 2));
+    if (values.text(1) == kNoService) return phone.setComposerPresent(false);
+    addFailure(phone.composer(), kComposerCalls, values);
+}
+
+void failClosed(Session& session, const Values& values) {
+    const auto result = values.size() > 1 ? std::optional<int>(values.integer(1)) : std::nullopt;
+    session.phone().closed().fail(*find(kClosedResults, values.text(0)), result);
 }
 
 void setDisplays(Session& session, const Values& values) {
@@ -321,9 +388,27 @@ void setWhitePoint(Session& session, const Values& values) {
         kWhitePointNode, "x=" + std::to_string(values.integer(0)) + ",y=" + std::to_string(values.integer(1)) + "\n");
 }
 
-void removeFile(Session& session, const Values& values) {
+constexpr std::string_view kCalibration = "calibration";
+
+// The phone's path of a file that a script names; nothing is there afterwards.
+std::string removed(Session& session, const std::string& name) {
     PhoneFiles& files = session.phone().files();
-    files.remove(values.text(0) == "calibration" ? files.calibrationPath() : std::string(nodePath(values.text(0))));
+    std::string path = name == kCalibration ? files.calibrationPath() : std::string(nodePath(name));
+    files.remove(path);
+    return path;
+}
+
+void removeFile(Session& session, const Values& values) {
+    removed(session, values.text(0));
+}
+
+void makeFolder(Session& session, const Values& values) {
+    session.phone().files().makeFolder(removed(session, values.text(0)));
+}
+
+void writeFile(Session& session, const Values& values) {
+    const std::string path = removed(session, values.text(0));
+    session.phone().files().write(path, values.size() > 1 ? bytesOf(values.text(1)) : "");
 }
 
 void writePicture(Session& session, const Values& values) {
@@ -338,60 +423,60 @@ const std::vector<Command>& commands() {
         {"init", {}, "start the service: find the composer and apply the panel's calibration", initService, "service"},
         {"deInit", {}, "stop the service: release the composer", deInitService},
         {"allocUserHandle", {}, "get a user handle, which later commands use", allocUserHandle},
-        {"freeUserHandle", {}, "give the user handle back", freeUserHandle},
-        {"getNumOfDisplay", {}, "how many displays the service knows", getNumOfDisplay},
-        {"getDisplayInfo", {display()}, "what the service knows of a display", getDisplayInfo},
+        {"freeUserHandle", {}, "release the user handle", freeUserHandle},
+        {"getNumOfDisplay", {}, "the number of displays that the service knows", getNumOfDisplay},
+        {"getDisplayInfo", {display()}, "a display's name, width, height and refresh rate", getDisplayInfo},
         {"setColorTransformMatrix",
          {display(), matrix("element")},
-         "set the last matrix, by rows",
+         "set the composer's last matrix, by rows, and its first matrix to the identity",
          setColorTransformMatrix,
          "matrices and tables"},
         {"getColorTransformMatrix", {display()}, "the composer's first matrix", getColorTransformMatrix},
         {"setColorTransformMatrix2",
          {display(), matrix("first"), matrix("last")},
-         "set both matrices, by rows",
+         "set both of the composer's matrices, by rows",
          setColorTransformMatrix2},
         {"getColorTransformMatrix2", {display()}, "both of the composer's matrices", getColorTransformMatrix2},
         {"setGlobalGammaLut",
          {display(), {"file", Kind::FILE}},
-         "set the gamma table to a file's 4096 numbers",
+         "set the composer's gamma table to the 4096 numbers of a file",
          setTable<&Service::setGlobalGammaLut>},
         {"getGlobalGammaLut", {display()}, "the composer's gamma table", getTable<&Service::getGlobalGammaLut>},
         {"setGlobalDeGammaLut",
          {display(), {"file", Kind::FILE}},
-         "set the de-gamma table to a file's 4096 numbers",
+         "set the composer's de-gamma table to the 4096 numbers of a file",
          setTable<&Service::setGlobalDeGammaLut>},
         {"getGlobalDeGammaLut", {display()}, "the composer's de-gamma table", getTable<&Service::getGlobalDeGammaLut>},
         {"setGlobalGamma",
          {display(), {"exponent", Kind::FLOAT}},
-         "set the gamma table to a power law",
+         "set the composer's gamma table to a power function",
          setGlobalGamma},
         {"setUnlimitedCT",
          {display(), integer("level")},
-         "colour temperature: -100 warm, 0 neutral, 100 cold",
+         "set the colour temperature: -100 warm, 0 neutral, 100 cold",
          setInteger<&Service::setUnlimitedCT>,
          "colour temperature and screen modes"},
-        {"getUnlimitedCT", {display()}, "the level last set", getLevel<&Service::getUnlimitedCT>},
+        {"getUnlimitedCT", {display()}, "the colour temperature level", getLevel<&Service::getUnlimitedCT>},
         {"setEyeCareCT",
          {display(), integer("level")},
-         "eye care: 0 none to 100 warmest",
+         "set eye care: 0 off, 100 warmest",
          setInteger<&Service::setEyeCareCT>},
-        {"getEyeCareCT", {display()}, "the level last set", getLevel<&Service::getEyeCareCT>},
+        {"getEyeCareCT", {display()}, "the eye-care level", getLevel<&Service::getEyeCareCT>},
         {"setStandardMode",
          {display(), ignored()},
-         "the panel's calibrated colour",
+         "standard mode: the panel's calibrated colours",
          setInteger<&Service::setStandardMode>},
         {"setEnhanceScreenMode",
          {display(), ignored()},
-         "the panel's native colour",
+         "enhanced mode: the panel's native colours",
          setInteger<&Service::setEnhanceScreenMode>},
         {"setSmartEnvironmentMode",
          {display(), ignored()},
-         "the measured white point, calibrated",
+         "smart environment mode: the white point that the driver reports, calibrated",
          setInteger<&Service::setSmartEnvironmentMode>},
         {"setCabcMode",
          {display(), integer("mode")},
-         "backlight control 0 to 4, in smart environment mode",
+         "set the backlight control mode, 0 to 4; it works in smart environment mode",
          setInteger<&Service::setCabcMode>},
         {"setCabcSysNode",
          {display(), integer("level")},
@@ -399,67 +484,82 @@ const std::vector<Command>& commands() {
          setInteger<&Service::setCabcSysNode>},
 
         {"setAlad",
-         {display(), unsigned32()},
-         "ambient-light adaptive display: 0 off, otherwise on",
+         {display(), unsigned32("enable")},
+         "switch the ambient-light display off (0) or on (any other value)",
          setAlad,
          "ambient light, exclusive mode and features"},
-        {"IsAladEnable", {display()}, "1 while it is on", isAladEnable},
-        {"exclusiveModeEnter", {unsigned32()}, "take display 0 without any adjustment", enterExclusive},
-        {"exclusiveModeExit", {unsigned32()}, "give it back, calibrated", leaveExclusive},
+        {"IsAladEnable", {display()}, "1 while the ambient-light display is on, otherwise 0", isAladEnable},
+        {"exclusiveModeEnter", {unsigned32("ignored")}, "clear every adjustment of display 0", enterExclusive},
+        {"exclusiveModeExit",
+         {unsigned32("ignored")},
+         "apply the calibration and the colour temperatures again",
+         leaveExclusive},
         {"setFeature",
-         {display(), integer("feature"), integer("value"), integer("value2")},
-         "0, 1, 2: modes; 3: eye care; 7: backlight; 23: unlimited",
-         setFeature},
+         {display(), integer("feature"), integer("value"), integer("ignored")},
+         "call an operation by its number",
+         setFeature,
+         "",
+         nullptr,
+         kFeatureHelp},
         {"setMiscFeature",
          {display(), integer("feature"), {"value", Kind::DOUBLE, kMostValues, true}},
-         "the same with a list of values",
-         setMiscFeature},
-        {"getMiscFeature", {display(), integer("feature")}, "no feature can be read", getMiscFeature},
+         "call an operation by its number, with a list of two values; the second one is ignored",
+         setMiscFeature,
+         "",
+         nullptr,
+         kFeatureHelp},
+        {"getMiscFeature", {display(), integer("feature")}, "always fails: no feature can be read", getMiscFeature},
 
         {"wait", {{"duration", Kind::DURATION}}, "let time pass", wait, "time and light"},
-        {"light", {{"lux", Kind::FLOAT}}, "the light that falls on the phone", setLight},
-        {"sensor",
-         {{"state", Kind::WORD, 1, false, 0, {"stop", "start", "fail"}},
-          {"step", Kind::WORD, 1, true, 0, {"service", "find", "queue", "enable", "disable"}},
-          {"how", Kind::WORD, 1, true, 0, wordsOf(kFailures)}},
-         "stop events, let a step fail, or work again",
-         switchSensor,
-         "",
-         [](const Values& values) { checkFail(values, "sensor", "step"); },
-         kFailureHelp + "A failure lasts until the next sensor command; service: no sensor service is found.\n"},
+        {"light", {{"lux", Kind::FLOAT}}, "set the light that falls on the phone", setLight},
+        {"sensor", faultArguments("step", wordsOf(kSensorSteps, {kNoService, kNoQueue})),
+         "stop light events, make a step of using the sensor fail, or end all this", switchSensor, "",
+         [](const Values& values) { checkFail(values, "sensor"); },
+         kFailureHelp + "  service      as STEP: the sensor service is not found\n"
+                        "  no-queue     as STEP: the queue is created, and none is returned\n"},
+        {"composer", faultArguments("call", wordsOf(kComposerCalls, {kNoService})),
+         "stop the composer's process, make a call fail, or start the process and end all failures", switchComposer,
+         "the phone around the service", [](const Values& values) { checkFail(values, "composer"); },
+         kFailureHelp + "  service      as CALL: the composer runs and is not found\n"
+                        "After stop and start, the service finds the new process at its next init.\n"},
+        {"closed",
+         {word("function", wordsOf(kClosedResults)), {"result", Kind::INTEGER, 1, true}},
+         "make a function of a closed library return RESULT and do nothing; without RESULT it works again",
+         failClosed},
+        {"threads",
+         {word("state", {"fail", "start"})},
+         "let no thread start, or let threads start again",
+         [](Session& session, const Values& values) {
+             session.phone().clock().refuseThreads(values.text(0) == "fail");
+         }},
         {"displays",
          {{"count", Kind::UNSIGNED, 1, false, kMostDisplays}},
-         "how many displays the composer has",
-         setDisplays,
-         "the phone around the service"},
-        {"panel", {{"name", Kind::TEXT}}, "the name that the panel's driver reports", setPanel},
-        {"calibration", {{"file", Kind::FILE}}, "put a file in the place of the panel's calibration", setCalibration},
+         "set the number of the composer's displays",
+         setDisplays},
+        {"panel", {{"name", Kind::TEXT}}, "set the name that the panel's driver reports", setPanel},
         {"whitepoint",
          {integer("x"), integer("y")},
-         "the white that the driver reports, CIE xy in thousandths",
+         "set the white point that the driver reports, CIE xy in thousandths",
          setWhitePoint},
-        {"remove",
-         {{"file", Kind::WORD, 1, false, 0, {"panel", "cabc", "whitepoint", "calibration"}}},
-         "remove a node, or the panel's calibration file",
-         removeFile},
-        {"composer",
-         {{"state", Kind::WORD, 1, false, 0, {"stop", "start", "fail"}},
-          {"call", Kind::WORD, 1, true, 0, {kComposerOperations.begin(), kComposerOperations.end()}},
-          {"how", Kind::WORD, 1, true, 0, wordsOf(kFailures)}},
-         "end its process, let a call fail, or work again",
-         switchComposer,
+        {"calibration", {{"file", Kind::FILE}}, "replace the panel's calibration file by FILE", setCalibration},
+        {"remove", {phoneFile()}, "remove a driver's node or the panel's calibration file", removeFile},
+        {"folder", {phoneFile()}, "replace a driver's node or the panel's calibration file by a folder", makeFolder},
+        {"write",
+         {phoneFile(), {"text", Kind::TEXT, 1, true}},
+         "write TEXT to a driver's node or the panel's calibration file; without TEXT it is empty",
+         writeFile,
          "",
-         [](const Values& values) { checkFail(values, "composer", "call"); },
-         kFailureHelp + "Failures add up and last until composer start. After composer stop and start, the service\n"
-                        "finds the new process with its next init.\n"},
+         nullptr,
+         "In TEXT, \\n is a line feed and \\x23 the byte 23 (hexadecimal).\n"},
+
         {"picture",
          {{"name", Kind::NAME}, {"display", Kind::DISPLAY, 1, true}},
-         "write the picture as the display shows it now",
+         "write the picture as the display shows it now to NAME.png",
          writePicture,
          "output"},
         {"show",
          {},
-         "the state of the service and of everything it uses",
+         "the state of the service and of the composer",
          [](Session& session, const Values&) { session.show(); }},
     };
     return table;

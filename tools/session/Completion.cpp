@@ -5,22 +5,17 @@
 #include <filesystem>
 #include <system_error>
 
+#include "tools/text/Text.h"
+
 namespace simulator {
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kBlanks = " \t";
-
 std::vector<std::string_view> wordsOf(std::string_view line) {
     std::vector<std::string_view> words;
-    for (size_t begin = line.find_first_not_of(kBlanks); begin != std::string_view::npos;
-         begin = line.find_first_not_of(kBlanks, begin)) {
-        const size_t end = std::min(line.find_first_of(kBlanks, begin), line.size());
-        words.push_back(line.substr(begin, end - begin));
-        begin = end;
-    }
+    for (std::string_view word = takeWord(line); !word.empty(); word = takeWord(line)) words.push_back(word);
     return words;
 }
 
@@ -76,7 +71,7 @@ std::vector<std::string> candidatesOf(std::string_view line, const CompletionCon
 }  // namespace
 
 std::string_view lastWordOf(std::string_view lineUpToCursor) {
-    const size_t blank = lineUpToCursor.find_last_of(kBlanks);
+    const size_t blank = lineUpToCursor.find_last_of(" \t");
     return blank == std::string_view::npos ? lineUpToCursor : lineUpToCursor.substr(blank + 1);
 }
 

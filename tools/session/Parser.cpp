@@ -11,31 +11,16 @@
 
 namespace simulator {
 
-namespace {
-
-constexpr std::string_view kBlanks = " \t\r\v\f";
-
-// Takes the next word off the front of text; empty when there is none.
-std::string_view takeWord(std::string_view& text) {
-    text = trimmed(text);
-    const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
-    text.remove_prefix(word.size());
-    return word;
-}
-
-}  // namespace
-
 std::string rangeOf(const Argument& argument) {
     switch (argument.kind) {
         case Argument::Kind::UNSIGNED:
         case Argument::Kind::DISPLAY:
-            return "a whole number from 0 to " + std::to_string(argument.max);
+            return "a whole number from 0" + (argument.max < UINT32_MAX ? " to " + std::to_string(argument.max) : "");
         case Argument::Kind::INTEGER:
-            return "a whole number from -2147483648 to 2147483647";
+            return "a whole number";
         case Argument::Kind::FLOAT:
-            return "a number within single precision";
         case Argument::Kind::DOUBLE:
-            return "a number within double precision";
+            return "a number";
         case Argument::Kind::DURATION:
             return "a duration up to 1000h such as 90s, 20ms, 2.5min or 1h";
         case Argument::Kind::FILE:
@@ -49,7 +34,8 @@ std::string rangeOf(const Argument& argument) {
     }
     std::string words;
     for (const std::string_view word : argument.words) words += (words.empty() ? "" : ", ") + std::string(word);
-    return "one of " + words;
+    return "one of " + words +
+           (argument.max > 0 ? ", or a whole number from 1 to " + std::to_string(argument.max) : "");
 }
 
 std::string nameOf(const Argument& argument) {
@@ -74,8 +60,9 @@ std::string placeOf(const Argument& argument, size_t index) {
 
 [[noreturn]] void failValue(const Command& command, const Argument& argument, std::string_view word,
                             const std::string& what) {
+    const std::string_view nearest = nearestOf(word, argument.words);
     throw ScriptError(std::string(command.name) + ": " + inQuotes(word) + " " + what + "; expected " +
-                      nameOf(argument) + ", " + rangeOf(argument));
+                      (nearest.empty() ? nameOf(argument) + ", " + rangeOf(argument) : std::string(nearest)));
 }
 
 template <typename T>
@@ -134,10 +121,14 @@ Values::Value parseValue(const Command& command, const Argument& argument, std::
         case Argument::Kind::NAME:
             if (!isName(word)) failValue(command, argument, word, "is not a name");
             break;
-        case Argument::Kind::WORD:
-            if (std::find(argument.words.begin(), argument.words.end(), word) == argument.words.end())
-                failUsage(command, inQuotes(word) + " is not " + rangeOf(argument));
+        case Argument::Kind::WORD: {
+            if (std::find(argument.words.begin(), argument.words.end(), word) != argument.words.end()) break;
+            uint64_t number = 0;
+            const char* const end = word.data() + word.size();
+            const bool isNumber = std::from_chars(word.data(), end, number).ptr == end;
+            if (!isNumber || number == 0 || number > argument.max) failValue(command, argument, word, "is not known");
             break;
+        }
         case Argument::Kind::FILE:
             if (word.find('\0') != std::string_view::npos) failValue(command, argument, word, "is not a file name");
             break;

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
+#include <utility>
 
 #include "tools/session/Command.h"
 #include "tools/text/LineReader.h"
@@ -49,6 +50,20 @@ void ScriptFile::run(Session& session, const std::ostream& output) const {
             throw ScriptError(line.place + error.what());
         }
     }
+}
+
+SessionDump dumpOf(const ScriptFile& script, SessionOptions options) {
+    SessionDump dump;
+    Timeline timeline([&dump](const SessionEvent& event) {
+        if (const auto* const call = phoneEvent<ComposerCall>(event))
+            dump.calls.push_back({event.milliseconds(), *call});
+    });
+    options.out.clear();
+    options.picture = {};
+    Session session(std::move(options), timeline);
+    script.run(session, std::cout);
+    dump.state = session.state();
+    return dump;
 }
 
 }  // namespace simulator

@@ -37,4 +37,16 @@ private:
     std::vector<Line> script;
 };
 
+// What is compared of two sessions. The same on every machine: no path of it, no line of the log.
+struct SessionDump {
+    struct Call {
+        int64_t ms;
+        ComposerCall call;
+    };
+    std::vector<Call> calls;
+    State state;  // at the end
+};
+// Runs the script; its pictures are not written. Throws what ScriptFile::run throws.
+SessionDump dumpOf(const ScriptFile& script, SessionOptions options);
+
 }  // namespace simulator

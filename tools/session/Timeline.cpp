@@ -9,7 +9,6 @@
 #include <string_view>
 #include <utility>
 
-#include "tools/session/SessionJson.h"
 #include "tools/text/Text.h"
 
 namespace simulator {
@@ -152,7 +151,7 @@ std::string pictureText(const WrittenPicture& picture) {
 
 class TextWriter {
 public:
-    TextWriter(std::ostream& output, Timeline::Look textLook) : stream(output), look(textLook) {}
+    TextWriter(std::ostream& output, Look textLook) : stream(output), look(textLook) {}
 
     void operator()(const SessionEvent& event) {
         if (!look.all && phoneEvent<ClosedCall>(event) != nullptr) return;
@@ -174,7 +173,7 @@ private:
         const std::string_view kind = kindOf(what);
         const auto* const line = std::get_if<LogLine>(&what);
         const bool isError = line != nullptr && line->priority >= ANDROID_LOG_ERROR;
-        writeLine(headOf(event, kind) + textOf(what).substr(kind.size() + 1), isError ? kRed : "");
+        writeLine(headOf(event, kind) + textOf(what).substr(kind.size() + 1), isError ? kRed : nullptr);
     }
     void write(const SessionEvent& event, const XmlMessage& message) {
         writeLine(headOf(event, "xml") + message.file + ":" + std::to_string(message.line) + ": " + message.message);
@@ -197,32 +196,23 @@ private:
         writeLine(headOf(event, "state") + stateText(state, kTextColumn));
     }
 
-    void writeLine(const std::string& text, std::string_view color = "") {
+    void writeLine(const std::string& line, const char* color = nullptr) {
         lastWasRemark = false;
-        const bool colored = look.color && !color.empty();
-        stream << (colored ? color : "") << harmless(text) << (colored ? "\x1b[0m" : "") << "\n" << std::flush;
+        const std::string text = harmless(line);
+        stream << (look.color && color != nullptr ? colored(color, text) : text) << "\n" << std::flush;
     }
 
-    static constexpr std::string_view kRed = "\x1b[31m";
-    static constexpr std::string_view kBold = "\x1b[1m";
-
     std::ostream& stream;
-    const Timeline::Look look;
+    const Look look;
     Ramp ramp;
     bool lastWasRemark = false;
 };
 
-Timeline::Sink writerTo(std::ostream& output, Timeline::Format format, Timeline::Look look) {
-    if (format == Timeline::Format::TEXT) return TextWriter(output, look);
-    return [&output](const SessionEvent& event) {
-        const Json json = sessionEventToJson(event);
-        if (!json.is_null()) output << lineOf(json) << "\n" << std::flush;
-    };
-}
-
 }  // namespace
 
-Timeline::Timeline(std::ostream& output, Format format, Look look) : sink(writerTo(output, format, look)) {}
+Timeline::Sink textWriter(std::ostream& output, Look look) {
+    return TextWriter(output, look);
+}
 
 void Timeline::report(const SessionEvent& event) {
     const platform::Lock lock(mutex);

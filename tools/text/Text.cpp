@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/text/Text.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <fstream>
 #include <numeric>
 #include <stdexcept>
@@ -13,6 +16,8 @@
 namespace simulator {
 
 namespace {
+
+constexpr std::string_view kBlanks = " \t\n\v\f\r";
 
 // Levenshtein's distance, letter case aside: single characters inserted, left out or replaced.
 size_t editDistance(std::string_view a, std::string_view b) {
@@ -33,10 +38,15 @@ size_t editDistance(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
-    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
-    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-    return text;
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+std::string_view takeWord(std::string_view& text) {
+    text = trimmed(text);
+    const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+    text.remove_prefix(word.size());
+    return word;
 }
 
 std::string harmless(std::string_view text) {
@@ -57,6 +67,28 @@ std::string inQuotes(std::string_view bytes) {
     return "\"" + printable(bytes.substr(0, kLongest)) + (bytes.size() > kLongest ? "...\"" : "\"");
 }
 
+std::string bytesOf(std::string_view text) {
+    constexpr size_t kHexadecimal = 4;  // characters of \x23
+    std::string bytes;
+    while (!text.empty()) {
+        unsigned char byte = 0;
+        size_t used = 1;
+        const char* const end = text.data() + std::min(kHexadecimal, text.size());
+        if (text.substr(0, 2) == "\\n") {
+            byte = '\n';
+            used = 2;
+        } else if (text.substr(0, 2) == "\\x" &&
+                   std::from_chars(text.data() + 2, end, byte, 16).ptr == text.data() + 4) {
+            used = kHexadecimal;
+        } else {
+            byte = static_cast<unsigned char>(text.front());
+        }
+        bytes += static_cast<char>(byte);
+        text.remove_prefix(used);
+    }
+    return bytes;
+}
+
 void requireFile(const std::filesystem::path& file, const std::string& expected) {
     const auto status = std::filesystem::status(file);
     const bool exists = std::filesystem::exists(status);
@@ -67,6 +99,23 @@ void requireFile(const std::filesystem::path& file, const std::string& expected)
                             : !std::ifstream(file).is_open()        ? "cannot be opened"
                                                                     : nullptr;
     if (why != nullptr) throw std::runtime_error(file.string() + ": " + why + "; expected " + expected);
+}
+
+void replaceFile(const std::filesystem::path& file, const std::string& text) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path target = fs::weakly_canonical(file, error);  // a link stays a link
+    if (fs::exists(target, error) && !fs::is_regular_file(target, error))
+        throw std::runtime_error(file.string() + ": is not a regular file; expected a file to write");
+    const fs::path fresh = target.string() + "." + std::to_string(getpid()) + ".tmp";
+    std::ofstream stream(fresh, std::ios::binary);
+    stream << text;
+    stream.close();
+    error.clear();
+    if (stream) fs::rename(fresh, target, error);
+    if (stream && !error) return;
+    fs::remove(fresh, error);
+    throw std::runtime_error(file.string() + ": could not be written; expected a file to write");
 }
 
 bool isNear(std::string_view word, std::string_view known) {

@@ -12,14 +12,32 @@ namespace simulator {
 // Without the white space at both ends.
 std::string_view trimmed(std::string_view text);
 
+// Takes the next word off the front of text; empty when there is none.
+std::string_view takeWord(std::string_view& text);
+
 // For a terminal: control characters, which would steer it, as \x1B. Line ends and UTF-8 stay.
 std::string harmless(std::string_view text);
+
+// Text in a terminal's colour or weight.
+constexpr const char* kRed = "\x1b[31m";
+constexpr const char* kYellow = "\x1b[33m";
+constexpr const char* kBold = "\x1b[1m";
+inline std::string colored(const char* color, const std::string& text) {
+    return color + text + "\x1b[0m";
+}
 
 // What somebody wrote, for a message: printable, in double quotes, cut when it is long.
 std::string inQuotes(std::string_view bytes);
 
+// The bytes that text with the escapes of printable represents; a '\\' that begins none is itself.
+std::string bytesOf(std::string_view text);
+
 // Throws std::runtime_error, "FILE: why not; expected EXPECTED", if the file cannot be opened or is a folder.
 void requireFile(const std::filesystem::path& file, const std::string& expected);
+
+// Writes a file as a whole: on a fault the old one stays as it is. Throws std::runtime_error, "FILE: why not; expected
+// a file to write".
+void replaceFile(const std::filesystem::path& file, const std::string& text);
 
 // Whether word is probably a misspelt known: at most a third of known's characters differ, at least one may. Letter
 // case does not count.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/session/SessionJson.h"
+#include "tools/json/SessionJson.h"
 
 namespace simulator {
 
@@ -48,10 +48,14 @@ Json stateToJson(const State& state) {
     return json;
 }
 
-Json sessionEventToJson(const SessionEvent& event) {
-    Json json = std::visit([](const auto& what) { return toJson(what); }, event.what);
-    if (!json.is_null()) json["ms"] = event.milliseconds();
-    return json;
+Timeline::Sink jsonWriter(std::ostream& output, bool all) {
+    return [&output, all](const SessionEvent& event) {
+        if (std::holds_alternative<LineDone>(event.what)) return;
+        if (!all && phoneEvent<ClosedCall>(event) != nullptr) return;
+        Json json = std::visit([](const auto& what) { return toJson(what); }, event.what);
+        json["ms"] = event.milliseconds();
+        output << lineOf(json) << "\n" << std::flush;
+    };
 }
 
 }  // namespace simulator

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/session/SessionDump.h"
-
-#include <unistd.h>
+#include "tools/json/StoredSession.h"
 
 #include <cmath>
 #include <fstream>
-#include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
-#include "tools/session/SessionJson.h"
+#include "tools/json/SessionJson.h"
 #include "tools/text/Text.h"
 
 namespace simulator {
@@ -86,23 +84,31 @@ void write(std::ostream& stream, const Json& value, const std::string& indent) {
 
 }  // namespace
 
-Json dumpOf(const ScriptFile& script, SessionOptions options) {
+Json toJson(const SessionDump& dump) {
     Json calls = Json::array();
-    Timeline timeline([&calls](const SessionEvent& event) {
-        const auto* const call = phoneEvent<ComposerCall>(event);
-        if (call == nullptr) return;
-        calls.push_back(callToJson(*call, Curves::AS_LEVELS));
-        calls.back()["ms"] = event.milliseconds();
-    });
-    options.out.clear();
-    options.picture = {};
-    Session session(std::move(options), timeline);
-    script.run(session, std::cout);
-    return {{"calls", calls}, {"state", stateToJson(session.state())}};
+    for (const auto& [ms, call] : dump.calls) {
+        calls.push_back(callToJson(call, Curves::AS_LEVELS));
+        calls.back()["ms"] = ms;
+    }
+    return {{"calls", calls}, {"state", stateToJson(dump.state)}};
 }
 
 std::optional<Difference> firstDifference(const Json& expected, const Json& got) {
     return compare(Path(), expected, got);
+}
+
+Json verdictToJson(const char* event, const SessionDump& dump) {
+    return {{"event", event}, {"calls", dump.calls.size()}};
+}
+
+Json toJson(const Difference& difference, const SessionDump& got) {
+    Json event = {{"event", "difference"}, {"path", difference.path}};
+    if (difference.call) event["call"] = *difference.call;
+    if (difference.call && *difference.call <= got.calls.size())
+        event["operation"] = nameOf(kComposerOperations, got.calls[*difference.call - 1].call.operation);
+    if (difference.expected) event["expected"] = *difference.expected;
+    if (difference.got) event["got"] = *difference.got;
+    return event;
 }
 
 Json readDump(const fs::path& file) {
@@ -116,17 +122,10 @@ Json readDump(const fs::path& file) {
 }
 
 void writeDump(const Json& dump, const fs::path& file) {
-    const fs::path fresh = file.string() + "." + std::to_string(getpid()) + ".tmp";
-    std::ofstream stream(fresh);
-    write(stream, dump, "");
-    stream << "\n";
-    stream.close();
-    std::error_code error;
-    if (stream) fs::rename(fresh, file, error);
-    if (stream && !error) return;
-    std::error_code ignored;
-    fs::remove(fresh, ignored);
-    throw std::runtime_error(file.string() + ": could not be written; expected a place for a stored session");
+    std::ostringstream text;
+    write(text, dump, "");
+    text << "\n";
+    replaceFile(file, text.str());
 }
 
 }  // namespace simulator

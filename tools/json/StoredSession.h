@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The composer's calls in a session and the state at its end, as a file to compare later sessions with.
+// A session's dump as a file, to compare later sessions with.
 #pragma once
 
 #include <filesystem>
@@ -11,10 +11,8 @@
 
 namespace simulator {
 
-// An object of "calls", the composer's calls in their order, and "state", what `show` gives at the end. The same on
-// every machine: no path of it, no line of the log. A tone curve of the simulated library is named by
-// its level. Pictures of the script are not written. Throws what ScriptFile::run throws.
-Json dumpOf(const ScriptFile& script, SessionOptions options);
+// An object of "calls" and "state". A tone curve of the simulated library is named by its level.
+Json toJson(const SessionDump& dump);
 
 // The first place where two dumps differ. Floats are the same when their bits are.
 struct Difference {
@@ -24,6 +22,10 @@ struct Difference {
     std::optional<size_t> call = {};  // number of the composer call that differs, from 1; nothing in the state
 };
 std::optional<Difference> firstDifference(const Json& expected, const Json& got);
+// What verify says of a dump without a difference, as an event of that name.
+Json verdictToJson(const char* event, const SessionDump& dump);
+// As an event; got is the session that differs.
+Json toJson(const Difference& difference, const SessionDump& got);
 
 // Throws std::runtime_error when the file cannot be read or holds no dump.
 Json readDump(const std::filesystem::path& file);

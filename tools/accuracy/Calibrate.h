@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+// From a panel's model to its calibration.
+#pragma once
+
+#include "tools/accuracy/PanelModel.h"
+#include "tools/accuracy/Target.h"
+
+namespace simulator {
+
+constexpr size_t kGammaEntries = 4096;
+
+struct PanelCalibration {
+    Vec3 gains;  // of red, green and blue on linear RGB, the largest 1: the panel's white becomes the target's
+    Mat3 colorCorrection;       // 3x3 by rows on linear RGB, before the gains; keeps white
+    std::vector<double> gamma;  // kGammaEntries; entry i is the drive level, 0 to 1, for the linear level i / 4096
+    std::vector<double>
+        fitted;  // delta E 2000 of the patches that the gains and the matrix were fitted to; white is first
+    std::vector<double> keptOut;  // and of those that were not
+    size_t outOfGamut;            // patches that the panel cannot show, in neither list
+};
+
+// The calibration that brings a panel behind a composer, which decodes with kTargetExponent, closest to the target.
+// The same result on every run. Differences are relative to the target's white, both whites scaled to Y = 100.
+PanelCalibration calibrate(const PanelModel& panel, const Target& target);
+
+// XYZ of the panel's red, green and blue at full drive without its black, as columns.
+Mat3 lightOf(const PanelModel& panel);
+
+}  // namespace simulator

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/dcsim/AccuracyArguments.h"
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace dcsim {
+
+namespace {
+
+// What is wrong with a word, or nothing.
+std::string isTarget(const std::string& word) {
+    return simulator::primariesOf(word) ? "" : "\"" + word + "\" is not a target; expected srgb or display-p3";
+}
+
+}  // namespace
+
+void addChromaticityOption(CLI::App& command, const std::string& name, std::optional<simulator::Chromaticity>& value,
+                           const std::string& description) {
+    const auto read = [name, &value](const std::string& text) {
+        simulator::Chromaticity xy{};
+        int length = -1;
+        if (sscanf(text.c_str(), "%lf,%lf%n", &xy.x, &xy.y, &length) != 2 || text.c_str()[length] != '\0')
+            throw CLI::ValidationError(name, "\"" + text + "\" is not a chromaticity; expected CIE X,Y");
+        value = xy;
+    };
+    command.add_option_function<std::string>(name, read, description)->type_name("X,Y");
+}
+
+void addTargetOptions(CLI::App& command, TargetArguments& arguments) {
+    command.add_option("--target", arguments.target, "Primaries of the target: srgb (if not given) or display-p3")
+        ->check(isTarget)
+        ->type_name("TARGET");
+    addChromaticityOption(command, "--white", arguments.white,
+                          "White of the target, CIE xy; 0.3127,0.3290 (D65) if not given");
+}
+
+simulator::Target targetOf(const TargetArguments& arguments) {
+    const auto target = simulator::makeTarget(simulator::primariesOf(arguments.target).value(),
+                                              arguments.white.value_or(simulator::kD65));
+    if (!target) throw std::runtime_error("--white: is outside the target's gamut; expected CIE x,y inside it");
+    return *target;
+}
+
+std::vector<simulator::Patch> patchesOf(const std::string& file, const simulator::Target& target) {
+    return file.empty() ? simulator::standardPatches(target) : simulator::readPatches(file);
+}
+
+void addStateOptions(CLI::App& command, StateArguments& arguments) {
+    command.add_option("script", arguments.script,
+                       "Script, - for standard input; without one the service is started in standard mode");
+    command.add_option("--phone", arguments.phone, "The phone's files; the session uses a copy of them")
+        ->type_name("DIR");
+    command.add_option("--calibration", arguments.calibration, "Calibration file in the place of the panel's")
+        ->type_name("FILE.xml");
+}
+
+simulator::ServiceStates statesOf(const StateArguments& arguments) {
+    std::optional<simulator::ScriptFile> script;
+    if (!arguments.script.empty()) script.emplace(arguments.script);
+    simulator::ServiceRun run;
+    if (script) run.script = &*script;
+    if (!arguments.phone.empty()) run.phone = arguments.phone;
+    if (!arguments.calibration.empty()) run.calibration = arguments.calibration;
+    return simulator::statesOf(run);
+}
+
+}  // namespace dcsim
