@@ -111,6 +111,20 @@ TEST(CalibrateTest, TheTableRisesFromBlackToFullDriveAtTheHighestDecodedLevel) {
     }
 }
 
+// Composers decode with 2.2, so that colours are approximate.
+TEST(CalibrateTest, AnotherExponentIsRightForGreysAndNearForColors) {
+    const PanelModel model = modelOf(kAgreeing);
+    for (const double exponent : {2.0, 2.4}) {
+        const Target target = makeTarget(kSrgbPrimaries, kD65, exponent).value();
+        const DisplayState state = stateOf(calibrate(model, target));
+        const Figures figures = figuresOf(state, model, target, predicted(state, model));
+        EXPECT_THAT(figures.white.deltaE, Le(0.3));
+        for (const GreyFigure& grey : figures.greys) EXPECT_THAT(std::abs(grey.gammaError.value_or(0)), Le(0.02));
+        EXPECT_THAT(errorsOf(figures.colorChecker).value().mean, Le(1));
+        EXPECT_NEAR(figures.greys[16].gamma.value(), exponent, 0.02);
+    }
+}
+
 TEST(CalibrateTest, AWhiteThatThePanelCannotShowIsRefused) {
     const Target green = makeTarget(kDisplayP3Primaries, {0.28, 0.64}).value();
     const SyntheticPanel narrow{kNarrow, {0.319, 0.336}, {2.2, 2.2, 2.2}, 0, 1};

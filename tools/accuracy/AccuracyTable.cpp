@@ -186,7 +186,7 @@ std::vector<std::string> warningsOf(const Accuracy& accuracy) {
 
 std::string textOf(const Target& target) {
     return std::string(nameOf(target.primaries)) +
-           format(", white x %.4f y %.4f, gamma %g", target.white.x, target.white.y, kTargetExponent);
+           format(", white x %.4f y %.4f, gamma %g", target.white.x, target.white.y, target.exponent);
 }
 
 std::string textOf(const Accuracy& accuracy) {

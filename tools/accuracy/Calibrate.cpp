@@ -67,8 +67,8 @@ public:
         }
     }
 
-    // The gamma table for a white of which the channels have these parts.
-    std::vector<double> gammaTable(const Vec3& white) const {
+    // The gamma table for a white of which the channels have these parts. exponent: of the light over decoded levels.
+    std::vector<double> gammaTable(const Vec3& white, double exponent) const {
         std::vector<double> grey(kDriveLevels + 1);
         for (size_t i = 0; i < grey.size(); ++i) {
             for (size_t channel = 0; channel < 3; ++channel) grey[i] += white[channel] * samples[channel][i];
@@ -76,7 +76,7 @@ public:
         std::vector<double> table;
         for (size_t i = 0; i < kGammaEntries; ++i) {
             const double level = std::min(static_cast<double>(i) / (kGammaEntries * decoded(1)), 1.0);
-            table.push_back(driveOf(grey, withoutBlack(level) * grey.back()));
+            table.push_back(driveOf(grey, withoutBlack(std::pow(level, exponent)) * grey.back()));
         }
         return table;
     }
@@ -243,14 +243,17 @@ PanelCalibration calibrate(const PanelModel& panel, const Target& target) {
     const auto toPanel = inverse(lightOf(panel));
     if (!toPanel) throw std::runtime_error("the primaries do not mix; expected three different colours");
     const Luminances luminances(panel);
-    Display display{panel, whiteOf(target), withinOne(multiply(*toPanel, target.toXyz)), {}};
-    const Vec3 exactGains = multiply(display.matrix, kWhite);
-    if (*std::min_element(exactGains.begin(), exactGains.end()) <= 0)
+    // Exact if the composer decodes with the target's exponent; otherwise white is, and colours are near.
+    const double exponent = target.exponent / kTargetExponent;
+    Mat3 exact = multiply(*toPanel, target.toXyz);
+    const Vec3 white = multiply(exact, kWhite);
+    if (*std::min_element(white.begin(), white.end()) <= 0)
         throw std::runtime_error("the panel cannot show the target's white; expected one inside its gamut");
-    display.gamma = luminances.gammaTable(exactGains);
+    for (size_t i = 0; i < 9; ++i) exact[i] *= std::pow(white[i / 3], 1 / exponent - 1);
+    Display display{panel, whiteOf(target), withinOne(exact), luminances.gammaTable(white, exponent)};
     const FitPatches patches = patchesFor(display, target);
     for (int pass = 0; pass < kPasses; ++pass) {
-        display.gamma = luminances.gammaTable(multiply(display.matrix, kWhite));
+        display.gamma = luminances.gammaTable(multiply(display.matrix, kWhite), exponent);
         fit(display, patches.fitted);
     }
 

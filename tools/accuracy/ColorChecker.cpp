@@ -49,7 +49,7 @@ ChartPatch patchOf(const ChartLab& patch, const Target& target) {
     for (size_t i = 0; i < 3; ++i) {
         const double linear = std::clamp(wanted[i], 0.0, 1.0);
         result.isClipped = result.isClipped || linear != wanted[i];
-        result.rgb[i] = std::pow(linear, 1 / kTargetExponent);
+        result.rgb[i] = std::pow(linear, 1 / target.exponent);
     }
     result.xyz = xyzOf(target, result.rgb);
     return result;

@@ -17,13 +17,13 @@ bool isSame(const Chromaticity& a, const Chromaticity& b) {
 
 }  // namespace
 
-std::optional<Target> makeTarget(const Primaries& primaries, const Chromaticity& white) {
+std::optional<Target> makeTarget(const Primaries& primaries, const Chromaticity& white, double exponent) {
     auto toXyz = rgbToXyz(primaries, white);
     if (!toXyz) return std::nullopt;
     for (double& element : *toXyz) element *= 100;
     const auto fromXyz = inverse(*toXyz);
     if (!fromXyz) return std::nullopt;
-    return Target{primaries, white, *toXyz, *fromXyz};
+    return Target{primaries, white, *toXyz, *fromXyz, exponent};
 }
 
 std::optional<Primaries> primariesOf(std::string_view name) {
@@ -47,7 +47,7 @@ Vec3 whiteOf(const Target& target) {
 
 Vec3 xyzOf(const Target& target, const Vec3& rgb) {
     Vec3 linear;
-    for (size_t i = 0; i < 3; ++i) linear[i] = std::pow(rgb[i], kTargetExponent);
+    for (size_t i = 0; i < 3; ++i) linear[i] = std::pow(rgb[i], target.exponent);
     return multiply(target.toXyz, linear);
 }
 

@@ -14,19 +14,21 @@ constexpr Primaries kDisplayP3Primaries = {{0.680, 0.320}, {0.265, 0.690}, {0.15
 
 // An ideal display:
 //
-//     XYZ = M * (R^2.2, G^2.2, B^2.2), M from primaries and white by SMPTE RP 177, Y = 100 for white
+//     XYZ = M * (R^E, G^E, B^E), E = 2.2 in general, M from primaries and white by SMPTE RP 177, Y = 100 for white
 //
-// The exponent is the one that composers decode pictures with, so that it is right for greys and for colours; the
+// The exponent 2.2 is the one that composers decode pictures with, so that it is right for greys and for colours; the
 // transfer function of IEC 61966-2-1 differs from it by up to 0.2 in gamma near black.
 struct Target {
     Primaries primaries;
     Chromaticity white;
     Mat3 toXyz;    // from linear RGB
     Mat3 fromXyz;  // its inverse
+    double exponent = kTargetExponent;
 };
 
 // Nothing if the white is not inside the triangle of the primaries.
-std::optional<Target> makeTarget(const Primaries& primaries, const Chromaticity& white = kD65);
+std::optional<Target> makeTarget(const Primaries& primaries, const Chromaticity& white = kD65,
+                                 double exponent = kTargetExponent);
 
 // The primaries of "srgb" and "display-p3"; nothing for another name.
 std::optional<Primaries> primariesOf(std::string_view name);

@@ -37,11 +37,17 @@ void addTargetOptions(CLI::App& command, TargetArguments& arguments) {
         ->type_name("TARGET");
     addChromaticityOption(command, "--white", arguments.white,
                           "White of the target, CIE xy; 0.3127,0.3290 (D65) if not given");
+    command
+        .add_option("--gamma", arguments.gamma,
+                    "Exponent of the target; 2.2 if not given. Another one is approximate for colours, because the "
+                    "composer decodes with 2.2")
+        ->check(CLI::Range(1.0, 4.0))
+        ->type_name("EXPONENT");
 }
 
 simulator::Target targetOf(const TargetArguments& arguments) {
     const auto target = simulator::makeTarget(simulator::primariesOf(arguments.target).value(),
-                                              arguments.white.value_or(simulator::kD65));
+                                              arguments.white.value_or(simulator::kD65), arguments.gamma);
     if (!target) throw std::runtime_error("--white: is outside the target's gamut; expected CIE x,y inside it");
     return *target;
 }

@@ -21,9 +21,10 @@ void addChromaticityOption(CLI::App& command, const std::string& name, std::opti
 struct TargetArguments {
     std::string target = "srgb";
     std::optional<simulator::Chromaticity> white;  // D65 if not given
+    double gamma = simulator::kTargetExponent;
 };
 
-// --target and --white.
+// --target, --white and --gamma.
 void addTargetOptions(CLI::App& command, TargetArguments& arguments);
 
 // Throws std::runtime_error for a white outside the target's gamut.

@@ -71,7 +71,7 @@ void addReport(CLI::App& app, int& status) {
                             "Measurement of the panel without calibration, for the accuracy figures after the script");
     panel->type_name("PANEL.ti3");
     addTargetOptions(*command, options->target);
-    for (const char* const option : {"--target", "--white"}) command->get_option(option)->needs(panel);
+    for (const char* const option : {"--target", "--white", "--gamma"}) command->get_option(option)->needs(panel);
     command->add_option("-o", options->out, "Where the page goes: one HTML file that needs nothing else")
         ->type_name("FILE.html");
     command->add_flag("--json", options->json, "What the page shows, as one JSON document");

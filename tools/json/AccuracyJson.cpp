@@ -54,7 +54,7 @@ Json toJson(const ColorErrors& errors) {
 Json toJson(const Target& target) {
     return {{"name", nameOf(target.primaries)},       {"red", point(target.primaries.red)},
             {"green", point(target.primaries.green)}, {"blue", point(target.primaries.blue)},
-            {"white", point(target.white)},           {"gamma", number(kTargetExponent)}};
+            {"white", point(target.white)},           {"gamma", number(target.exponent)}};
 }
 
 Json toJson(const Verdict& verdict) {
