@@ -83,7 +83,9 @@ TEST(CalibrateTest, ThePanelComesAsCloseToTheTargetAsItCan) {
                     static_cast<double>(calibration.keptOut.size()), 1);
 
         const DisplayState state = stateOf(calibration);
-        const auto shown = [&](const Vec3& rgb) { return std::optional(panel.xyz(driveLevels(state, rgb))); };
+        const auto shown = [&panel = panel, &state](const Vec3& rgb) {
+            return std::optional(panel.xyz(driveLevels(state, rgb)));
+        };
         const Figures figures = figuresOf(state, model, kSrgb, shown);
         EXPECT_THAT(figures.white.deltaE, Le(white + 0.1));
         const ColorErrors chart = errorsOf(figures.colorChecker).value();

@@ -57,6 +57,10 @@ TEST_F(MeasurementTest, HarmlessVariantsAreRead) {
     }
     EXPECT_EQ(readPanel(write(kVariants[1])).patches[0].id, "upper left");
     EXPECT_EQ(readPanel(write(kVariants[4])).candelas, 4.5);
+    EXPECT_EQ(readPanel(write(text)).instrument, "a formula");
+    const auto stated = readPanel(
+        write(replaced(text, "COLOR_REP", "TARGET_INSTRUMENT \"colorimeter 2\"\nCREATED \"3 July 2026\"\nCOLOR_REP")));
+    EXPECT_EQ(stated.instrument + ", " + stated.date, "colorimeter 2, 3 July 2026");
 }
 
 TEST_F(MeasurementTest, FaultsAreRefusedWithFileLineAndWhatWasExpected) {

@@ -60,11 +60,11 @@ protected:
     const tests::TemporaryFolder folder;
 };
 
-TEST_F(LightTraceTest, ReadsWhatASensorMaySay) {
-    const LightTrace trace = read("\xEF\xBB\xBF\n\nseconds, lux\r\n0,300\n\n 0.5 , -1\n0.5,nan\n100000000,1e30\n");
+TEST_F(LightTraceTest, ReadsTimesAndLight) {
+    const LightTrace trace = read("\xEF\xBB\xBF\n\nseconds, lux\r\n0,300\n\n 0.5 , 0\n0.5,0.25\n100000000,1e30\n");
     ASSERT_EQ(trace.size(), 4U);
     EXPECT_EQ(trace[1].time, milliseconds(500));
-    EXPECT_EQ(trace[1].lux, -1.0F);
+    EXPECT_EQ(trace[1].lux, 0.0F);
     EXPECT_EQ(trace[3].lux, 1e30F);
 }
 
@@ -79,11 +79,13 @@ TEST_F(LightTraceTest, AWrongLineSaysWhereAndWhatWasExpected) {
         {"0,1\nseconds,lux\n", ":2: \"seconds\" is not a time; expected seconds from 0 to 1e8"},
         {"0,1\n1;2\n", ":2: \"1;2\" is not two columns; expected SECONDS,LUX"},
         {"0,1,2\n", ":1: \"0,1,2\" is not two columns; expected SECONDS,LUX"},
-        {"0,1\n1,dark\n", ":2: \"dark\" is not a light level; expected a number of lux"},
+        {"0,1\n1,dark\n", ":2: \"dark\" is not a light level; expected lux from 0"},
         {"-1,1\n", ":1: \"-1\" is not a time; expected seconds from 0 to 1e8"},
         {"nan,1\n", ":1: \"nan\" is not a time; expected seconds from 0 to 1e8"},
-        {"0,1\n5,1e99\n", ":2: \"1e99\" is not a light level; expected a number of lux"},
-        {"0,\033[31m\xF8\n", ":1: \"\\x1B[31m\\xF8\" is not a light level; expected a number of lux"},
+        {"0,1\n5,1e99\n", ":2: \"1e99\" is not a light level; expected lux from 0"},
+        {"0,1\n5,-0.5\n", ":2: \"-0.5\" is not a light level; expected lux from 0"},
+        {"0,nan\n", ":1: \"nan\" is not a light level; expected lux from 0"},
+        {"0,\033[31m\xF8\n", ":1: \"\\x1B[31m\\xF8\" is not a light level; expected lux from 0"},
         {"5,1\n4,1\n", ":2: the time is before that of the line above; expected times that do not fall"},
     };
     for (const auto& [text, message] : kCases) EXPECT_THAT(errorOf(text), EndsWith(message)) << text;

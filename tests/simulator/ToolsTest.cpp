@@ -143,6 +143,10 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
     const std::string loose = file("loose.json", R"({"white": 9, "greyChroma": 9, "gamma": 9, "colorCheckerMean": 9,
                                                      "colorCheckerLargest": 9, "coverage": 50})");
     const std::string driven = (folder / "driven.ti1").string();
+    const std::string calibrate = "calibrate " + kData + "/panels/oled.ti3 -o ";
+    const std::string shipped = kData + "/phone/vendor/etc/disp_calib_data_0b.xml";
+    const std::string made = (folder / "made.xml").string();
+    const std::string none = (folder / "none.xml").string();
     const struct {
         std::string arguments;
         int status;
@@ -157,7 +161,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"verify " + script + " " + kData + "/demo.expected.json", 0, ": as expected: 172 composer calls"},
         {"verify " + other + " " + kData + "/demo.expected.json --json", 1,
          R"({"event":"difference","path":"/calls/3","call":4,"expected":{"call":"setColorTransformMatrix")"},
-        {"verify " + other + " " + kData + "/demo.expected.json", 1, "composer call 4 of 3: it did not come"},
+        {"verify " + other + " " + kData + "/demo.expected.json", 1, "composer call 4 is missing: the session has 3"},
         {"verify " + other + " " + fresh, 2, fresh + ": does not exist; expected a stored session; --update writes it"},
         {"verify " + other + " " + other, 2,
          other + ": is not a stored session; expected one that --update has written"},
@@ -180,6 +184,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"check --json /nowhere\xFF", 2, "\"file\": \"/nowhere\xEF\xBF\xBD\""},
         {"check --driver-white 0.1,0.8 " + kData + "/phone/vendor/etc/disp_calib_data_default.xml", 1,
          "has a triangle of primaries that the driver's white is outside of"},
+        {"run a b", 2, "dcsim: unknown argument \"b\"; expected dcsim run [OPTIONS] SCRIPT\n"},
         {panel, 1, "\nwhite, dE2000  "},
         {panel + " --json", 1, "\"pass\": false"},
         {panel + " --limits " + loose, 0, "\nAll 8 limits are kept\n"},
@@ -188,11 +193,24 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {panel + " --white 0.6,", 2, "--white: \"0.6,\" is not a chromaticity; expected CIE X,Y"},
         {panel + " --target rec709", 2, "\"rec709\" is not a target; expected srgb or display-p3"},
         {panel + " --calibration /nowhere", 2, "dcsim: /nowhere: does not exist; expected a calibration file"},
+        {panel + " --calibration " + other, 1, other + ": the library does not read it as it is written"},
         {panel + " --measured " + kData + "/panels/cool.ti3", 2, "white was not measured"},
         {"patches -o " + driven, 0, driven + ": 66 patches\n"},
         {"patches " + driven + " " + other + " -o " + driven, 0, driven + ": 66 patches\n"},
         {"patches " + driven + " " + broken + " -o " + driven, 2, "unknown command"},
         {"patches " + other + " -o " + folder.string(), 2, folder.string() + ": is not a regular file; expected"},
+        {calibrate + none + " --base /nowhere", 2, "dcsim: /nowhere: does not exist; expected a calibration file"},
+        {calibrate + none + " --base " + shipped + " --simulated", 2, "--base excludes --simulated"},
+        {"check " + none, 2, none + ": does not exist"},
+        {calibrate + "/nowhere/x", 2, "dcsim: /nowhere/x: could not be written"},
+        {calibrate + made + " --base " + shipped, 0, "\nAll 8 limits are kept\n\nThe calibration is in " + made},
+        {"diff " + shipped + " " + made, 1, "\n\nThe composer receives in standard mode:\n  matrix: 9 values differ"},
+        {"diff " + shipped + " " + made + " --json | grep -cE 'UnlimitedCT|EyeCare|WPCParam'", 1, "0\n"},
+        {"diff " + made + " " + made + " --panel " + kData + "/panels/oled.ti3", 0, "reads the same from both"},
+        {"check " + made, 0, "1 file: 0 errors, 0 warnings"},
+        {"calibrate " + kData + "/panels/cool.ti3 --simulated --json -o " + made, 1, "\"outOfGamut\": "},
+        {"diff " + made + " " + shipped + " --panel " + kData + "/panels/cool.ti3", 1,
+         "\nOn the panel, ColorChecker: "},
         {"bogus", 2, "unknown command \"bogus\"; expected one of check, run, "},
         {"", 2, "a command is missing; expected one of check, run, "},
     };

@@ -86,7 +86,8 @@ std::string clippedByPanel(const std::vector<PatchFigure>& patches) {
 
 std::string chartText(const std::vector<PatchFigure>& patches) {
     if (patches.empty()) return "";
-    std::string text = format("ColorChecker, %zu patches: ", patches.size()) + kChartData + "\n  largest dE2000\n";
+    std::string text =
+        format("ColorChecker, %zu patches\n  data: ", patches.size()) + kChartData + "\n  largest dE2000\n";
     for (const PatchFigure& patch : worstOf(patches, kWorst))
         text += "    " + padded(patch.name, 14) + format("%6.2f", patch.deltaE) +
                 (patch.isTargetClipped ? "  clipped to the target's gamut" : "") + "\n";

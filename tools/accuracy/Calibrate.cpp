@@ -30,9 +30,9 @@ constexpr size_t kCubeSteps = 5;
 constexpr size_t kKeptOut = 5;       // one colour of so many is not fitted
 constexpr double kWhiteWeight = 5;   // patches that white counts as
 constexpr double kWhiteLimit = 0.5;  // delta E 2000
-constexpr double kMostWhiteWeight = 1e5;
-constexpr double kClipped = 0.5;  // delta E 2000
-constexpr int kPasses = 2;        // table, matrices, and again
+constexpr int kMostFits = 7;         // with white's weight rising
+constexpr double kClipped = 0.5;     // delta E 2000
+constexpr int kPasses = 2;           // table, matrices, and again
 constexpr Vec3 kWhite = {1, 1, 1};
 
 // Divided by the largest sum of the positive elements of a row, as the service does.
@@ -219,7 +219,8 @@ Mat3 matrixOf(const std::vector<double>& parameters) {
 
 // Adjusts the matrix. Where white's weight leaves it beyond its limit, it gets more.
 void fit(Display& display, const std::vector<FitPatch>& patches) {
-    for (double weight = kWhiteWeight; weight <= kMostWhiteWeight; weight *= kWhiteWeight) {
+    double weight = kWhiteWeight;
+    for (int i = 0; i < kMostFits; ++i, weight *= kWhiteWeight) {
         const auto residuals = [&](const std::vector<double>& parameters) {
             Display trial = display;
             trial.matrix = matrixOf(parameters);

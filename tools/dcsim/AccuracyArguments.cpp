@@ -2,7 +2,11 @@
 #include "tools/dcsim/AccuracyArguments.h"
 
 #include <cstdio>
+#include <iostream>
 #include <stdexcept>
+
+#include "tools/check/Check.h"
+#include "tools/text/Text.h"
 
 namespace dcsim {
 
@@ -47,9 +51,11 @@ std::vector<simulator::Patch> patchesOf(const std::string& file, const simulator
 }
 
 void addStateOptions(CLI::App& command, StateArguments& arguments) {
-    command.add_option("script", arguments.script,
-                       "Script, - for standard input; without one the service is started in standard mode");
-    command.add_option("--phone", arguments.phone, "The phone's files; the session uses a copy of them")
+    command.add_option("SCRIPT", arguments.script,
+                       "Script; - is standard input; without one the service is started in standard mode");
+    command
+        .add_option("--phone", arguments.phone,
+                    "Folder of the phone's files, of which a copy is used; the sample phone if not given")
         ->type_name("DIR");
     command.add_option("--calibration", arguments.calibration, "Calibration file in the place of the panel's")
         ->type_name("FILE.xml");
@@ -61,7 +67,13 @@ simulator::ServiceStates statesOf(const StateArguments& arguments) {
     simulator::ServiceRun run;
     if (script) run.script = &*script;
     if (!arguments.phone.empty()) run.phone = arguments.phone;
-    if (!arguments.calibration.empty()) run.calibration = arguments.calibration;
+    if (!arguments.calibration.empty()) {
+        run.calibration = arguments.calibration;
+        const auto checked = simulator::checkCalibration(arguments.calibration);
+        if (simulator::countOf(checked.findings, simulator::Finding::Severity::ERROR) > 0)
+            std::cerr << "dcsim: " << simulator::harmless(arguments.calibration)
+                      << ": the library does not read it as it is written; dcsim check says why\n";
+    }
     return simulator::statesOf(run);
 }
 

@@ -89,7 +89,7 @@ int run(const Options& options) {
 void addCalibrate(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
     CLI::App* const command = app.add_subcommand("calibrate", "Makes the calibration file of a measured panel");
-    command->add_option("panel", options->panel, "Measurement of the panel without calibration, a .ti3 file")
+    command->add_option("PANEL", options->panel, "Measurement of the panel without calibration, a .ti3 file")
         ->required();
     command->add_option("-o", options->out, "Where the calibration goes")->required()->type_name("PANEL.xml");
     auto* const base =

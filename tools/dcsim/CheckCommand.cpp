@@ -82,16 +82,16 @@ int run(const Options& options) {
 void addCheck(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
     CLI::App* const command =
-        app.add_subcommand("check", "Says what the library makes of calibration files and what looks wrong in them");
-    command->add_option("file", options->files, "Calibration files")->required();
+        app.add_subcommand("check", "Checks calibration files: prints what the library reads, and what looks wrong");
+    command->add_option("FILE", options->files, "Calibration files")->required();
     addChromaticityOption(*command, "--driver-white", options->driverWhite,
-                          "White that the panel's driver reports, CIE xy: does standard mode bring it to D65?");
-    command->add_flag("--json", options->json, "One JSON document instead of text");
+                          "White point that the panel's driver reports, CIE xy: does standard mode bring it to D65?");
+    command->add_flag("--json", options->json, "Prints one JSON document instead of text");
     command->footer(
-        "An error is what the library does not use, or uses otherwise than the text says; a warning is a value that\n"
-        "it uses and that the display will suffer from. Findings about levels of eye care and colour temperature are\n"
-        "those of the simulated closed libraries. Exit status: 0 no findings, 1 findings, 2 a file that cannot\n"
-        "be read.\n\nExample:\n  dcsim check data/phone/vendor/etc/*.xml");
+        "Error: the library does not use the text, or reads it as something else. Warning: the library uses the value\n"
+        "as written, and the display will show it. Findings about levels of eye care and colour temperature are those\n"
+        "of the simulated closed libraries. Exit status: 0 no findings, 1 findings, 2 a file that cannot be read.\n\n"
+        "Example:\n  dcsim check data/phone/vendor/etc/*.xml");
     command->callback([options, &status] { status = run(*options); });
 }
 

@@ -66,8 +66,8 @@ int run(const Options& options) {
 void addDiff(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
     CLI::App* const command = app.add_subcommand("diff", "Compares two calibration files as the library reads them");
-    command->add_option("old", options->before, "Calibration file")->required();
-    command->add_option("new", options->after, "Calibration file")->required();
+    command->add_option("OLD", options->before, "Calibration file")->required();
+    command->add_option("NEW", options->after, "Calibration file")->required();
     command->add_option("--panel", options->panel, "Measured panel, to compare what it shows")->type_name("PANEL.ti3");
     addTargetOptions(*command, options->target);
     command->add_flag("--json", options->json, "One JSON document instead of text");

@@ -36,7 +36,7 @@ void addPatches(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
     CLI::App* const command =
         app.add_subcommand("patches", "Writes what drives the panel for patches that an instrument measures");
-    command->add_option("patches", options->patches,
+    command->add_option("PATCHES", options->patches,
                         "Patches as applications draw them, PATCHES.ti1; white three times, 33 greys, primaries, "
                         "secondaries and the ColorChecker if not given");
     addStateOptions(*command, options->state);

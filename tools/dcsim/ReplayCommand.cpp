@@ -84,9 +84,9 @@ void printText(const Decision& decision) {
 
 void printSummary(const ReplaySummary& summary, const std::string& timeline) {
     std::cout << "\n"
-              << summary.samples << " samples; on " << summary.activations << " times, off " << summary.deactivations
-              << " times; " << summary.messages << " messages, highest level " << summary.highestLevel
-              << "\nEvery sample is in " << simulator::harmless(timeline) << "\n";
+              << summary.samples << " samples; switched on: " << summary.activations
+              << ", off: " << summary.deactivations << "; " << summary.messages << " messages, highest level "
+              << summary.highestLevel << "\nEvery sample is in " << simulator::harmless(timeline) << "\n";
 }
 
 int run(const Options& options) {
@@ -120,13 +120,13 @@ int run(const Options& options) {
 void addReplay(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
     CLI::App* const command =
-        app.add_subcommand("replay", "Lets recorded light fall on a simulated phone and shows what follows");
-    command->add_option("trace", options->trace, "Light trace, CSV lines of SECONDS,LUX")->required();
-    command->add_option("--out", options->out, "Where the timeline goes, TRACE-timeline.csv; ./out if not given")
+        app.add_subcommand("replay", "Plays recorded light to a simulated phone and explains each decision");
+    command->add_option("TRACE", options->trace, "Light trace, CSV lines of SECONDS,LUX")->required();
+    command->add_option("--out", options->out, "Folder for the timeline, TRACE-timeline.csv; ./out if not given")
         ->type_name("DIR");
-    command->add_flag("--json", options->json, "One JSON object a line, every sample, instead of text");
+    command->add_flag("--json", options->json, "Prints one JSON object a line, for every sample, instead of text");
     command->footer(
-        "The text shows the samples from which messages follow. Times count from the trace's first "
+        "The text shows the samples that cause messages to the composer. Times count from the trace's first "
         "sample.\n\nExample:\n  dcsim replay data/traces/tunnel.csv");
     command->callback([options, &status] { status = run(*options); });
 }

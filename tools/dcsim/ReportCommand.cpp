@@ -60,7 +60,7 @@ int run(const Options& options) {
 void addReport(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
     CLI::App* const command = app.add_subcommand("report", "Shows all about a calibration on one page");
-    command->add_option("script", options->script,
+    command->add_option("SCRIPT", options->script,
                         "Session to show, one command a line, - for standard input; a short one if not given");
     command->add_option("--calibration", options->calibration, "Calibration file; the sample phone's if not given")
         ->type_name("FILE");

@@ -40,7 +40,7 @@ std::string help() {
         names += (breaks || names.empty() ? "\n  " : " ") + std::string(row.name);
         column = breaks || column == 0 ? row.name.size() + 2 : column + row.name.size() + 1;
     }
-    return "Commands of a script (`dcsim shell` explains them with help COMMAND):" + names +
+    return "Commands of a script, which help COMMAND in dcsim shell explains:" + names +
            "\n\nExample:\n  printf 'init\\nsetUnlimitedCT 0 -40\\npicture warm\\n' | dcsim run -";
 }
 
@@ -48,8 +48,8 @@ std::string help() {
 
 void addRun(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("run", "Runs a script on a simulated phone and shows what happens");
-    command->add_option("script", options->script, "Script, one command a line; - for standard input")->required();
+    CLI::App* const command = app.add_subcommand("run", "Runs a script on a simulated phone and prints what happens");
+    command->add_option("SCRIPT", options->script, "Script, one command a line; - is standard input")->required();
     addPhoneOption(*command, *options);
     addPictureOptions(*command, *options);
     addJsonFlag(*command, *options);

@@ -30,25 +30,29 @@ std::string isLogLevel(const std::string& word) {
 }  // namespace
 
 void addPhoneOption(CLI::App& command, SessionArguments& arguments) {
-    command.add_option("--phone", arguments.phone, "The phone's files; the session uses a copy of them")
+    command
+        .add_option("--phone", arguments.phone,
+                    "Folder of the phone's files, of which a copy is used; the sample phone if not given")
         ->type_name("DIR");
 }
 
 void addJsonFlag(CLI::App& command, SessionArguments& arguments) {
-    command.add_flag("--json", arguments.json, "One JSON object a line instead of text");
+    command.add_flag("--json", arguments.json, "Prints one JSON object a line instead of text");
 }
 
 void addPictureOptions(CLI::App& command, SessionArguments& arguments) {
-    command.add_option("--picture", arguments.picture, "Picture on the screen, instead of the test chart")
+    command.add_option("--picture", arguments.picture, "Picture to show; the test chart if not given")
         ->type_name("IN.png");
-    command.add_option("--out", arguments.out, "Where the pictures go; ./out if not given")->type_name("DIR");
-    command.add_option("--log", arguments.log, "Log lines shown: debug, info, error or none")
+    command.add_option("--out", arguments.out, "Folder for the pictures; ./out if not given")->type_name("DIR");
+    command
+        .add_option("--log", arguments.log,
+                    "Lowest priority of the log lines printed: debug, info, error or none; debug if not given")
         ->check(isLogLevel)
         ->type_name("LEVEL");
     command.add_flag("--in-place", arguments.inPlace, "Uses and changes the files of --phone themselves, not a copy")
         ->needs("--phone");
     command.add_flag("--all", arguments.all,
-                     "Each message of a ramp of the tone curve, and the calls of the closed libraries");
+                     "Prints each message of a tone-curve ramp, and the calls of the closed libraries");
 }
 
 simulator::SessionOptions unseenSession(const SessionArguments& arguments) {

@@ -28,9 +28,9 @@ std::vector<Command> shellTable() {
     std::vector<Command> table = simulator::commands();
     Argument command = {"command", Argument::Kind::NAME, 1, /*optional=*/true};
     for (const Command& row : table) command.words.push_back(row.name);
-    table.push_back({"help", {command}, "list the commands, or show a command's arguments", nullptr, "this shell"});
-    table.push_back({"quit", {}, "leave", nullptr});
-    table.push_back({"exit", {}, "leave", nullptr});
+    table.push_back({"help", {command}, "list the commands, or explain a command", nullptr, "this shell"});
+    table.push_back({"quit", {}, "leave the shell", nullptr});
+    table.push_back({"exit", {}, "leave the shell", nullptr});
     return table;
 }
 
@@ -129,13 +129,14 @@ int shell(const SessionArguments& arguments) {
 
 void addShell(CLI::App& app, int& status) {
     const auto options = std::make_shared<SessionArguments>();
-    CLI::App* const command = app.add_subcommand("shell", "Takes the commands of scripts at a prompt");
+    CLI::App* const command = app.add_subcommand("shell", "Runs the commands of scripts as they are typed at a prompt");
     addPhoneOption(*command, *options);
     addPictureOptions(*command, *options);
     addJsonFlag(*command, *options);
     command->footer(
-        "Ctrl-C ends a wait, and otherwise clears the line. Input that is not from a terminal gets no prompt, and the\n"
-        "exit status is 2 if a line was wrong.\n\nExample:\n  dcsim shell\n  dcsim> help setUnlimitedCT");
+        "Ctrl-C ends a wait, and otherwise clears the line. Input that does not come from a terminal gets no\n"
+        "prompt, and the exit status is 2 if a line was wrong.\n\nExample:\n  dcsim shell\n  dcsim> help "
+        "setUnlimitedCT");
     command->callback([options, &status] { status = shell(*options); });
 }
 

@@ -38,13 +38,14 @@ int show(const Options& options) {
 
 void addShow(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("show", "Shows what the service and the composer hold after a script");
-    command->add_option("script", options->script,
-                        "Script, - for standard input; without one the service is just started");
+    CLI::App* const command =
+        app.add_subcommand("show", "Prints the state of the service and of the composer after a script");
+    command->add_option("SCRIPT", options->script,
+                        "Script; - is standard input; without one the service is only started");
     addPhoneOption(*command, *options);
     addJsonFlag(*command, *options);
     command->footer(
-        "The pictures of the script are not written; its commands: dcsim run --help\n\n"
+        "Pictures are not written. dcsim run --help lists the commands of a script.\n\n"
         "Example:\n  printf 'init\\nsetEyeCareCT 0 50\\n' | dcsim show -");
     command->callback([options, &status] { status = show(*options); });
 }

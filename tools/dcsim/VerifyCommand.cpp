@@ -33,12 +33,13 @@ std::string textOf(const std::optional<Json>& value) {
 
 // "composer call 12 of 30, setColorTransformMatrix, at 0.020 s".
 std::string placeOf(size_t number, const std::vector<SessionDump::Call>& calls) {
-    const std::string place = "composer call " + std::to_string(number) + " of " + std::to_string(calls.size());
-    if (number > calls.size()) return place + ": it did not come";
+    const std::string place = "composer call " + std::to_string(number);
+    const std::string count = std::to_string(calls.size());
+    if (number > calls.size()) return place + " is missing: the session has " + count;
     const auto& [ms, call] = calls[number - 1];
     char time[32];
     snprintf(time, sizeof time, ", at %.3f s", static_cast<double>(ms) / 1000);
-    return place + ", " + std::string(nameOf(simulator::kComposerOperations, call.operation)) + time;
+    return place + " of " + count + ", " + std::string(nameOf(simulator::kComposerOperations, call.operation)) + time;
 }
 
 void printDifference(const Options& options, const Difference& difference, const SessionDump& got) {
@@ -46,7 +47,7 @@ void printDifference(const Options& options, const Difference& difference, const
         std::cout << simulator::lineOf(toJson(difference, got)) << "\n";
         return;
     }
-    std::cout << simulator::harmless(options.script + ": the session is not the one in " + options.expected) << "\n  "
+    std::cout << simulator::harmless(options.script + ": the session differs from " + options.expected) << "\n  "
               << (difference.call ? placeOf(*difference.call, got.calls) : "state at the end") << "\n  "
               << difference.path << "\n  expected  " << textOf(difference.expected) << "\n  got       "
               << textOf(difference.got) << "\n";
@@ -87,16 +88,16 @@ int verify(const Options& options) {
 
 void addVerify(CLI::App& app, int& status) {
     const auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        app.add_subcommand("verify", "Compares what a script tells the composer and leaves with a stored session");
-    command->add_option("script", options->script, "Script, - for standard input")->required();
-    command->add_option("expected", options->expected, "The stored session, a JSON file")->required();
+    CLI::App* const command = app.add_subcommand(
+        "verify", "Compares a script's composer calls and the state at its end with a stored session");
+    command->add_option("SCRIPT", options->script, "Script; - is standard input")->required();
+    command->add_option("STORED", options->expected, "Stored session, a JSON file")->required();
     command->add_flag("--update", options->update,
                       "Stores the session, in a new file or in place of a stored session, instead of comparing it");
     addPhoneOption(*command, *options);
     addJsonFlag(*command, *options);
     command->footer(
-        "Exit status 1 when they differ; the first difference is shown. The script's pictures are not written.\n\n"
+        "The first difference is printed, with exit status 1. Pictures are not written.\n\n"
         "Example:\n  dcsim verify data/demo.script data/demo.expected.json");
     command->callback([options, &status] { status = verify(*options); });
 }

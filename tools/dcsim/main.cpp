@@ -27,8 +27,10 @@ void requireCommand(const CLI::App& app, const std::string& word) {
 
 // What is wrong, and how the command is used.
 std::string messageOf(const CLI::ParseError& error, const CLI::App& command) {
-    const std::string what = error.what();
+    std::string what = error.what();
     if (what.find("; expected ") != std::string::npos) return what;
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr)
+        what = "unknown argument " + simulator::inQuotes(what.substr(what.find(": ") + 2));
     const std::string usage = CLI::Formatter().make_usage(&command, "dcsim " + command.get_name());
     return what + "; expected " +
            usage.substr(usage.find("dcsim"), usage.find_last_not_of('\n') + 1 - usage.find("dcsim"));
@@ -40,9 +42,8 @@ int main(int argc, char** argv) {
     dcsim::watchSignals();
     CLI::App app("The display-control service on a simulated phone", "dcsim");
     app.require_subcommand(1);
-    for (const auto& [label, text] :
-         {std::pair("SUBCOMMAND", "COMMAND"), std::pair("Subcommands", "Commands"),
-          std::pair("Positionals", "Arguments"), std::pair("TEXT", ""), std::pair("REQUIRED", "(required)")})
+    for (const auto& [label, text] : {std::pair("SUBCOMMAND", "COMMAND"), std::pair("Positionals", "Arguments"),
+                                      std::pair("TEXT", ""), std::pair("REQUIRED", "")})
         app.get_formatter()->label(label, text);
     app.set_version_flag("--version", "dcsim " DCSIM_VERSION);
     app.footer("Example:\n  dcsim run data/demo.script --out pictures");
@@ -58,6 +59,7 @@ int main(int argc, char** argv) {
     dcsim::addCalibrate(app, status);
     dcsim::addDiff(app, status);
     dcsim::addPatches(app, status);
+    for (CLI::App* const command : app.get_subcommands({})) command->group("Commands");
     try {
         requireCommand(app, argc > 1 ? argv[1] : "");
         app.parse(argc, argv);

@@ -64,7 +64,7 @@ LightTrace readLightTrace(const std::filesystem::path& file) {
         if (isHeader) continue;
         if (!seconds || !(*seconds >= 0 && *seconds <= kLongestTrace))
             fail(lines, inQuotes(row->seconds) + " is not a time; expected seconds from 0 to 1e8");
-        if (!lux) fail(lines, inQuotes(row->lux) + " is not a light level; expected a number of lux");
+        if (!lux || !(*lux >= 0)) fail(lines, inQuotes(row->lux) + " is not a light level; expected lux from 0");
         const std::chrono::milliseconds time(std::llround(*seconds * 1000));
         if (!trace.empty() && time < trace.back().time)
             fail(lines, "the time is before that of the line above; expected times that do not fall");

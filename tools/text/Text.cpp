@@ -68,23 +68,19 @@ std::string inQuotes(std::string_view bytes) {
 }
 
 std::string bytesOf(std::string_view text) {
-    constexpr size_t kHexadecimal = 4;  // characters of \x23
     std::string bytes;
-    while (!text.empty()) {
-        unsigned char byte = 0;
-        size_t used = 1;
-        const char* const end = text.data() + std::min(kHexadecimal, text.size());
-        if (text.substr(0, 2) == "\\n") {
+    for (size_t i = 0; i < text.size(); ++i) {
+        auto byte = static_cast<unsigned char>(text[i]);
+        const std::string_view escape = text.substr(i, 4);
+        const char* const end = escape.data() + escape.size();
+        if (escape.substr(0, 2) == "\\n") {
             byte = '\n';
-            used = 2;
-        } else if (text.substr(0, 2) == "\\x" &&
-                   std::from_chars(text.data() + 2, end, byte, 16).ptr == text.data() + 4) {
-            used = kHexadecimal;
-        } else {
-            byte = static_cast<unsigned char>(text.front());
+            i += 1;
+        } else if (escape.size() == 4 && escape.substr(0, 2) == "\\x" &&
+                   std::from_chars(escape.data() + 2, end, byte, 16).ptr == end) {
+            i += 3;
         }
         bytes += static_cast<char>(byte);
-        text.remove_prefix(used);
     }
     return bytes;
 }
