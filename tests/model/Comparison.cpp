@@ -34,6 +34,7 @@ struct State {
 
 std::vector<State> stateOf(const Implementation& service) {
     std::vector<State> state;
+    state.reserve(service.displayColors().size());
     const auto copy = [](const auto& m) { return simulator::matrixOf(m.data()); };
     for (const auto& c : service.displayColors())
         state.push_back({c.unlimitedCT,
@@ -45,6 +46,7 @@ std::vector<State> stateOf(const Implementation& service) {
 
 std::vector<State> stateOf(const Service& service) {
     std::vector<State> state;
+    state.reserve(service.displayColors().size());
     for (const Display& d : service.displayColors())
         state.push_back(
             {d.unlimitedLevel,
@@ -104,7 +106,8 @@ std::string Comparison::call(const Call& call) {
     xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});  // libxml2 forgets it after each file
     latestAnswer = answerOf(*service, call);
     phone.clock().settle();
-    return compare(textOf(call), modelled->call(call));
+    const std::string text = compare(modelled->call(call));
+    return text.empty() ? "" : textOf(call) + ": " + text;
 }
 
 std::string Comparison::light(float lux) {
@@ -116,7 +119,7 @@ std::string Comparison::light(float lux) {
 std::string Comparison::pass(std::chrono::milliseconds duration) {
     phone.clock().advance(duration);
     modelled->pass(duration.count());
-    return compare("time", latestAnswer);
+    return compare(latestAnswer);
 }
 
 std::string Comparison::end() {
@@ -126,14 +129,14 @@ std::string Comparison::end() {
     return latestEvents.empty() ? text : text + "still running: " + latestEvents[0];
 }
 
-std::string Comparison::compare(const std::string& step, const std::string& expectedAnswer) {
+std::string Comparison::compare(const std::string& expectedAnswer) {
     latestEvents = std::exchange(happened, {});
-    const std::string text = difference("answer", {latestAnswer}, {expectedAnswer}) +
-                             difference("events", latestEvents, modelled->takeEvents()) +
-                             difference("mode", {std::to_string(service->currentScreenMode())},
-                                        {std::to_string(modelled->currentScreenMode())}) +
-                             difference(stateOf(*service), stateOf(*modelled));
-    return text.empty() ? "" : step + ": " + text;
+    std::string text;
+    if (latestAnswer != expectedAnswer) text += difference("answer", {latestAnswer}, {expectedAnswer});
+    text += difference("events", latestEvents, modelled->takeEvents());
+    const auto mode = service->currentScreenMode();
+    if (mode != modelled->currentScreenMode()) text += "mode " + std::to_string(mode) + "\n";
+    return text + difference(stateOf(*service), stateOf(*modelled));
 }
 
 }  // namespace model

@@ -42,7 +42,7 @@ public:
     const Lines& events() const { return latestEvents; }
 
 private:
-    std::string compare(const std::string& step, const std::string& expectedAnswer);
+    std::string compare(const std::string& expectedAnswer);
 
     simulator::Phone phone{simulator::Phone::Start::EMPTY};
     Settings current;
