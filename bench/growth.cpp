@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// How time and memory grow. Each run measures one case in a process of its own and prints one line:
+// How time and memory grow. Each run measures one case in its own process and prints one line:
 //
 //     growth displays COUNT     microseconds of init, nanoseconds of a setUnlimitedCT, peak KiB
 //     growth calls COUNT        seconds of that many calls of the service, peak KiB

@@ -35,7 +35,7 @@ class PhoneFiles {
 public:
     // A copy of a folder, in a temporary folder that is removed with this object.
     static PhoneFiles copyOf(const std::filesystem::path& source);
-    // No files, in such a folder.
+    // An empty temporary folder, deleted with this object.
     static PhoneFiles empty();
     // The folder itself.
     static PhoneFiles at(const std::filesystem::path& folder);

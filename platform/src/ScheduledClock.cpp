@@ -73,7 +73,7 @@ struct ScheduledClock::Scheduled {
     // What it waits for, if it does.
     pthread_mutex_t* mutex = nullptr;      // that was locked
     const Scheduled* joined = nullptr;     // that has not ended
-    const Condition* condition = nullptr;  // that was notified so many times before
+    const Condition* condition = nullptr;  // notified "before" times when the wait began
     uint64_t before = 0;
     Duration deadline = Duration::min();
     bool hasEnded = false;

@@ -58,7 +58,7 @@ struct PanelCase {
 };
 const PanelCase kPanels[] = {
     {"channels that agree", kAgreeing, 0, 0.02, 0.1, 0.3, false},
-    {"a curve of its own", {kWide, {0.301, 0.317}, {1.8, 1.8, 1.8}, 0, 1}, 0, 0.02, 0.1, 0.3, false},
+    {"another curve", {kWide, {0.301, 0.317}, {1.8, 1.8, 1.8}, 0, 1}, 0, 0.02, 0.1, 0.3, false},
     {"a bright black", {kWide, {0.301, 0.317}, {2.2, 2.2, 2.2}, 0.3, 1}, 0, 0.3, 0.3, 2, true},
     {"channels that differ", {kWide, {0.301, 0.317}, {2.235, 2.2, 2.165}, 0.05, 1}, 0, 0.3, 0.6, 2.0, false},
     {"and noise", {kWide, {0.301, 0.317}, {2.235, 2.2, 2.165}, 0.05, 1}, 0.005, 0.5, 0.8, 2.5, false},

@@ -72,7 +72,7 @@ Edit gammaWith(size_t index, double value) {
     return gamma([=](size_t i) { return i == index ? value : usualGamma(i); });
 }
 
-// The usual table, stretched so that it is 1 for the last so many.
+// The usual table, stretched so that its last entries are 1.
 Edit gammaClipped(size_t count) {
     return gamma([=](size_t i) { return std::min(1.0, usualGamma(i) / usualGamma(4096 - count)); });
 }
@@ -140,7 +140,7 @@ const RuleCase kRuleCases[] = {
      replace("<CTM_CCM>", "<CTM_WPC/><CTM_CCM>"),
      "CTM_WPC: occurs again and takes the place of the one in line 17; expected one block"},
     {"stray-text", replace(kFirst, "\n \t<v>1</v>"), replace(kFirst, kFirst + ","),
-     "CTM_WPC: has text between its values, which is ignored; expected each value in an element of its own"},
+     "CTM_WPC: has text between its values, which is ignored; expected each value in its own element"},
     {"value-name", fill("UnlimitedCT", "<Cold>EDFDFF</Cold><Warm>FFFFEA</Warm>"),
      fill("UnlimitedCT", "<Cold>EDFDFF</Cold><Warn>FFFFEA</Warn>"),
      R"(UnlimitedCT: value 2 is named "Warn" and is ignored; Warm stays 0; expected Warm)"},

@@ -225,7 +225,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
     }
 }
 
-// dcsim shell at a terminal of its own; killed at the end if it has not left.
+// dcsim shell at its own terminal; killed at the end if it has not left.
 class ShellAtTerminal {
 public:
     ShellAtTerminal() {

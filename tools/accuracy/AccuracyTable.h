@@ -19,7 +19,7 @@ struct AccuracyRow {
 };
 std::vector<AccuracyRow> rowsOf(const Accuracy& accuracy);
 
-// The patches with the largest delta E 2000, at most so many, of those that the panel can show; the largest first.
+// The patches with the largest delta E 2000, at most count, of those that the panel can show; the largest first.
 std::vector<PatchFigure> worstOf(const std::vector<PatchFigure>& patches, size_t count);
 
 // What limits the trust in the figures, a sentence each.

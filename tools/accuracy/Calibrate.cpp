@@ -27,7 +27,7 @@ namespace {
 
 constexpr size_t kDriveLevels = 1 << 14;  // samples of a curve, for its inverse
 constexpr size_t kCubeSteps = 5;
-constexpr size_t kKeptOut = 5;       // one colour of so many is not fitted
+constexpr size_t kKeptOut = 5;       // every fifth colour is not fitted
 constexpr double kWhiteWeight = 5;   // patches that white counts as
 constexpr double kWhiteLimit = 0.5;  // delta E 2000
 constexpr int kMostFits = 7;         // with white's weight rising
@@ -123,8 +123,7 @@ struct Display {
     }
     double whiteLuminance() const { return xyz({decoded(1), decoded(1), decoded(1)})[1]; }
 
-    // The difference in L*, a*, b*, as long as its delta E 2000: smooth where a delta E, which is never negative, is
-    // not.
+    // The difference in L*, a*, b*, scaled to the length delta E 2000. It is smooth at 0, where delta E 2000 is not.
     Vec3 difference(const FitPatch& patch, double luminance) const {
         Vec3 shown = xyz(patch.decoded);
         for (double& value : shown) value *= 100 / luminance;

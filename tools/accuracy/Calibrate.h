@@ -10,13 +10,16 @@ namespace simulator {
 constexpr size_t kGammaEntries = 4096;
 
 struct PanelCalibration {
-    Vec3 gains;  // of red, green and blue on linear RGB, the largest 1: the panel's white becomes the target's
-    Mat3 colorCorrection;       // 3x3 by rows on linear RGB, before the gains; keeps white
-    std::vector<double> gamma;  // kGammaEntries; entry i is the drive level, 0 to 1, for the linear level i / 4096
-    std::vector<double>
-        fitted;  // delta E 2000 of the patches that the gains and the matrix were fitted to; white is first
-    std::vector<double> keptOut;  // and of those that were not
-    size_t outOfGamut;            // patches that the panel cannot show, in neither list
+    // Of red, green and blue on linear RGB, the largest 1: the panel's white becomes the target's.
+    Vec3 gains;
+    // 3x3 by rows on linear RGB, applied before the gains; keeps white.
+    Mat3 colorCorrection;
+    // kGammaEntries; entry i is the drive level, 0 to 1, for the linear level i / 4096.
+    std::vector<double> gamma;
+    // Delta E 2000 of the patches that the gains and the matrix were fitted to, white first, and of the others.
+    std::vector<double> fitted;
+    std::vector<double> keptOut;
+    size_t outOfGamut;  // patches that the panel cannot show, in neither list
 };
 
 // The calibration that brings a panel behind a composer, which decodes with kTargetExponent, closest to the target.

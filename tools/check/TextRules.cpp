@@ -112,7 +112,7 @@ void strayText(const Subject& subject, Notes& notes) {
     for (const Block& block : subject.document.blocks) {
         if (block.strayText == 0) continue;
         notes.add(block.form->name, block.strayText, {}, "has text between its values, which is ignored",
-                  "each value in an element of its own");
+                  "each value in its own element");
     }
 }
 
