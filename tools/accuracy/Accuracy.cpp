@@ -7,7 +7,7 @@ namespace simulator {
 
 namespace {
 
-// Y = 100 for white, which is there.
+// Y = 100 for white. Requires a measured white.
 std::vector<MeasuredPatch> scaledToWhite(std::vector<MeasuredPatch> patches) {
     const double factor = 100 / meanXyz(patches, kFullWhite).value()[1];
     for (MeasuredPatch& patch : patches) {

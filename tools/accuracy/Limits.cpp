@@ -8,7 +8,6 @@ namespace simulator {
 
 std::vector<Verdict> judge(const Figures& figures, const Limits& limits) {
     std::vector<Verdict> verdicts;
-    // Written so that NaN fails.
     const auto most = [&verdicts](const char* figure, double value, double limit) {
         verdicts.push_back({figure, value, limit, false, value <= limit});
     };
