@@ -7,6 +7,7 @@
 
 #include "tools/accuracy/AccuracyTable.h"
 #include "tools/accuracy/ColorChecker.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -26,9 +27,9 @@ constexpr NamedLimit kLimits[] = {
 };
 
 std::string names() {
-    std::string list;
-    for (const auto& [name, limit] : kLimits) list += (list.empty() ? "" : ", ") + std::string(name);
-    return list;
+    std::vector<std::string> list;
+    for (const auto& [name, limit] : kLimits) list.emplace_back(name);
+    return joined(list);
 }
 
 Json number(double value) {
@@ -61,7 +62,7 @@ Json toJson(const Verdict& verdict) {
     return {{"figure", verdict.figure},
             {"value", number(verdict.value)},
             {verdict.isLeast ? "atLeast" : "atMost", number(verdict.limit)},
-            {"pass", verdict.isKept}};
+            {"pass", verdict.isKept ? Json(*verdict.isKept) : Json()}};
 }
 
 Json toJson(const GreyFigure& grey) {
@@ -120,7 +121,7 @@ Json toJson(const ControlFigure& control) {
     const TemperaturesFigure& figure = control.temperatures;
     return {{"operation", control.operation},
             {"libraries", "simulated"},
-            {"monotone", figure.isMonotone},
+            {"monotone", figure.isMonotone ? Json(*figure.isMonotone) : Json()},
             {"level0DeltaE2000", number(figure.neutralDeltaE)},
             {"levels", listOf(figure.levels)}};
 }
