@@ -70,6 +70,15 @@ Vec3 xyzOf(const Chromaticity& chromaticity) {
     return {x / y, 1.0, (1.0 - x - y) / y};
 }
 
+Chromaticity chromaticityOf(const Vec3& xyz) {
+    const double sum = xyz[0] + xyz[1] + xyz[2];
+    return {xyz[0] / sum, xyz[1] / sum};
+}
+
+Vec3 scaled(const Vec3& v, double factor) {
+    return {v[0] * factor, v[1] * factor, v[2] * factor};
+}
+
 Vec3 multiply(const Mat3& m, const Vec3& v) {
     Vec3 result{};
     for (size_t i = 0; i < 3; ++i) result[i] = m[3 * i] * v[0] + m[3 * i + 1] * v[1] + m[3 * i + 2] * v[2];

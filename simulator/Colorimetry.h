@@ -18,6 +18,9 @@ struct Primaries {
     Chromaticity red, green, blue;
 };
 
+constexpr Vec3 kFullWhite = {1, 1, 1};  // red, green, blue
+constexpr Vec3 kFullBlack = {0, 0, 0};
+
 constexpr Chromaticity kD65 = {0.3127, 0.3290};                                               // CIE 15
 constexpr Primaries kSrgbPrimaries = {{0.6400, 0.3300}, {0.3000, 0.6000}, {0.1500, 0.0600}};  // IEC 61966-2-1
 
@@ -37,6 +40,10 @@ std::optional<Chromaticity> planckianLocus(double kelvin);
 // X, Y, Z of a chromaticity at luminance Y = 1. y must not be 0.
 Vec3 xyzOf(const Chromaticity& chromaticity);
 
+// The sum of X, Y and Z must not be 0.
+Chromaticity chromaticityOf(const Vec3& xyz);
+
+Vec3 scaled(const Vec3& v, double factor);
 Vec3 multiply(const Mat3& m, const Vec3& v);
 Mat3 multiply(const Mat3& a, const Mat3& b);
 

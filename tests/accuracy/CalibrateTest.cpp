@@ -16,6 +16,7 @@
 #include "tools/accuracy/CalibrationFile.h"
 #include "tools/accuracy/Figures.h"
 #include "tools/accuracy/SimulatedBlocks.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 namespace {
@@ -77,6 +78,7 @@ TEST(CalibrateTest, ThePanelComesAsCloseToTheTargetAsItCan) {
             EXPECT_THAT(summaryOf(errors).mean, Le(mean));
             EXPECT_THAT(summaryOf(errors).largest, Le(largest));
         }
+        EXPECT_TRUE(warningsOf(calibration).empty());
         EXPECT_EQ(calibration.outOfGamut > 0, hasOutOfGamut);
         EXPECT_EQ(calibration.fitted.size() + calibration.keptOut.size() + calibration.outOfGamut, 33U + 120 + 24);
         EXPECT_NEAR(static_cast<double>(calibration.fitted.size() - 33) / 4,
@@ -130,13 +132,15 @@ TEST(CalibrateTest, AWhiteThatThePanelCannotShowIsRefused) {
     const SyntheticPanel narrow{kNarrow, {0.319, 0.336}, {2.2, 2.2, 2.2}, 0, 1};
     EXPECT_EQ(errorOf([&] { calibrate(modelOf(narrow), green); }),
               "the panel cannot show the target's white; expected one inside its gamut");
+    EXPECT_THAT(warningsOf({{}, {}, {}, {0.7, 0.1}, {}, 0}),
+                ::testing::ElementsAre("white is dE2000 0.70 from the target, above 0.5"));
 }
 
 TEST(SimulatedBlocks, TheControlsReachTheirTemperaturesOnThePanel) {
     const PanelModel panel = modelOf(kAgreeing);
     ConfigXmlParser record{};
     setSimulatedBlocks(panel, record);
-    const Mat3 light = lightOf(panel);
+    const Mat3 light = panel.light();
     const auto kelvinOf = [&](const Chromaticity& white, const Vec3& gains) {
         Vec3 linear = multiply(inverse(light).value(), xyzOf(white));
         for (size_t i = 0; i < 3; ++i) linear[i] *= gains[i];
@@ -209,15 +213,23 @@ TEST_F(CalibrationFileTest, DifferencesAreNamedWithTheLargest) {
     std::vector<std::string> sentences;
     for (const BlockDifference& difference : differencesOf(*before, record))
         sentences.push_back(sentenceOf(difference));
-    char white[96];
-    snprintf(white, sizeof white, "CTM_WPC: 2 values differ, most of all value 9: %.6g, was %.6g",
-             static_cast<double>(record.ctmWpc[8]), static_cast<double>(before->ctmWpc[8]));
+    const std::string white = "CTM_WPC: 2 values differ, most of all value 9: " + shortest(record.ctmWpc[8]) +
+                              ", was " + shortest(before->ctmWpc[8]);
     char cold[64];
     snprintf(cold, sizeof cold, "UnlimitedCT: 1 value differs, value 2: 0xFFFFFF, was 0x%06X",
              static_cast<unsigned>(before->unlimitedCold));
     EXPECT_THAT(sentences, ::testing::ElementsAre(white, "Gamma_Calib: 1 value differs, value 4096: 0.5, was 1", cold,
                                                   "EyeCare: 1 value differs, value 2: 2700, was 2900",
                                                   "WPCParam: only in the first file"));
+
+    record = *before;
+    record.eyeCareMaxCCT += 1e-6;
+    record.gammaCalib[4095] = std::nextafter(1.0F, 0.0F);
+    sentences.clear();
+    for (const BlockDifference& difference : differencesOf(*before, record))
+        sentences.push_back(sentenceOf(difference));
+    EXPECT_THAT(sentences, ::testing::ElementsAre("Gamma_Calib: 1 value differs, value 4096: 0.99999994, was 1",
+                                                  "EyeCare: 1 value differs, value 1: 6500.000001, was 6500"));
 
     DisplayState darker;
     darker.last.elements[8] = 0.8F;

@@ -10,9 +10,7 @@ namespace {
 // Y = 100 for white. Requires a measured white.
 std::vector<MeasuredPatch> scaledToWhite(std::vector<MeasuredPatch> patches) {
     const double factor = 100 / meanXyz(patches, kFullWhite).value()[1];
-    for (MeasuredPatch& patch : patches) {
-        for (double& value : patch.xyz) value *= factor;
-    }
+    for (MeasuredPatch& patch : patches) patch.xyz = scaled(patch.xyz, factor);
     return patches;
 }
 

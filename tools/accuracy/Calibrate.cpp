@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <stdexcept>
 
 #include "tools/accuracy/ColorChecker.h"
@@ -27,13 +28,10 @@ namespace {
 
 constexpr size_t kDriveLevels = 1 << 14;  // samples of a curve, for its inverse
 constexpr size_t kCubeSteps = 5;
-constexpr size_t kKeptOut = 5;       // every fifth colour is not fitted
-constexpr double kWhiteWeight = 5;   // patches that white counts as
-constexpr double kWhiteLimit = 0.5;  // delta E 2000
-constexpr int kMostFits = 7;         // with white's weight rising
-constexpr double kClipped = 0.5;     // delta E 2000
-constexpr int kPasses = 2;           // table, matrices, and again
-constexpr Vec3 kWhite = {1, 1, 1};
+constexpr size_t kKeptOut = 5;      // every fifth colour is not fitted
+constexpr double kWhiteWeight = 5;  // patches that white counts as
+constexpr int kMostFits = 7;        // with white's weight rising
+constexpr int kPasses = 2;          // table, matrices, and again
 
 // Divided by the largest sum of the positive elements of a row, as the service does.
 Mat3 withinOne(Mat3 matrix) {
@@ -125,8 +123,7 @@ struct Display {
 
     // The difference in L*, a*, b*, scaled to the length delta E 2000. It is smooth at 0, where delta E 2000 is not.
     Vec3 difference(const FitPatch& patch, double luminance) const {
-        Vec3 shown = xyz(patch.decoded);
-        for (double& value : shown) value *= 100 / luminance;
+        const Vec3 shown = scaled(xyz(patch.decoded), 100 / luminance);
         const Vec3 is = toLab(shown, targetWhite);
         const Vec3 wanted = toLab(patch.wanted, targetWhite);
         const Vec3 lab = {is[0] - wanted[0], is[1] - wanted[1], is[2] - wanted[2]};
@@ -156,10 +153,7 @@ struct FitPatches {
 // Whether the panel shows a colour when its white has the display's luminance.
 bool isInGamut(const Display& display, const Vec3& wanted) {
     const double factor = display.whiteLuminance() / 100;
-    const Vec3 xyz = {factor * wanted[0], factor * wanted[1], factor * wanted[2]};
-    Vec3 shown = display.panel.xyz(display.panel.drive(xyz));
-    for (double& value : shown) value /= factor;
-    return deltaE2000(shown, wanted, display.targetWhite) <= kClipped;
+    return display.panel.shows(scaled(wanted, factor), scaled(display.targetWhite, factor));
 }
 
 // Greys, and the colours of a cube and of the ColorChecker.
@@ -192,7 +186,7 @@ FitPatches patchesFor(const Display& display, const Target& target) {
 // The parameters of the matrices: the gains of red and blue over that of green, and the colour correction without its
 // diagonal, which keeps white.
 std::vector<double> parametersOf(const Mat3& matrix) {
-    const Vec3 gains = multiply(matrix, kWhite);
+    const Vec3 gains = multiply(matrix, kFullWhite);
     std::vector<double> parameters = {gains[0] / gains[1], gains[2] / gains[1]};
     for (size_t i = 0; i < 9; ++i) {
         if (i % 4 != 0) parameters.push_back(matrix[i] / gains[i / 3]);
@@ -239,26 +233,24 @@ void fit(Display& display, const std::vector<FitPatch>& patches) {
 }  // namespace
 
 PanelCalibration calibrate(const PanelModel& panel, const Target& target) {
-    const auto toPanel = inverse(lightOf(panel));
-    if (!toPanel) throw std::runtime_error("the primaries do not mix; expected three different colours");
     const Luminances luminances(panel);
     // Exact if the composer decodes with the target's exponent; otherwise white is, and colours are near.
     const double exponent = target.exponent / kTargetExponent;
-    Mat3 exact = multiply(*toPanel, target.toXyz);
-    const Vec3 white = multiply(exact, kWhite);
+    Mat3 exact = multiply(panel.fromLight(), target.toXyz);
+    const Vec3 white = multiply(exact, kFullWhite);
     if (*std::min_element(white.begin(), white.end()) <= 0)
         throw std::runtime_error("the panel cannot show the target's white; expected one inside its gamut");
     for (size_t i = 0; i < 9; ++i) exact[i] *= std::pow(white[i / 3], 1 / exponent - 1);
     Display display{panel, whiteOf(target), withinOne(exact), luminances.gammaTable(white, exponent)};
     const FitPatches patches = patchesFor(display, target);
     for (int pass = 0; pass < kPasses; ++pass) {
-        Vec3 light = multiply(display.matrix, kWhite);
+        Vec3 light = multiply(display.matrix, kFullWhite);
         for (double& gain : light) gain = std::pow(gain, exponent);
         display.gamma = luminances.gammaTable(light, exponent);
         fit(display, patches.fitted);
     }
 
-    const Vec3 gains = multiply(display.matrix, kWhite);
+    const Vec3 gains = multiply(display.matrix, kFullWhite);
     PanelCalibration result{
         scaledToLargest(gains),          display.matrix,    display.gamma, display.errors(patches.fitted),
         display.errors(patches.keptOut), patches.outOfGamut};
@@ -266,16 +258,12 @@ PanelCalibration calibrate(const PanelModel& panel, const Target& target) {
     return result;
 }
 
-Mat3 lightOf(const PanelModel& panel) {
-    const Vec3 black = panel.xyz({0, 0, 0});
-    Mat3 light{};
-    for (size_t channel = 0; channel < 3; ++channel) {
-        Vec3 drive{};
-        drive[channel] = 1;
-        const Vec3 xyz = panel.xyz(drive);
-        for (size_t row = 0; row < 3; ++row) light[3 * row + channel] = xyz[row] - black[row];
-    }
-    return light;
+std::vector<std::string> warningsOf(const PanelCalibration& calibration) {
+    const double white = calibration.fitted.front();
+    if (white <= kWhiteLimit) return {};
+    char text[64];
+    snprintf(text, sizeof text, "white is dE2000 %.2f from the target, above %g", white, kWhiteLimit);
+    return {text};
 }
 
 }  // namespace simulator

@@ -2,6 +2,9 @@
 // From a panel's model to its calibration.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "tools/accuracy/PanelModel.h"
 #include "tools/accuracy/Target.h"
 
@@ -26,7 +29,8 @@ struct PanelCalibration {
 // The same result on every run. Differences are relative to the target's white, both whites scaled to Y = 100.
 PanelCalibration calibrate(const PanelModel& panel, const Target& target);
 
-// XYZ of the panel's red, green and blue at full drive without its black, as columns.
-Mat3 lightOf(const PanelModel& panel);
+// A sentence if white could not be brought within kWhiteLimit of the target's.
+constexpr double kWhiteLimit = 0.5;  // delta E 2000
+std::vector<std::string> warningsOf(const PanelCalibration& calibration);
 
 }  // namespace simulator

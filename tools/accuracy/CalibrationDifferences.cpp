@@ -7,6 +7,7 @@
 #include "tools/accuracy/ColorChecker.h"
 #include "tools/accuracy/Shown.h"
 #include "tools/check/Document.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -48,16 +49,8 @@ void compareValues(const Values& before, const Values& after, BlockDifference& d
 
 // X, Y, Z with Y = 100 for white.
 Vec3 scaledXyz(const DisplayState& state, const PanelModel& panel, const Vec3& rgb) {
-    const double white = panel.xyz(driveLevels(state, {1, 1, 1}))[1];
-    Vec3 xyz = panel.xyz(driveLevels(state, rgb));
-    for (double& value : xyz) value *= 100 / white;
-    return xyz;
-}
-
-std::string numberText(double value) {
-    char text[32];
-    snprintf(text, sizeof text, "%.6g", value);
-    return text;
+    const double white = panel.xyz(driveLevels(state, kFullWhite))[1];
+    return scaled(panel.xyz(driveLevels(state, rgb)), 100 / white);
 }
 
 }  // namespace
@@ -100,6 +93,13 @@ ColorErrors compareShown(const DisplayState& before, const DisplayState& after, 
     return summaryOf(errors);
 }
 
+std::pair<std::string, std::string> textsOf(const LargestDifference& difference) {
+    const auto [value, before, after] = difference;
+    const auto [first, second] = std::pair(static_cast<float>(before), static_cast<float>(after));
+    const bool areFloats = static_cast<double>(first) == before && static_cast<double>(second) == after;
+    return areFloats ? std::pair(shortest(first), shortest(second)) : std::pair(shortest(before), shortest(after));
+}
+
 std::string sentenceOf(const BlockDifference& difference) {
     std::string text = difference.block + ": ";
     if (difference.wasComplete != difference.isComplete)
@@ -113,7 +113,8 @@ std::string sentenceOf(const BlockDifference& difference) {
                  static_cast<unsigned>(static_cast<int64_t>(before)));
         return text + most + std::to_string(value) + ": " + colors;
     }
-    return text + most + std::to_string(value) + ": " + numberText(after) + ", was " + numberText(before);
+    const auto [was, is] = textsOf(*difference.largest);
+    return text + most + std::to_string(value) + ": " + is + ", was " + was;
 }
 
 }  // namespace simulator

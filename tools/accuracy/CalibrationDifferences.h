@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "calibration/ConfigXmlParser.h"
@@ -19,6 +20,9 @@ struct LargestDifference {
     size_t value;  // its number, from 1
     double before, after;
 };
+
+// Before and after with the fewest digits that name them exactly, as floats if both are.
+std::pair<std::string, std::string> textsOf(const LargestDifference& difference);
 
 struct BlockDifference {
     std::string block;  // or what the composer receives

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/accuracy/CalibrationFile.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <iterator>
@@ -21,28 +20,24 @@ constexpr size_t kPerMatrixLine = 3;
 constexpr size_t kPerCubicLine = 4;
 constexpr size_t kPerTableLine = 8;
 
-constexpr std::string_view kBlocksExplained = R"(
-    CTM_WPC       3x3 by rows on linear RGB: brings the panel's white to the target's
-    CTM_CCM       3x3 by rows on linear RGB, applied before CTM_WPC: the target's colours on the panel's primaries
-    Gamma_Calib   4096 outputs; value i is for the input i / 4096
-    Gamma_Tuning  the same, tuned by eye; used instead of Gamma_Calib where present
+struct ExplainedBlock {
+    bool ConfigXmlParser::*isComplete;
+    std::string_view lines;
+};
+constexpr ExplainedBlock kExplained[] = {
+    {&ConfigXmlParser::hasCtmWpc,
+     "    CTM_WPC       3x3 by rows on linear RGB: brings the panel's white to the target's\n"},
+    {&ConfigXmlParser::hasCtmCcm,
+     "    CTM_CCM       3x3 by rows on linear RGB, applied before CTM_WPC: the target's colours on the panel's "
+     "primaries\n"},
+    {&ConfigXmlParser::hasGammaCalib, "    Gamma_Calib   4096 outputs; value i is for the input i / 4096\n"},
+};
+constexpr std::string_view kSimulatedExplained = R"(    As the simulated libraries read them:
     UnlimitedCT   white at the warm and at the cold end of the colour temperature control, RRGGBB
     EyeCare       range in kelvin, then the eye-care matrix by rows: for each element the cubic
-                  c0 + c1 t + c2 t^2 + c3 t^3, t = 0 at MaxCCT to 1 at MinCCT; all zero: along the Planckian locus
+                  c0 + c1 t + c2 t^2 + c3 t^3, t = 0 at MaxCCT to 1 at MinCCT
     WPCParam      CIE 1931 x of red, green, blue; y of red, green, blue; three reserved
 )";
-
-float rounded(double value, double unit) {
-    return static_cast<float>(std::round(value / unit) / std::round(1 / unit) + 0.0);  // no -0
-}
-
-// Unlike printf, heeds no locale. No exponent.
-template <typename Real>
-std::string shortest(Real value) {
-    char text[512];  // the smallest double has 325 decimals, and some more
-    const auto end = std::to_chars(std::begin(text), std::end(text), value, std::chars_format::fixed).ptr;
-    return {text, end};
-}
 
 std::string colorText(int32_t color) {
     char text[16];
@@ -98,6 +93,10 @@ void copyValues(const Values& from, Values& to) {
 
 }  // namespace
 
+double rounded(double value, double unit) {
+    return std::round(value / unit) / std::round(1 / unit) + 0.0;  // no -0
+}
+
 std::unique_ptr<ConfigXmlParser> readCalibrationFile(const std::filesystem::path& file) {
     requireFile(file, "a calibration file");
     auto record = std::make_unique<ConfigXmlParser>();
@@ -108,11 +107,11 @@ std::unique_ptr<ConfigXmlParser> readCalibrationFile(const std::filesystem::path
 
 void setCalibration(const PanelCalibration& calibration, ConfigXmlParser& record) {
     for (size_t i = 0; i < ConfigXmlParser::kMatrix; ++i) {
-        record.ctmWpc[i] = i % 4 == 0 ? rounded(calibration.gains[i / 4], kMatrixUnit) : 0;
-        record.ctmCcm[i] = rounded(calibration.colorCorrection[i], kMatrixUnit);
+        record.ctmWpc[i] = i % 4 == 0 ? static_cast<float>(rounded(calibration.gains[i / 4], kMatrixUnit)) : 0;
+        record.ctmCcm[i] = static_cast<float>(rounded(calibration.colorCorrection[i], kMatrixUnit));
     }
     for (size_t i = 0; i < ConfigXmlParser::kTable; ++i)
-        record.gammaCalib[i] = rounded(calibration.gamma[i], kTableUnit);
+        record.gammaCalib[i] = static_cast<float>(rounded(calibration.gamma[i], kTableUnit));
     record.hasCtmWpc = record.hasCtmCcm = record.hasGammaCalib = true;
 }
 
@@ -128,9 +127,14 @@ void copyLibraryBlocks(const ConfigXmlParser& from, ConfigXmlParser& record) {
     record.hasWpcParam = from.hasWpcParam;
 }
 
-std::string calibrationXml(const ConfigXmlParser& record, const std::string& about) {
+std::string calibrationXml(const ConfigXmlParser& record, const std::string& about, bool isForSimulated) {
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!--\n";
-    text.append(forComment(about)).append(kBlocksExplained).append("-->\n<DisplayCalibration>\n");
+    text.append(forComment(about)).append("\n");
+    for (const ExplainedBlock& block : kExplained) {
+        if (record.*block.isComplete) text.append(block.lines);
+    }
+    if (isForSimulated) text.append(kSimulatedExplained);
+    text += "-->\n<DisplayCalibration>\n";
     for (const CalibrationBlock& block : kCalibrationBlocks) {
         if (record.*block.isComplete)
             text += "    " + element(block.name, "\n" + linesOf(block, record) + "    ") + "\n";

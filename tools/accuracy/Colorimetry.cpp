@@ -59,11 +59,6 @@ double deltaC(const Vec3& a, const Vec3& b, const Vec3& white) {
     return std::hypot(first[1] - second[1], first[2] - second[2]);
 }
 
-Chromaticity chromaticityOf(const Vec3& xyz) {
-    const double sum = xyz[0] + xyz[1] + xyz[2];
-    return {xyz[0] / sum, xyz[1] / sum};
-}
-
 UvPrime toUvPrime(const Chromaticity& chromaticity) {
     const double divisor = -2 * chromaticity.x + 12 * chromaticity.y + 3;
     return {4 * chromaticity.x / divisor, 9 * chromaticity.y / divisor};

@@ -25,9 +25,6 @@ ColorErrors summaryOf(const std::vector<double>& errors);
 // Distance in the a*, b* plane.
 double deltaC(const Vec3& a, const Vec3& b, const Vec3& white);
 
-// The sum of X, Y and Z must not be 0.
-Chromaticity chromaticityOf(const Vec3& xyz);
-
 struct UvPrime {
     double u, v;  // CIE 1976 u', v'
 };

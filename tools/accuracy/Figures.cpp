@@ -21,19 +21,12 @@ constexpr double kLowestGammaLevel = 0.1;
 constexpr double kHighestGammaLevel = 0.9;
 constexpr double kLeastLuminance = 1e-6;  // of white: the logarithm of black is finite
 constexpr double kLeastWhite = 0.01;
-constexpr double kVisibleClip = 0.5;  // delta E 2000
-constexpr double kRounding = 1e-9;    // of white's luminance
+constexpr double kRounding = 1e-9;  // of white's luminance
 constexpr size_t kCodes = 256;
-constexpr Vec3 kWhite = grey(kGreys - 1);
-constexpr Vec3 kBlack = grey(0);
-
-Vec3 scaled(const Vec3& v, double factor) {
-    return {v[0] * factor, v[1] * factor, v[2] * factor};
-}
 
 // XYZ of shown white.
 Vec3 whiteOf(const Shown& shown, const PanelModel& panel) {
-    const auto white = shown(kWhite);
+    const auto white = shown(kFullWhite);
     if (!white) throw std::runtime_error("white was not measured; expected a patch with RGB 100 100 100");
     if ((*white)[1] < kLeastWhite * panel.white()[1])
         throw std::runtime_error("white is darker than 1 % of the panel's; expected a state that shows a picture");
@@ -54,8 +47,7 @@ struct Comparison {
     }
     double deltaE(const Vec3& a, const Vec3& b) const { return deltaE2000(a, b, whiteOf(target)); }
     bool isPanelClipped(const Vec3& xyz) const {
-        const Vec3 wanted = scaled(xyz, whiteLuminance / 100);
-        return deltaE(scaled(panel.xyz(panel.drive(wanted)), 100 / whiteLuminance), xyz) > kVisibleClip;
+        return !panel.shows(scaled(xyz, whiteLuminance / 100), scaled(whiteOf(target), whiteLuminance / 100));
     }
 };
 
@@ -160,7 +152,7 @@ Figures figuresOf(const DisplayState& state, const PanelModel& panel, const Targ
     Figures figures{};
     figures.white = whiteFigure(display, scaled(white, 100 / white[1]));
     figures.luminanceKept = display.whiteLuminance / panel.white()[1];
-    const auto black = display.shownXyz(kBlack);
+    const auto black = display.shownXyz(kFullBlack);
     if (black && (*black)[1] > 0) figures.contrast = 100 / (*black)[1];
     figures.codes = codesFigure(state, panel);
     figures.greys = greyFigures(display);

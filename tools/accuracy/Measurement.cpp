@@ -35,8 +35,6 @@ constexpr double kSmallestXyz = -1;          // noise of an instrument at black
 constexpr double kLargestXyz = 1e5;          // brighter than any display, in cd/m2 as well
 constexpr double kLargestStep = 0.25;        // between two levels of a ramp
 constexpr double kSameLevel = 1e-4;          // rounding of files
-constexpr Vec3 kWhite = {1, 1, 1};
-constexpr Vec3 kBlack = {0, 0, 0};
 
 struct Row {
     size_t line;
@@ -233,8 +231,8 @@ Measurement readMeasurement(const fs::path& file) {
 
 Measurement readPanel(const fs::path& file) {
     Measurement panel = readMeasurement(file);
-    const auto white = meanXyz(panel.patches, kWhite);
-    const auto black = meanXyz(panel.patches, kBlack);
+    const auto white = meanXyz(panel.patches, kFullWhite);
+    const auto black = meanXyz(panel.patches, kFullBlack);
     if (!white) fail(file, "has no white; expected a patch with RGB 100 100 100");
     if (!black) fail(file, "has no black; expected a patch with RGB 0 0 0");
     if ((*white)[1] <= (*black)[1]) fail(file, "white is not brighter than black; expected a panel that shows light");
@@ -254,7 +252,7 @@ std::vector<double> rampOf(const std::vector<MeasuredPatch>& patches, size_t pri
     for (const MeasuredPatch& patch : patches) {
         Vec3 others = patch.rgb;
         others[primary] = 0;
-        if (isSame(others, kBlack)) levels.push_back(patch.rgb[primary]);
+        if (isSame(others, kFullBlack)) levels.push_back(patch.rgb[primary]);
     }
     std::sort(levels.begin(), levels.end());
     const auto isRepeated = [](double a, double b) { return b - a <= kSameLevel; };

@@ -17,8 +17,6 @@ namespace {
 
 constexpr size_t kMostLevels = 13;    // of a curve: more would follow the noise of the measurement
 constexpr double kDarkDensity = 1.5;  // 1: the levels lie evenly
-constexpr Vec3 kWhite = {1, 1, 1};
-constexpr Vec3 kBlack = {0, 0, 0};
 
 // a + factor * b
 Vec3 sum(const Vec3& a, double factor, const Vec3& b) {
@@ -45,8 +43,8 @@ ChannelCurve curveOf(const Measurement& panel, size_t channel) {
 }  // namespace
 
 PanelModel::PanelModel(const Measurement& panel)
-    : unit(meanXyz(panel.patches, kWhite).value()[1]),
-      black(sum({}, 1 / unit, meanXyz(panel.patches, kBlack).value())),
+    : unit(meanXyz(panel.patches, kFullWhite).value()[1]),
+      black(sum({}, 1 / unit, meanXyz(panel.patches, kFullBlack).value())),
       curves{curveOf(panel, 0), curveOf(panel, 1), curveOf(panel, 2)} {
     for (size_t channel = 0; channel < 3; ++channel) {
         Vec3 rgb{};
@@ -54,7 +52,7 @@ PanelModel::PanelModel(const Measurement& panel)
         const Vec3 full = meanXyz(panel.patches, rgb).value();
         for (size_t row = 0; row < 3; ++row) matrix[3 * row + channel] = full[row] / unit - black[row];
     }
-    const Vec3 measuredWhite = meanXyz(panel.patches, kWhite).value();
+    const Vec3 measuredWhite = meanXyz(panel.patches, kFullWhite).value();
     const auto residualsOf = [&](std::vector<double>& trial) {
         PanelModel model = *this;
         model.setParameters(trial);

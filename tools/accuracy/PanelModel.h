@@ -27,8 +27,18 @@ public:
     Vec3 xyz(const Vec3& drive) const;
     Vec3 white() const { return xyz({1, 1, 1}); }
 
+    // XYZ of red, green and blue at full drive without black, as columns, Y = 1 for the measured white; and the
+    // inverse.
+    const Mat3& light() const { return matrix; }
+    const Mat3& fromLight() const { return toLinear; }
+
     // The levels that show a colour; a colour outside the panel's gamut is clipped channel by channel in linear light.
     Vec3 drive(const Vec3& xyz) const;
+
+    // Whether the panel comes within delta E 2000 of 0.5 of a colour, relative to that white.
+    bool shows(const Vec3& color, const Vec3& white) const {
+        return deltaE2000(xyz(drive(color)), color, white) <= 0.5;
+    }
 
     // Difference of the model from the measured patches, in delta E 2000 relative to the measured white.
     const ColorErrors& residual() const { return errors; }
@@ -42,7 +52,7 @@ private:
 
     double unit;  // Y of the measured white; black and matrices are in this unit
     Vec3 black;
-    Mat3 matrix{};  // column c: full light of channel c without black
+    Mat3 matrix{};
     Mat3 toLinear{};
     std::array<ChannelCurve, 3> curves;
     ColorErrors errors{};

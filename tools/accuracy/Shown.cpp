@@ -33,8 +33,7 @@ std::vector<MeasuredPatch> measuredPatches(const std::vector<Patch>& coded, cons
     for (const Patch& patch : coded) {
         const auto found = byId.find(patch.id);
         if (found == byId.end()) continue;
-        const auto& [x, y, z] = found->second;
-        patches.push_back({patch, {unit * x, unit * y, unit * z}});
+        patches.push_back({patch, scaled(found->second, unit)});
     }
     return patches;
 }

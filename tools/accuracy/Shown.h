@@ -33,8 +33,6 @@ constexpr Vec3 grey(size_t i) {
     return {level, level, level};
 }
 
-constexpr Vec3 kFullWhite = grey(kGreys - 1);
-
 // XYZ for a coded colour, in the unit of the native panel's measurement; nothing for a colour that was not measured.
 using Shown = std::function<std::optional<Vec3>(const Vec3& rgb)>;
 

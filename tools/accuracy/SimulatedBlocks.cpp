@@ -8,14 +8,12 @@
 #include <stdexcept>
 
 #include "simulator/closed/EyeCare.h"
-#include "tools/accuracy/Calibrate.h"
+#include "tools/accuracy/CalibrationFile.h"
 #include "tools/accuracy/LeastSquares.h"
 
 namespace simulator {
 
 namespace {
-
-using vendor::kov::hardware::display_control::V1_0::implementation::ConfigXmlParser;
 
 constexpr double kWarmKelvin = 4500;
 constexpr double kColdKelvin = 9300;
@@ -24,10 +22,6 @@ constexpr int32_t kEyeCareMinCct = 2900;
 constexpr size_t kCubic = 4;  // coefficients
 constexpr double kCubicUnit = 1e-5;
 constexpr double kChromaticityUnit = 1e-4;
-
-double rounded(double value, double unit) {
-    return std::round(value / unit) / std::round(1 / unit) + 0.0;  // no -0
-}
 
 // The largest is 1.
 Vec3 gainsBetween(const Mat3& toPanel, const Chromaticity& from, const Chromaticity& to) {
@@ -66,18 +60,16 @@ std::vector<double> cubicOf(const std::vector<Vec3>& gains, size_t channel) {
 }  // namespace
 
 void setSimulatedBlocks(const PanelModel& panel, ConfigXmlParser& record) {
-    const Mat3 light = lightOf(panel);
-    const auto toPanel = inverse(light);
-    if (!toPanel) throw std::runtime_error("the primaries do not mix; expected three different colours");
-
-    record.unlimitedWarm = endPoint(*toPanel, kWarmKelvin);
-    record.unlimitedCold = endPoint(*toPanel, kColdKelvin);
+    const Mat3& light = panel.light();
+    const Mat3& toPanel = panel.fromLight();
+    record.unlimitedWarm = endPoint(toPanel, kWarmKelvin);
+    record.unlimitedCold = endPoint(toPanel, kColdKelvin);
     record.hasUnlimitedCT = true;
 
     const EyeCareParams range{{}, kEyeCareMaxCct, kEyeCareMinCct};
     std::vector<Vec3> gains;
     for (int level = kEyeCareWeakest; level <= kEyeCareStrongest; ++level)
-        gains.push_back(gainsBetween(*toPanel, planckianLocus(kEyeCareMaxCct).value(),
+        gains.push_back(gainsBetween(toPanel, planckianLocus(kEyeCareMaxCct).value(),
                                      planckianLocus(eyeCareTemperature(range, level)).value()));
     std::fill(std::begin(record.eyeCareCoeffs), std::end(record.eyeCareCoeffs), 0.0);
     for (size_t channel = 0; channel < 3; ++channel) {

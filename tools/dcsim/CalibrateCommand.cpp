@@ -55,6 +55,8 @@ std::string aboutOf(const simulator::PanelCalibration& calibration, const simula
          << "    not fitted    " << calibration.keptOut.size()
          << " patches: " << errorsText(simulator::summaryOf(calibration.keptOut)) << "\n"
          << "    out of gamut  " << calibration.outOfGamut << " patches\n";
+    for (const std::string& warning : simulator::warningsOf(calibration))
+        text << "    warning       " << warning << "\n";
     return text.str();
 }
 
@@ -82,7 +84,7 @@ int run(const Options& options) {
     const simulator::MeasuredPanel panel(options.panel);
     const simulator::PanelCalibration made = simulator::calibrate(panel.model, target);
     const std::string about = aboutOf(made, panel, target);
-    const std::string xml = simulator::calibrationXml(*recordOf(options, made, panel.model), about);
+    const std::string xml = simulator::calibrationXml(*recordOf(options, made, panel.model), about, options.simulated);
     const simulator::Accuracy accuracy = accuracyWith(xml, panel, target);
     simulator::replaceFile(options.out, xml);
     if (options.json) {

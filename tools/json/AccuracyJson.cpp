@@ -48,10 +48,6 @@ Json color(const Vec3& xyz) {
     return {number(xyz[0]), number(xyz[1]), number(xyz[2])};
 }
 
-Json toJson(const ColorErrors& errors) {
-    return {{"mean", number(errors.mean)}, {"largest", number(errors.largest)}};
-}
-
 Json toJson(const Target& target) {
     return {{"name", nameOf(target.primaries)},       {"red", point(target.primaries.red)},
             {"green", point(target.primaries.green)}, {"blue", point(target.primaries.blue)},
@@ -104,9 +100,9 @@ Json toJson(const MeasuredFigure& measured) {
     return {{"file", measured.file},
             {"patches", measured.patches},
             {"expectedPatches", measured.expected},
-            {"fromPredicted", toJson(measured.difference)},
+            {"fromPredicted", errorsToJson(measured.difference)},
             {"whites", measured.whites},
-            {"whiteDrift", toJson(measured.whiteDrift)},
+            {"whiteDrift", errorsToJson(measured.whiteDrift)},
             {"driveDifference", number(measured.driveDifference)}};
 }
 
@@ -145,6 +141,10 @@ Limits readLimits(const std::filesystem::path& file) {
     return limits;
 }
 
+Json errorsToJson(const ColorErrors& errors) {
+    return {{"mean", number(errors.mean)}, {"largest", number(errors.largest)}};
+}
+
 Json accuracyToJson(const Accuracy& accuracy) {
     const Figures& figures = accuracy.figures;
     return {{"panel", accuracy.panel},
@@ -153,7 +153,7 @@ Json accuracyToJson(const Accuracy& accuracy) {
             {"limits", listOf(accuracy.verdicts)},
             {"measured", accuracy.measured ? toJson(*accuracy.measured) : Json()},
             {"warnings", warningsOf(accuracy)},
-            {"panelModelResidual", toJson(accuracy.residual)},
+            {"panelModelResidual", errorsToJson(accuracy.residual)},
             {"white", whiteToJson(accuracy)},
             {"greys", listOf(figures.greys)},
             {"luminanceFalls", figures.codes.falls},

@@ -13,6 +13,8 @@ namespace simulator {
 // std::runtime_error, "FILE: what is wrong; what was expected".
 Limits readLimits(const std::filesystem::path& file);
 
+Json errorsToJson(const ColorErrors& errors);
+
 // Every figure, not rounded. null: not measured, not known, or not defined for that colour.
 Json accuracyToJson(const Accuracy& accuracy);
 

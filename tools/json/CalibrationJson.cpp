@@ -7,10 +7,6 @@ namespace simulator {
 
 namespace {
 
-Json errorsToJson(const ColorErrors& errors) {
-    return {{"mean", static_cast<float>(errors.mean)}, {"largest", static_cast<float>(errors.largest)}};
-}
-
 Json patchesToJson(const std::vector<double>& errors) {
     Json json = errorsToJson(summaryOf(errors));
     json["patches"] = errors.size();
@@ -26,9 +22,9 @@ Json blocksToJson(const std::vector<BlockDifference>& blocks) {
                      {"differing", block.differing},
                      {"largest", nullptr}};
         if (block.largest) {
-            json["largest"] = {{"value", block.largest->value},
-                               {"before", toJson(static_cast<float>(block.largest->before))},
-                               {"after", toJson(static_cast<float>(block.largest->after))}};
+            const auto [before, after] = textsOf(*block.largest);
+            json["largest"] = {
+                {"value", block.largest->value}, {"before", numberToJson(before)}, {"after", numberToJson(after)}};
         }
         list.push_back(json);
     }
@@ -42,6 +38,7 @@ Json calibrationToJson(const std::string& file, const PanelCalibration& calibrat
             {"fitted", patchesToJson(calibration.fitted)},
             {"notFitted", patchesToJson(calibration.keptOut)},
             {"outOfGamut", calibration.outOfGamut},
+            {"warnings", warningsOf(calibration)},
             {"accuracy", accuracyToJson(accuracy)}};
 }
 

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/json/Json.h"
 
+#include <charconv>
 #include <cmath>
 
 #include "simulator/closed/ToneCurve.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -86,10 +88,14 @@ Json partsOf(const Answer& answer) {
 
 }  // namespace
 
+Json numberToJson(const std::string& text) {
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return std::isfinite(value) ? Json(value) : Json(text);
+}
+
 Json toJson(float value) {
-    if (std::isnan(value)) return "nan";
-    if (std::isinf(value)) return value > 0 ? "inf" : "-inf";
-    return value;
+    return std::isnan(value) ? Json("nan") : numberToJson(shortest(value));  // of any sign
 }
 
 Json matrixToJson(const float* elements) {

@@ -12,10 +12,13 @@
 
 namespace simulator {
 
-// Objects keep the order of their keys, and a float is written with the fewest digits that name it exactly.
-using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, int64_t, uint64_t, float>;
+// Objects keep the order of their keys.
+using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, int64_t, uint64_t, double>;
 
-// A number, or the text "inf", "-inf" or "nan", which JSON has no numbers for.
+// The number that a text names, written with the same digits; "inf", "-inf" and "nan" stay text, as JSON has no numbers
+// for them.
+Json numberToJson(const std::string& text);
+// With the fewest digits that name it exactly.
 Json toJson(float value);
 // Nine elements by rows.
 Json matrixToJson(const float* elements);

@@ -7,6 +7,7 @@
 #include <cctype>
 #include <charconv>
 #include <fstream>
+#include <iterator>
 #include <numeric>
 #include <stdexcept>
 #include <utility>
@@ -35,6 +36,13 @@ size_t editDistance(std::string_view a, std::string_view b) {
     return row.back();
 }
 
+template <typename Real>
+std::string fixedText(Real value) {
+    char text[512];  // the smallest double has 325 decimals, and some more
+    const auto end = std::to_chars(std::begin(text), std::end(text), value, std::chars_format::fixed).ptr;
+    return {text, end};
+}
+
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
@@ -53,6 +61,14 @@ std::string joined(const std::vector<std::string>& words, const std::string& sep
     std::string text;
     for (const std::string& word : words) text += (text.empty() ? "" : separator) + word;
     return text;
+}
+
+std::string shortest(float value) {
+    return fixedText(value);
+}
+
+std::string shortest(double value) {
+    return fixedText(value);
 }
 
 std::string harmless(std::string_view text) {

@@ -18,6 +18,10 @@ std::string_view takeWord(std::string_view& text);
 // The words with a separator between each two.
 std::string joined(const std::vector<std::string>& words, const std::string& separator = ", ");
 
+// With the fewest digits that name it exactly, without an exponent. Unlike printf, heeds no locale.
+std::string shortest(float value);
+std::string shortest(double value);
+
 // For a terminal: control characters, which would steer it, as \x1B. Line ends and UTF-8 stay.
 std::string harmless(std::string_view text);
 
