@@ -205,7 +205,7 @@ const RuleCase kRuleCases[] = {
     {"driver-white", matrix("CTM_WPC", {1, 0, 0, 0, 0.946, 0, 0, 0, 0.853}),
      matrix("CTM_WPC", {1, 0, 0, 0, 0.967, 0, 0, 0, 0.915}),
      "CTM_WPC: brings the driver's white 0.301, 0.317 to 0.3073, 0.3237 in CIE xy; expected D65 (0.3127, 0.329) "
-     "within 0.005"},
+     "within 0.002"},
     {"unlimited-monotone", ends("FFFFEA", "FFFFFF"), ends("FFFFEA", "FFFFFE"),
      "UnlimitedCT: has a cold end that is warmer than neutral (blue over red in linear light 0.991): white turns back "
      "on the way; expected neutral between the ends"},

@@ -145,14 +145,14 @@ void matrixSingular(const Subject& subject, Notes& notes) {
 void matrixWhite(const Subject& subject, Notes& notes) {
     inMatrices(subject, notes, [](const float* elements) -> Verdict {
         constexpr double kFarthest = 0.03;
-        const Vec3 white = multiply(matrixOf(elements), Vec3{1, 1, 1});
+        const Vec3 white = multiply(matrixOf(elements), kFullWhite);
         const std::string expected = "white within " + numberText(kFarthest) +
                                      " of where it was in CIE xy, taking sRGB's primaries for the panel's";
         const Vec3 xyz = multiply(*rgbToXyz(kSrgbPrimaries, kD65), white);
-        const double sum = xyz[0] + xyz[1] + xyz[2];
-        if (!(*std::min_element(white.begin(), white.end()) >= 0.0) || !(sum > 0.0))
+        if (!(*std::min_element(white.begin(), white.end()) >= 0.0) || !(xyz[1] > 0.0))
             return {"makes white a colour that cannot be shown", expected};
-        const double moved = std::hypot(xyz[0] / sum - kD65.x, xyz[1] / sum - kD65.y);
+        const auto [x, y] = chromaticityOf(xyz);
+        const double moved = std::hypot(x - kD65.x, y - kD65.y);
         return moved <= kFarthest ? Verdict{} : Verdict{"moves white by " + numberText(moved, 3), expected};
     });
 }
@@ -210,7 +210,7 @@ void matrixTransposed(const Subject& subject, Notes& notes) {
 
 // The white that standard mode shows on a panel with the primaries of WPCParam and the driver's white.
 void driverWhite(const Subject& subject, Notes& notes) {
-    constexpr double kFarthest = 0.005;  // about delta E 2000 of 2
+    constexpr double kFarthest = 0.002;  // around D65 delta E 2000 of 0.8 to 2, by the direction
     const ConfigXmlParser& record = subject.record;
     if (!subject.driverWhite || !record.hasCtmWpc || !record.hasWpcParam) return;
     const float* const p = record.wpcParam;
@@ -219,13 +219,11 @@ void driverWhite(const Subject& subject, Notes& notes) {
         return notes.addBlock(subject, blockOf(&ConfigXmlParser::hasWpcParam),
                               "has a triangle of primaries that the driver's white is outside of",
                               "white inside the triangle");
-    Vec3 white = {1, 1, 1};
+    Vec3 white = kFullWhite;
     if (record.hasCtmCcm) white = multiply(matrixOf(record.ctmCcm), white);
     white = multiply(matrixOf(record.ctmWpc), white);
     if (!std::all_of(white.begin(), white.end(), [](double gain) { return gain > 0; })) return;
-    const Vec3 xyz = multiply(*panel, white);
-    const double sum = xyz[0] + xyz[1] + xyz[2];
-    const Chromaticity shown = {xyz[0] / sum, xyz[1] / sum};
+    const Chromaticity shown = chromaticityOf(multiply(*panel, white));
     if (std::hypot(shown.x - kD65.x, shown.y - kD65.y) <= kFarthest) return;
     notes.addBlock(subject, blockOf(&ConfigXmlParser::hasCtmWpc),
                    "brings the driver's white " + numberText(subject.driverWhite->x, 4) + ", " +
