@@ -99,6 +99,8 @@ TEST(Report, AccuracyIsOfTheStateAfterTheScript) {
     const double standard = kelvin();
     input.script = folder.write("warm.script", "init\nsetStandardMode 0\nsetUnlimitedCT 0 -100\n");
     EXPECT_LT(kelvin(), standard - 1000);
+    input.script = folder.write("stop.script", "init\ncomposer stop\n");
+    EXPECT_THAT(gatherReport(input).accuracyFault, HasSubstr("the composer has no display 0 after the script"));
 }
 
 TEST(Report, LightThatStaysIsTwoSamples) {

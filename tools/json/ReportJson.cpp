@@ -165,6 +165,7 @@ Json toJson(const Report& report) {
     const ConfigXmlParser& record = *report.calibration.record;
     const SessionRecord& session = report.session;
     return {{"accuracy", report.accuracy ? toJson(*report.accuracy) : Json()},
+            {"accuracyFault", report.accuracyFault},
             {"calibration", calibrationToJson(report.calibrationFile, report.calibration)},
             {"gamma",
              {{"calibrated", gammaTable(record.hasGammaCalib, record.gammaCalib)},

@@ -6,12 +6,14 @@
 #include <algorithm>
 #include <cmath>
 #include <sstream>
+#include <stdexcept>
 
 #include "calibration/PanelTable.h"
 #include "service/DefaultPanel.h"
 #include "simulator/PhoneFiles.h"
 #include "simulator/closed/EyeCare.h"
 #include "simulator/closed/UnlimitedColorTemperature.h"
+#include "tools/session/Command.h"
 #include "tools/session/DataFolder.h"
 #include "tools/text/Text.h"
 
@@ -36,8 +38,6 @@ setUnlimitedCT 0 -40
 setEyeCareCT 0 40
 )";
 
-constexpr Vec3 kWhite = {1, 1, 1};
-
 Mat3 toMat3(const float* elements) {
     Mat3 result{};
     std::copy_n(elements, result.size(), result.begin());
@@ -50,8 +50,7 @@ std::optional<Chromaticity> shownColor(const Mat3& toXyz, Vec3 rgb) {
     for (double& channel : rgb) channel = std::max(channel, 0.0);
     const Vec3 xyz = multiply(toXyz, rgb);
     const double sum = xyz[0] + xyz[1] + xyz[2];
-    if (!std::isfinite(sum) || sum <= 0) return std::nullopt;
-    return Chromaticity{xyz[0] / sum, xyz[1] / sum};
+    return std::isfinite(sum) && sum > 0 ? std::optional(chromaticityOf(xyz)) : std::nullopt;
 }
 
 StageWhite stageWhite(const char* stage, const Mat3& toXyz, const Vec3& rgb) {
@@ -60,9 +59,9 @@ StageWhite stageWhite(const char* stage, const Mat3& toXyz, const Vec3& rgb) {
 }
 
 std::vector<StageWhite> stageWhites(const Mat3& toXyz, const ColorManager& colors) {
-    const Vec3 calibrated = multiply(toMat3(colors.wpcCtm.data()), multiply(toMat3(colors.ccmCtm.data()), kWhite));
+    const Vec3 calibrated = multiply(toMat3(colors.wpcCtm.data()), multiply(toMat3(colors.ccmCtm.data()), kFullWhite));
     const Vec3 unlimited = multiply(toMat3(colors.unlimitedCtm.data()), calibrated);
-    return {stageWhite("native panel", toXyz, kWhite),
+    return {stageWhite("native panel", toXyz, kFullWhite),
             stageWhite("after colour correction and white point", toXyz, calibrated),
             stageWhite("after unlimited colour temperature", toXyz, unlimited),
             stageWhite("after eye care", toXyz, multiply(toMat3(colors.eyeCareCtm.data()), unlimited))};
@@ -70,7 +69,7 @@ std::vector<StageWhite> stageWhites(const Mat3& toXyz, const ColorManager& color
 
 // White of the standard mode: the calibration's two matrices, the identity for one that the file does not give.
 Vec3 calibratedWhite(const ConfigXmlParser& record) {
-    Vec3 white = kWhite;
+    Vec3 white = kFullWhite;
     if (record.hasCtmCcm) white = multiply(toMat3(record.ctmCcm), white);
     if (record.hasCtmWpc) white = multiply(toMat3(record.ctmWpc), white);
     return white;
@@ -122,14 +121,19 @@ Primaries primariesOf(const ConfigXmlParser& record) {
 }
 
 // Shown in standard mode when there is no script: the built-in session leaves an evening's setting.
-Accuracy accuracyAfter(const std::optional<ScriptFile>& script, const ReportInput& input) {
+void addAccuracy(const std::optional<ScriptFile>& script, const ReportInput& input, Report& report) {
     const MeasuredPanel panel(input.panel->measurement);
     ServiceRun run;
     if (script) run.script = &*script;
     run.calibration = input.calibration;
-    Accuracy accuracy = accuracyOf(statesOf(run), panel, input.panel->target);
-    accuracy.panel = input.panel->measurement.filename().string();
-    return accuracy;
+    try {
+        report.accuracy = accuracyOf(statesOf(run), panel, input.panel->target);
+        report.accuracy->panel = input.panel->measurement.filename().string();
+    } catch (const ScriptError&) {
+        throw;
+    } catch (const std::runtime_error& error) {
+        report.accuracyFault = error.what();
+    }
 }
 
 }  // namespace
@@ -209,15 +213,16 @@ Report gatherReport(const ReportInput& input) {
     if (input.trace) trace = readLightTrace(*input.trace);
     const fs::path file = input.calibration ? *input.calibration : sampleCalibration();
     report.calibrationFile = file.filename().string();
-    report.calibration = checkCalibration(file);
+    requireFile(file, "a calibration file");
     std::optional<ScriptFile> script;
     if (input.script) {
         script.emplace(*input.script);
         report.script = input.script->filename().string();
     }
-    if (input.panel) report.accuracy = accuracyAfter(script, input);
+    if (input.panel) addAccuracy(script, input, report);
     std::istringstream own(kOwnSession);
     report.session = recordSession(script ? *script : ScriptFile(own, "built-in session"), input.calibration);
+    report.calibration = checkCalibration(file, report.session.driverWhite);
     const ConfigXmlParser& record = *report.calibration.record;
     const auto& colors = report.session.colors;
     report.chromaticity = chromaticitySection(record, panelColors(record, report.session.driverWhite), colors);

@@ -87,6 +87,7 @@ struct ReportInput {
 
 struct Report {
     std::optional<Accuracy> accuracy;  // after the script; in standard mode after the built-in session
+    std::string accuracyFault;         // why a panel has no figures, such as a stopped composer; otherwise empty
     std::string calibrationFile;       // its name
     CheckedCalibration calibration;
     ChromaticitySection chromaticity;

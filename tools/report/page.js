@@ -187,10 +187,10 @@ function showPatches({colorChecker, colorCheckerData, target, limitValues}) {
 }
 
 function showAccuracy() {
-    const {accuracy} = data;
+    const {accuracy, accuracyFault} = data;
     if (accuracy === null) {
         find('#accuracy').replaceChildren(find('#accuracy h2'), make('p', {className: 'note'},
-            'Not predicted: the option --panel PANEL.ti3, a measurement of the native panel, adds this part.'));
+            accuracyFault !== '' ? `Not predicted: ${accuracyFault}.` : 'Not predicted: the option --panel PANEL.ti3, a measurement of the native panel, adds this part.'));
         return;
     }
     showRows(accuracy);
