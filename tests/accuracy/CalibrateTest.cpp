@@ -171,9 +171,9 @@ protected:
     std::unique_ptr<ConfigXmlParser> readBack() const {
         return readCalibrationFile(folder.write("panel.xml", calibrationXml(record, "-->--\x01 panel")));
     }
-    std::vector<std::string> differences() const {
+    std::vector<std::string> differencesFrom(const ConfigXmlParser& before) const {
         std::vector<std::string> sentences;
-        for (const BlockDifference& difference : differencesOf(*readBack(), record))
+        for (const BlockDifference& difference : differencesOf(before, record))
             sentences.push_back(sentenceOf(difference));
         return sentences;
     }
@@ -186,13 +186,13 @@ protected:
 TEST_F(CalibrationFileTest, WhatIsWrittenIsRead) {
     record.eyeCareCoeffs[5] = -1e-9;
     record.wpcParam[8] = 1e-20F;
-    EXPECT_THAT(differences(), ::testing::IsEmpty());
+    EXPECT_THAT(differencesFrom(*readBack()), ::testing::IsEmpty());
     EXPECT_FALSE(readBack()->hasGammaTuning);
 
     ConfigXmlParser copy{};
     copyLibraryBlocks(record, copy);
     record.hasCtmWpc = record.hasCtmCcm = record.hasGammaCalib = false;
-    EXPECT_THAT(differences(), ::testing::IsEmpty());
+    EXPECT_THAT(differencesFrom(*readBack()), ::testing::IsEmpty());
     EXPECT_TRUE(differencesOf(record, copy).empty()) << "the blocks of the closed libraries alone";
 
     EXPECT_EQ(errorOf([] { readCalibrationFile("none.xml"); }).substr(0, 9), "none.xml:");
@@ -210,26 +210,22 @@ TEST_F(CalibrationFileTest, DifferencesAreNamedWithTheLargest) {
     record.unlimitedCold = 0xFFFFFF;
     record.eyeCareMinCCT = 2700;
     record.hasWpcParam = false;
-    std::vector<std::string> sentences;
-    for (const BlockDifference& difference : differencesOf(*before, record))
-        sentences.push_back(sentenceOf(difference));
     const std::string white = "CTM_WPC: 2 values differ, most of all value 9: " + shortest(record.ctmWpc[8]) +
                               ", was " + shortest(before->ctmWpc[8]);
     char cold[64];
     snprintf(cold, sizeof cold, "UnlimitedCT: 1 value differs, value 2: 0xFFFFFF, was 0x%06X",
              static_cast<unsigned>(before->unlimitedCold));
-    EXPECT_THAT(sentences, ::testing::ElementsAre(white, "Gamma_Calib: 1 value differs, value 4096: 0.5, was 1", cold,
-                                                  "EyeCare: 1 value differs, value 2: 2700, was 2900",
-                                                  "WPCParam: only in the first file"));
+    EXPECT_THAT(differencesFrom(*before),
+                ::testing::ElementsAre(white, "Gamma_Calib: 1 value differs, value 4096: 0.5, was 1", cold,
+                                       "EyeCare: 1 value differs, value 2: 2700, was 2900",
+                                       "WPCParam: only in the first file"));
 
     record = *before;
     record.eyeCareMaxCCT += 1e-6;
     record.gammaCalib[4095] = std::nextafter(1.0F, 0.0F);
-    sentences.clear();
-    for (const BlockDifference& difference : differencesOf(*before, record))
-        sentences.push_back(sentenceOf(difference));
-    EXPECT_THAT(sentences, ::testing::ElementsAre("Gamma_Calib: 1 value differs, value 4096: 0.99999994, was 1",
-                                                  "EyeCare: 1 value differs, value 1: 6500.000001, was 6500"));
+    EXPECT_THAT(differencesFrom(*before),
+                ::testing::ElementsAre("Gamma_Calib: 1 value differs, value 4096: 0.99999994, was 1",
+                                       "EyeCare: 1 value differs, value 1: 6500.000001, was 6500"));
 
     DisplayState darker;
     darker.last.elements[8] = 0.8F;
