@@ -73,13 +73,13 @@ std::string difference(const std::vector<State>& given, const std::vector<State>
 
 }  // namespace
 
-Comparison::Comparison() {
+Comparison::Comparison(const Settings& settings) {
     apply(current, phone);
     phone.observe([this](const simulator::Event& event) {
         happened.push_back(textOf(event));
         if (observer) observer(event);
     });
-    begin(current);
+    begin(settings);
 }
 
 Comparison::~Comparison() {
@@ -87,10 +87,10 @@ Comparison::~Comparison() {
 }
 
 void Comparison::begin(const Settings& settings) {
-    if (service != nullptr) end();
+    end();
     Settings first = settings;
     first.composerLife = current.composerLife + 1;
-    apply(first, std::exchange(current, first), phone);
+    set(std::move(first));
     service = std::make_unique<Implementation>();
     uint64_t lastHandle = 0;
     service->allocUserHandle(0, [&lastHandle](auto, uint64_t handle) { lastHandle = handle; }).isOk();
@@ -98,8 +98,9 @@ void Comparison::begin(const Settings& settings) {
     happened.clear();
 }
 
-void Comparison::set(const Settings& next) {
-    apply(next, std::exchange(current, next), phone);
+void Comparison::set(Settings next) {
+    std::swap(current, next);
+    apply(current, next, phone);
 }
 
 std::string Comparison::call(const Call& call) {
@@ -123,9 +124,12 @@ std::string Comparison::pass(std::chrono::milliseconds duration) {
 }
 
 std::string Comparison::end() {
+    if (service == nullptr) return "";
     std::string text = call({"setAlad"});
     text += pass(5s);
     if (phone.clock().hasThreads()) text += "a thread is left";
+    service.reset();
+    modelled.reset();
     return latestEvents.empty() ? text : text + "still running: " + latestEvents[0];
 }
 

@@ -18,7 +18,7 @@ namespace model {
 // an empty text if nothing does.
 class Comparison {
 public:
-    Comparison();
+    explicit Comparison(const Settings& settings = Settings());
     ~Comparison();
     Comparison(const Comparison&) = delete;
     Comparison& operator=(const Comparison&) = delete;
@@ -26,11 +26,11 @@ public:
     // Puts a new service on the phone, which is as new with these settings.
     void begin(const Settings& settings);
 
-    void set(const Settings& next);
+    void set(Settings next);
     std::string call(const Call& call);
     std::string light(float lux);
     std::string pass(std::chrono::milliseconds duration);
-    // Switches ALAD off, and lets time pass: nothing may happen any more.
+    // Switches ALAD off, and lets time pass: nothing may happen any more. The service ends.
     std::string end();
 
     // Receives the phone's events too.

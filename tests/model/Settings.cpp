@@ -55,9 +55,9 @@ bool isSame(const Calibration& a, const Calibration& b) {
     return all(a) == all(b);
 }
 
-void put(const std::string& next, const char* path, simulator::PhoneFiles& files) {
+void put(const std::string& next, Kind last, const char* path, simulator::PhoneFiles& files) {
     const Kind kind{next[0] - '0'};
-    files.remove(path);
+    if (kind != last) files.remove(path);
     if (kind == Kind::FILE) files.write(path, next.substr(1));
     if (kind == Kind::FOLDER) files.makeFolder(path);
 }
@@ -148,11 +148,11 @@ void apply(const Settings& next, const Settings& last, simulator::Phone& phone) 
                                                                    {&Settings::cabc, simulator::kCabcNode}};
     for (const auto& [node, path] : kNodes) {
         const bool isSame = (next.*node).kind == (last.*node).kind && (next.*node).text == (last.*node).text;
-        if (!isSame) put(textOf(next.*node), path, phone.files());
+        if (!isSame) put(textOf(next.*node), (last.*node).kind, path, phone.files());
     }
     for (size_t i = 0; i < kCalibrationPaths.size(); ++i) {
         if (isSame(next.calibrations[i], last.calibrations[i])) continue;
-        put(textOf(next.calibrations[i]), kCalibrationPaths[i], phone.files());
+        put(textOf(next.calibrations[i]), last.calibrations[i].kind, kCalibrationPaths[i], phone.files());
     }
 }
 
