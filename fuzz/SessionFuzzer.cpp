@@ -180,9 +180,8 @@ private:
     }
     // The composer's life goes on from the session before.
     void change() {
-        Settings next = phone;
-        next.composerLife += both.settings().composerLife;
-        both.set(std::move(next));
+        phone.composerLife += both.settings().composerLife;
+        both.set(phone);
         phone.composerLife = 0;
     }
 

@@ -176,7 +176,8 @@ std::string_view kindOf(const Event::What& what) {
 }
 
 std::string textOf(const Event::What& what) {
-    return std::string(kindOf(what)) + " " + std::visit([](const auto& event) { return lineOf(event); }, what);
+    std::string line = std::visit([](const auto& event) { return lineOf(event); }, what);
+    return line.insert(0, 1, ' ').insert(0, kindOf(what));
 }
 
 std::string valueText(const Value& value) {

@@ -88,9 +88,7 @@ Comparison::~Comparison() {
 
 void Comparison::begin(const Settings& settings) {
     end();
-    Settings first = settings;
-    first.composerLife = current.composerLife + 1;
-    set(std::move(first));
+    become(settings, current.composerLife + 1);
     service = std::make_unique<Implementation>();
     uint64_t lastHandle = 0;
     service->allocUserHandle(0, [&lastHandle](auto, uint64_t handle) { lastHandle = handle; }).isOk();
@@ -98,9 +96,15 @@ void Comparison::begin(const Settings& settings) {
     happened.clear();
 }
 
-void Comparison::set(Settings next) {
-    std::swap(current, next);
-    apply(current, next, phone);
+void Comparison::set(const Settings& next) {
+    become(next, next.composerLife);
+}
+
+void Comparison::become(const Settings& next, int composerLife) {
+    std::swap(last, current);
+    current = next;
+    current.composerLife = composerLife;
+    apply(current, last, phone);
 }
 
 std::string Comparison::call(const Call& call) {

@@ -26,7 +26,7 @@ public:
     // Puts a new service on the phone, which is as new with these settings.
     void begin(const Settings& settings);
 
-    void set(Settings next);
+    void set(const Settings& next);
     std::string call(const Call& call);
     std::string light(float lux);
     std::string pass(std::chrono::milliseconds duration);
@@ -42,10 +42,12 @@ public:
     const Lines& events() const { return latestEvents; }
 
 private:
+    void become(const Settings& next, int composerLife);
     std::string compare(const std::string& expectedAnswer);
 
     simulator::Phone phone{simulator::Phone::Start::EMPTY};
     Settings current;
+    Settings last;  // kept because its memory is used again
     std::unique_ptr<::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl> service;
     std::unique_ptr<Service> modelled;
     Lines happened;

@@ -2,6 +2,7 @@
 #include "tests/model/Settings.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cinttypes>
 #include <cstdio>
 #include <memory>
@@ -11,19 +12,21 @@ namespace model {
 
 namespace {
 
-std::string number(const char* format, double value) {
+template <typename Number>
+std::string numberText(Number value) {
     char text[64];
-    snprintf(text, sizeof text, format, value);
-    return text;
+    return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
 std::string element(const std::string& name, const std::string& text) {
-    return "<" + name + ">" + text + "</" + name + ">\n";
+    std::string whole;
+    whole.reserve(text.size() + 2 * name.size() + 6);
+    return whole.append("<").append(name).append(">").append(text).append("</").append(name).append(">\n");
 }
 
 std::string block(const std::string& name, const std::vector<float>& values) {
     std::string text;
-    for (const float value : values) text += element("v", number("%.9g", static_cast<double>(value)));
+    for (const float value : values) text += element("v", numberText(value));
     return values.empty() ? "" : element(name, text);
 }
 
@@ -40,7 +43,7 @@ std::string textOf(const Calibration& file) {
     }
     std::string eyeCare;
     for (size_t i = 0; i < file.eyeCare.size(); ++i)
-        eyeCare += element(i == 0 ? "MaxCCT" : i == 1 ? "MinCCT" : "c", number("%.17g", file.eyeCare[i]));
+        eyeCare += element(i == 0 ? "MaxCCT" : i == 1 ? "MinCCT" : "c", numberText(file.eyeCare[i]));
     return textOf({file.kind, (file.isWellFormed ? "<panel>" : "<panel><") + block("CTM_WPC", file.whitePoint) +
                                   block("CTM_CCM", file.colorCorrection) + block("WPCParam", file.whitePointParams) +
                                   block("Gamma_Calib", file.calibrated) + block("Gamma_Tuning", file.tuned) +
