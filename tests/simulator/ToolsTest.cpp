@@ -44,7 +44,8 @@ TEST(HelpTest, NamesEveryCommandAndEachOfItsArguments) {
         EXPECT_THAT(all, HasSubstr(" " + std::string(command.name)));
         for (const Argument& argument : command.arguments) {
             EXPECT_THAT(helpOf(command),
-                        AllOf(HasSubstr("\n    " + nameOf(argument) + " "), HasSubstr("  " + rangeOf(argument))));
+                        AllOf(HasSubstr("\n    " + nameOf(argument) + " "),
+                              HasSubstr("  " + rangeOf(argument).substr(0, 30))));  // long ones are wrapped
         }
     }
     EXPECT_THAT(all, HasSubstr("\n\nMatrices and tables\n  setColorTransformMatrix "));
