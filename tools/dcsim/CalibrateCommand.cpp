@@ -67,6 +67,7 @@ std::unique_ptr<simulator::ConfigXmlParser> recordOf(const Options& options, con
 }
 
 int run(const Options& options) {
+    simulator::requireNoInput(options.out, {options.panel});  // it may replace the base
     const simulator::Target target = targetOf(options.target);
     const simulator::MeasuredPanel panel(options.panel);
     const simulator::PanelCalibration made = simulator::calibrate(panel.model, target);
