@@ -215,6 +215,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"patches " + other + " -o " + folder.string(), 2, folder.string() + ": is not a regular file; expected"},
         {calibrate + none + " --base /nowhere", 2, "dcsim: /nowhere: does not exist; expected a calibration file"},
         {calibrate + none + " --base " + shipped + " --simulated", 2, "--base excludes --simulated"},
+        {calibrate + none + " --gamma nan", 2, "--gamma: \"nan\" is not an exponent; expected 1 to 4"},
         {"check " + none, 2, none + ": does not exist"},
         {calibrate + "/nowhere/x", 2, "dcsim: /nowhere/x: could not be written"},
         {calibrate + made + " --base " + shipped, 0, "\nAll 8 limits are kept\n\nThe calibration is in " + made},

@@ -29,9 +29,9 @@ constexpr NamedLimit kLimits[] = {
 };
 
 std::string names() {
-    std::string list;
-    for (const auto& [name, limit] : kLimits) list += (list.empty() ? "" : ", ") + std::string(name);
-    return list;
+    std::vector<std::string> list;
+    for (const auto& [name, limit] : kLimits) list.emplace_back(name);
+    return joined(list);
 }
 
 Json number(double value) {
@@ -64,7 +64,7 @@ Json toJson(const Verdict& verdict) {
     return {{"figure", verdict.figure},
             {"value", number(verdict.value)},
             {verdict.isLeast ? "atLeast" : "atMost", number(verdict.limit)},
-            {"pass", verdict.isKept}};
+            {"pass", verdict.isKept ? Json(*verdict.isKept) : Json()}};
 }
 
 Json toJson(const GreyFigure& grey) {
@@ -123,7 +123,7 @@ Json toJson(const ControlFigure& control) {
     const TemperaturesFigure& figure = control.temperatures;
     return {{"operation", control.operation},
             {"libraries", "simulated"},
-            {"monotone", figure.isMonotone},
+            {"monotone", figure.isMonotone ? Json(*figure.isMonotone) : Json()},
             {"level0DeltaE2000", number(figure.neutralDeltaE)},
             {"levels", listOf(figure.levels)}};
 }

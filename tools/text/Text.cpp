@@ -50,6 +50,12 @@ std::string_view takeWord(std::string_view& text) {
     return word;
 }
 
+std::string joined(const std::vector<std::string>& words, const std::string& separator) {
+    std::string text;
+    for (const std::string& word : words) text += (text.empty() ? "" : separator) + word;
+    return text;
+}
+
 std::string harmless(std::string_view text) {
     constexpr char kDelete = '\x7F';
     constexpr char kSecondSet = '\xC2';  // in UTF-8 the first byte of the control characters from U+0080 to U+009F

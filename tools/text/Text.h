@@ -15,6 +15,9 @@ std::string_view trimmed(std::string_view text);
 // Takes the next word off the front of text; empty when there is none.
 std::string_view takeWord(std::string_view& text);
 
+// The words with a separator between each two.
+std::string joined(const std::vector<std::string>& words, const std::string& separator = ", ");
+
 // For a terminal: control characters, which would steer it, as \x1B. Line ends and UTF-8 stay.
 std::string harmless(std::string_view text);
 
