@@ -77,14 +77,16 @@ TEST_F(AccuracyTest, RowsHaveLimitsOrAreReported) {
     const std::string text = textOf(accuracy);
     EXPECT_THAT(text,
                 AllOf(HasSubstr("srgb, white x 0.3127 y 0.3290, gamma 2.2\n"), HasSubstr("  FAIL\n"),
-                      HasSubstr("beyond the panel, not counted above: orange"), HasSubstr("simulated libraries")));
+                      HasSubstr("patches, 22 counted\n"), HasSubstr("beyond the panel, not counted above: orange"),
+                      HasSubstr("simulated libraries")));
     EXPECT_THAT(worstOf(accuracy.figures.colorChecker, 24),
                 ::testing::Each(::testing::Field(&PatchFigure::isPanelClipped, false)));
     EXPECT_THAT(warningsOf(accuracy), IsEmpty());
 }
 
 TEST_F(AccuracyTest, AMeasurementOfAnotherSessionIsNoticed) {
-    const MeasuredPanel panel = load({});
+    MeasuredPanel panel = load({});
+    panel.native.candelas = 4.5;
     DrivenMeasurement measured{"after.ti3", standardPatches(kSrgb), {{}, {}}};
     for (const Patch& patch : drivenPatches(untouched.end, measured.coded))
         measured.driven.patches.push_back({patch, panel.model.xyz(patch.rgb)});
@@ -93,6 +95,8 @@ TEST_F(AccuracyTest, AMeasurementOfAnotherSessionIsNoticed) {
     EXPECT_LT(asPredicted.measured->difference.largest, 1e-6);
     EXPECT_EQ(asPredicted.measured->whites, 4U);
     EXPECT_THAT(warningsOf(asPredicted), ElementsAre(HasSubstr("not known in cd/m2")));
+    EXPECT_FALSE(asPredicted.candelas);
+    EXPECT_THAT(textOf(asPredicted), HasSubstr("not known\n"));
     EXPECT_TRUE(accuracyToJson(asPredicted)["measured"]["fromPredicted"].is_object());
 
     untouched.end.last.elements[8] = 0.8F;

@@ -79,6 +79,8 @@ TEST(ColorTemperature, MeetsThePublishedIlluminantsAndEndsFarFromTheLocus) {
     }
     EXPECT_LT(duvOf({0.35, 0.30}), -0.02) << "pink";
     EXPECT_GT(duvOf({0.35, 0.42}), 0.02) << "green";
+    const auto duvAt = [](double v) { return duvOf({0.66 / (4.44 - 8 * v), 2 * v / (4.44 - 8 * v)}); };  // u = 0.22
+    EXPECT_NEAR(duvAt(0.24 - 1e-6), duvAt(0.24 + 1e-6), 1e-5);
     EXPECT_FALSE(correlatedColorTemperature({0.30, 0.60}));
     EXPECT_FALSE(correlatedColorTemperature({0.15, 0.06}));
 }

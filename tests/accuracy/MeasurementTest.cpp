@@ -48,6 +48,7 @@ TEST_F(MeasurementTest, HarmlessVariantsAreRead) {
         replaced(text, "\n1 0", "\n# a remark\n\n1 0"),
         text + "CTI3\nNUMBER_OF_FIELDS many\n",  // a second table
         replaced(text, "COLOR_REP", "LUMINANCE_XYZ_CDM2 \"427.2 450.0 542.0\"\nCOLOR_REP"),
+        replaced(text, "COLOR_REP", "NORMALIZED_TO_Y_100 \"NO\"\nLUMINANCE_XYZ_CDM2 \"427.2 450.0 542.0\"\nCOLOR_REP"),
     };
     for (const std::string& variant : kVariants) {
         const auto patches = readPanel(write(variant)).patches;
@@ -57,6 +58,7 @@ TEST_F(MeasurementTest, HarmlessVariantsAreRead) {
     }
     EXPECT_EQ(readPanel(write(kVariants[1])).patches[0].id, "upper left");
     EXPECT_EQ(readPanel(write(kVariants[4])).candelas, 4.5);
+    EXPECT_EQ(readPanel(write(kVariants[5])).candelas, 1);
     EXPECT_EQ(readPanel(write(text)).instrument, "a formula");
     const auto stated = readPanel(
         write(replaced(text, "COLOR_REP", "TARGET_INSTRUMENT \"colorimeter 2\"\nCREATED \"3 July 2026\"\nCOLOR_REP")));

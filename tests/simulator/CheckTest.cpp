@@ -187,7 +187,7 @@ const RuleCase kRuleCases[] = {
      "expected a step of at most 1.65 here"},
     {"matrix-singular", matrix("CTM_WPC", {1, 0, 0, 0, 1, 0, 0, 0.01, 0.99}),
      matrix("CTM_WPC", {1, 0, 0, 0, 1, 0, 0, 1, 0}),
-     "CTM_WPC: is singular: colours that differ come out alike; expected rows that are not made of each other"},
+     "CTM_WPC: is singular: colours that differ become the same; expected rows that are not made of each other"},
     {"matrix-white", matrix("CTM_WPC", {1, 0, 0, 0, 0.9, 0, 0, 0, 0.75}),
      matrix("CTM_WPC", {1, 0, 0, 0, 0.9, 0, 0, 0, 0.7}),
      "CTM_WPC: moves white by 0.0346; expected white within 0.03 of where it was in CIE xy, taking sRGB's primaries "

@@ -7,7 +7,7 @@ namespace simulator {
 
 namespace {
 
-// Y = 100 for white, which is there.
+// Y = 100 for white. Requires a measured white.
 std::vector<MeasuredPatch> scaledToWhite(std::vector<MeasuredPatch> patches) {
     const double factor = 100 / meanXyz(patches, kFullWhite).value()[1];
     for (MeasuredPatch& patch : patches) {
@@ -36,7 +36,7 @@ MeasuredFigure measuredFigure(const DrivenMeasurement& measured, const std::vect
 
 Accuracy accuracyOf(const ServiceStates& states, const MeasuredPanel& panel, const Target& target, const Limits& limits,
                     const std::optional<DrivenMeasurement>& measurement) {
-    Accuracy accuracy{panel.file, target, panel.model.residual(), panel.model.isAdditive(), {}, {}, {}, {}, {}};
+    Accuracy accuracy{panel.file, target, panel.model.residual(), panel.model.isAdditive(), {}, {}, limits, {}, {}, {}};
     Shown shown = predicted(states.end, panel.model);
     std::vector<MeasuredPatch> patches;
     if (measurement) {
@@ -46,8 +46,9 @@ Accuracy accuracyOf(const ServiceStates& states, const MeasuredPanel& panel, con
     accuracy.figures = figuresOf(states.end, panel.model, target, shown);
     if (measurement) accuracy.measured = measuredFigure(*measurement, patches, states.end, panel, target);
     accuracy.verdicts = judge(accuracy.figures, limits);
-    if (panel.native.candelas)
-        accuracy.candelas = accuracy.figures.luminanceKept * panel.model.white()[1] * *panel.native.candelas;
+    std::optional<double>& kept = accuracy.figures.luminanceKept;
+    if (accuracy.measured && !accuracy.measured->isInUnitOfPanel) kept.reset();
+    if (kept && panel.native.candelas) accuracy.candelas = *kept * panel.model.white()[1] * *panel.native.candelas;
     for (const ControlStates& control : states.controls)
         accuracy.controls.push_back({control.operation, temperaturesOf(control.levels, control.neutral, panel.model)});
     return accuracy;
@@ -55,7 +56,7 @@ Accuracy accuracyOf(const ServiceStates& states, const MeasuredPanel& panel, con
 
 bool isKept(const Accuracy& accuracy) {
     return std::all_of(accuracy.verdicts.begin(), accuracy.verdicts.end(),
-                       [](const Verdict& verdict) { return verdict.isKept; });
+                       [](const Verdict& verdict) { return verdict.isKept.value_or(true); });
 }
 
 }  // namespace simulator

@@ -53,8 +53,9 @@ struct Accuracy {
     Target target;
     ColorErrors residual;            // of the panel's model, delta E 2000
     bool isAdditive;                 // the residual is small enough for the model
-    std::optional<double> candelas;  // of shown white, cd/m2, if the panel's file states its unit
+    std::optional<double> candelas;  // of shown white, cd/m2, if the files of all values state their unit
     Figures figures;
+    Limits limits;
     std::vector<Verdict> verdicts;
     std::vector<ControlFigure> controls;     // always predicted
     std::optional<MeasuredFigure> measured;  // nothing if the figures are predicted
@@ -64,7 +65,7 @@ struct Accuracy {
 Accuracy accuracyOf(const ServiceStates& states, const MeasuredPanel& panel, const Target& target,
                     const Limits& limits = {}, const std::optional<DrivenMeasurement>& measured = {});
 
-// Whether every limit is kept.
+// Whether every limit is kept whose figure was measured.
 bool isKept(const Accuracy& accuracy);
 
 }  // namespace simulator

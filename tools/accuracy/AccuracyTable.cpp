@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "tools/accuracy/ColorChecker.h"
+#include "tools/text/Text.h"
 
 namespace simulator {
 
@@ -49,8 +50,10 @@ public:
     void judge(const std::string& figure, int decimals, const char* unit = "") {
         for (const Verdict& verdict : accuracy.verdicts) {
             if (verdict.figure != figure) continue;
-            rows.push_back({figure, format("%.*f", decimals, verdict.value) + unit,
-                            format(verdict.isLeast ? "at least %g" : "at most %g", verdict.limit) + unit,
+            const std::string value = verdict.value    ? format("%.*f", decimals, *verdict.value) + unit
+                                      : verdict.isKept ? "no patch counts"
+                                                       : "not measured";
+            rows.push_back({figure, value, format(verdict.isLeast ? "at least %g" : "at most %g", verdict.limit) + unit,
                             verdict.isKept});
         }
     }
@@ -76,33 +79,28 @@ void addGreys(Rows& rows, const std::vector<GreyFigure>& greys) {
     rows.report("gamma, 10 to 90 %", format("%.2f to %.2f", *least, *most));
 }
 
-std::string clippedByPanel(const std::vector<PatchFigure>& patches) {
-    std::string list;
-    for (const PatchFigure& patch : patches) {
-        if (patch.isPanelClipped) list += (list.empty() ? "" : ", ") + patch.name + format(" %.2f", patch.deltaE);
-    }
-    return list;
-}
-
 std::string chartText(const std::vector<PatchFigure>& patches) {
     if (patches.empty()) return "";
-    std::string text =
-        format("ColorChecker, %zu patches\n  data: ", patches.size()) + kChartData + "\n  largest dE2000\n";
+    std::vector<std::string> clippedTargets;
+    std::vector<std::string> clipped;
+    for (const PatchFigure& patch : patches) {
+        if (patch.isTargetClipped) clippedTargets.push_back(patch.name);
+        if (patch.isPanelClipped) clipped.push_back(patch.name + format(" %.2f", patch.deltaE));
+    }
+    std::string text = format("ColorChecker, %zu patches", patches.size());
+    if (!clipped.empty()) text += format(", %zu counted", patches.size() - clipped.size());
+    text += std::string("\n  data: ") + kChartData + "\n  largest dE2000\n";
     for (const PatchFigure& patch : worstOf(patches, kWorst))
         text += "    " + padded(patch.name, 14) + format("%6.2f", patch.deltaE) +
                 (patch.isTargetClipped ? "  clipped to the target's gamut" : "") + "\n";
-    std::string clippedTargets;
-    for (const PatchFigure& patch : patches) {
-        if (patch.isTargetClipped) clippedTargets += (clippedTargets.empty() ? "" : ", ") + patch.name;
-    }
-    const std::string clipped = clippedByPanel(patches);
-    text += "  clipped to the target's gamut: " + (clippedTargets.empty() ? "none" : clippedTargets) + "\n";
-    return text + "  beyond the panel, not counted above: " + (clipped.empty() ? "none" : clipped) + "\n\n";
+    text += "  clipped to the target's gamut: " + (clippedTargets.empty() ? "none" : joined(clippedTargets)) + "\n";
+    return text + "  beyond the panel, not counted above: " + (clipped.empty() ? "none" : joined(clipped)) + "\n\n";
 }
 
 std::string controlText(const ControlFigure& control) {
     const TemperaturesFigure& figure = control.temperatures;
-    std::string text = "  " + control.operation + (figure.isMonotone ? ": monotone" : ": NOT monotone");
+    std::string text = "  " + control.operation + ": ";
+    text += !figure.isMonotone ? "whether monotone is not known" : *figure.isMonotone ? "monotone" : "NOT monotone";
     if (figure.neutralDeltaE) text += format("; level 0 is dE2000 %.2f from neutral", *figure.neutralDeltaE);
     text += "\n    level      CCT      Duv\n";
     for (const TemperatureFigure& level : figure.levels) {
@@ -113,13 +111,18 @@ std::string controlText(const ControlFigure& control) {
 }
 
 std::string verdictText(const std::vector<Verdict>& verdicts) {
-    std::string broken;
+    std::vector<std::string> broken;
+    std::vector<std::string> missing;
     for (const Verdict& verdict : verdicts) {
-        if (!verdict.isKept) broken += (broken.empty() ? "" : "; ") + verdict.figure;
+        if (!verdict.isKept.value_or(false)) (verdict.isKept ? broken : missing).push_back(verdict.figure);
     }
-    const auto failed = std::count_if(verdicts.begin(), verdicts.end(), [](const Verdict& v) { return !v.isKept; });
-    if (failed == 0) return format("All %zu limits are kept\n", verdicts.size());
-    return format("%td of %zu limits fail: ", failed, verdicts.size()) + broken + "\n";
+    const size_t judged = verdicts.size() - missing.size();
+    std::string text;
+    if (!missing.empty())
+        text =
+            format("%zu of %zu limits judged; not measured: ", judged, verdicts.size()) + joined(missing, "; ") + "\n";
+    if (broken.empty()) return text + format("All %zu limits are kept\n", judged);
+    return text + format("%zu of %zu limits fail: ", broken.size(), judged) + joined(broken, "; ") + "\n";
 }
 
 }  // namespace
@@ -141,7 +144,8 @@ std::vector<AccuracyRow> rowsOf(const Accuracy& accuracy) {
                     format("%.2f", patch.deltaE));
     rows.judge("coverage in xy", 1, " %");
     rows.judge("coverage in u'v'", 1, " %");
-    rows.report("luminance kept", format("%.1f %%", 100 * figures.luminanceKept));
+    rows.report("luminance kept",
+                figures.luminanceKept ? format("%.1f %%", 100 * *figures.luminanceKept) : "not known");
     if (accuracy.candelas) rows.report("white luminance", format("%.1f cd/m2", *accuracy.candelas));
     if (figures.contrast) rows.report("contrast", format("%.0f : 1", *figures.contrast));
     rows.reportErrors("panel model's residual", accuracy.residual);
@@ -180,7 +184,8 @@ std::vector<std::string> warningsOf(const Accuracy& accuracy) {
         warnings.push_back(format("%zu of %zu patches are not in the measurement: their figures are missing",
                                   measured.expected - measured.patches, measured.expected));
     if (!measured.isInUnitOfPanel)
-        warnings.push_back("the unit of both measurements is not known in cd/m2: luminance kept takes it as the same");
+        warnings.push_back(
+            "the unit of both measurements is not known in cd/m2: what is beyond the panel takes it as the same");
     return warnings;
 }
 

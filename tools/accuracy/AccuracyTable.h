@@ -10,12 +10,12 @@
 
 namespace simulator {
 
-// The value and the limit with their units; a row without a limit is only reported.
+// The value and the limit with their units; a row without a verdict is only reported.
 struct AccuracyRow {
     std::string figure;
     std::string value;
     std::string limit;           // "at most 2"; empty without one
-    std::optional<bool> isKept;  // nothing without a limit
+    std::optional<bool> isKept;  // nothing without a limit or a measured value
 };
 std::vector<AccuracyRow> rowsOf(const Accuracy& accuracy);
 

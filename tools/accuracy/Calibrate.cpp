@@ -252,7 +252,9 @@ PanelCalibration calibrate(const PanelModel& panel, const Target& target) {
     Display display{panel, whiteOf(target), withinOne(exact), luminances.gammaTable(white, exponent)};
     const FitPatches patches = patchesFor(display, target);
     for (int pass = 0; pass < kPasses; ++pass) {
-        display.gamma = luminances.gammaTable(multiply(display.matrix, kWhite), exponent);
+        Vec3 light = multiply(display.matrix, kWhite);
+        for (double& gain : light) gain = std::pow(gain, exponent);
+        display.gamma = luminances.gammaTable(light, exponent);
         fit(display, patches.fitted);
     }
 

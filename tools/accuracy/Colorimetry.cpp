@@ -19,7 +19,6 @@ namespace simulator {
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
 constexpr double kLargestDuv = 0.05;
 constexpr double kDuv[] = {-0.471106, 1.925865, -2.4243787, 1.5317403, -0.5179722, 0.0893944, -0.00616793};
 
@@ -74,8 +73,7 @@ double duvOf(const Chromaticity& chromaticity) {
     const UvPrime uv = toUvPrime(chromaticity);
     const double u = uv.u - 0.292;
     const double v = uv.v * 2 / 3 - 0.240;
-    double angle = std::atan2(v, u);
-    if (angle < 0) angle += kPi;
+    const double angle = std::acos(u / std::hypot(u, v));
     double locus = 0;
     for (size_t i = std::size(kDuv); i > 0; --i) locus = locus * angle + kDuv[i - 1];
     return std::hypot(u, v) - locus;

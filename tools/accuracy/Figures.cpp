@@ -193,8 +193,9 @@ TemperaturesFigure temperaturesOf(const std::vector<std::pair<int, DisplayState>
         if (level == 0)
             figure.neutralDeltaE = deltaE2000(scaled(white, neutralWhite[1] / white[1]), neutralWhite, neutralWhite);
     }
-    figure.isMonotone = std::is_sorted(kelvins.begin(), kelvins.end()) ||
-                        std::is_sorted(kelvins.begin(), kelvins.end(), std::greater<>());
+    if (kelvins.size() == states.size())
+        figure.isMonotone = std::is_sorted(kelvins.begin(), kelvins.end()) ||
+                            std::is_sorted(kelvins.begin(), kelvins.end(), std::greater<>());
     return figure;
 }
 

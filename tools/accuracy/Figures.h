@@ -42,14 +42,15 @@ struct CodesFigure {
 
 struct Figures {
     WhiteFigure white;
-    double luminanceKept;            // shown white / native white
+    std::optional<double> luminanceKept;  // shown white / native white; nothing if their units are not known
     std::optional<double> contrast;  // shown white / shown black; nothing if black is not measured or gives no light
     CodesFigure codes;
     std::vector<GreyFigure> greys;          // 33
     std::vector<PatchFigure> colorChecker;  // 24
     std::vector<PatchFigure> primaries;     // red, green, blue, cyan, magenta, yellow
-    std::optional<double> coverageXy;       // of the target's gamut by the shown one, in percent
-    std::optional<double> coverageUv;       // the same in CIE 1976 u', v'
+    std::optional<double>
+        coverageXy;  // of the target's gamut by the shown one, which the calibration narrows; in percent
+    std::optional<double> coverageUv;  // the same in CIE 1976 u', v'
 };
 
 // The figures of what is shown. codes are always predicted. Lists have the patches that were measured; coverage is
@@ -68,7 +69,7 @@ struct TemperatureFigure {
 };
 struct TemperaturesFigure {
     std::vector<TemperatureFigure> levels;
-    bool isMonotone;                      // temperatures, where there are some, only rise or only fall
+    std::optional<bool> isMonotone;       // temperatures only rise or only fall; nothing if a level has none
     std::optional<double> neutralDeltaE;  // of white at level 0 from white without the control
 };
 // states: the composer's at rising levels; neutral: without the control. Throws as figuresOf.

@@ -8,31 +8,31 @@ namespace simulator {
 
 std::vector<Verdict> judge(const Figures& figures, const Limits& limits) {
     std::vector<Verdict> verdicts;
-    // Written so that NaN fails.
-    const auto most = [&verdicts](const char* figure, double value, double limit) {
-        verdicts.push_back({figure, value, limit, false, value <= limit});
+    const auto most = [&verdicts](const char* figure, const std::optional<double>& value, double limit) {
+        verdicts.push_back({figure, value, limit, false, value ? std::optional(*value <= limit) : std::nullopt});
     };
-    const auto least = [&verdicts](const char* figure, double value, double limit) {
-        verdicts.push_back({figure, value, limit, true, value >= limit});
+    const auto least = [&verdicts](const char* figure, const std::optional<double>& value, double limit) {
+        verdicts.push_back({figure, value, limit, true, value ? std::optional(*value >= limit) : std::nullopt});
+    };
+    const auto chart = [&](const char* figure, double ColorErrors::*error, double limit) {
+        const auto errors = errorsOf(figures.colorChecker);
+        most(figure, errors ? std::optional((*errors).*error) : std::nullopt, limit);
+        if (!errors && !figures.colorChecker.empty()) verdicts.back().isKept = false;
     };
     double chroma = 0;
-    double gamma = 0;
-    bool hasGamma = false;
+    std::optional<double> gamma;
     for (const GreyFigure& grey : figures.greys) {
         chroma = std::max(chroma, grey.deltaC);
-        gamma = std::max(gamma, std::abs(grey.gammaError.value_or(0)));
-        hasGamma = hasGamma || grey.gammaError;
+        if (grey.gammaError) gamma = std::max(gamma, std::optional(std::abs(*grey.gammaError)));
     }
     most("white, dE2000", figures.white.deltaE, limits.white);
     most("grey, largest dC", chroma, limits.greyChroma);
-    if (hasGamma) most("gamma, largest error", gamma, limits.gamma);
+    most("gamma, largest error", gamma, limits.gamma);
     most("luminance falls, of 256 codes", figures.codes.falls, 0);
-    if (const auto errors = errorsOf(figures.colorChecker)) {
-        most("ColorChecker, mean dE2000", errors->mean, limits.colorCheckerMean);
-        most("ColorChecker, largest dE2000", errors->largest, limits.colorCheckerLargest);
-    }
-    if (figures.coverageXy) least("coverage in xy", *figures.coverageXy, limits.coverage);
-    if (figures.coverageUv) least("coverage in u'v'", *figures.coverageUv, limits.coverage);
+    chart("ColorChecker, mean dE2000", &ColorErrors::mean, limits.colorCheckerMean);
+    chart("ColorChecker, largest dE2000", &ColorErrors::largest, limits.colorCheckerLargest);
+    least("coverage in xy", figures.coverageXy, limits.coverage);
+    least("coverage in u'v'", figures.coverageUv, limits.coverage);
     return verdicts;
 }
 

@@ -2,6 +2,7 @@
 // What the figures must keep to.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,14 +20,14 @@ struct Limits {
 };
 
 struct Verdict {
-    std::string figure;  // with its unit, as it is shown
-    double value;
+    std::string figure;           // with its unit, as it is shown
+    std::optional<double> value;  // nothing if it was not measured, or if the panel can show no patch of a chart
     double limit;
-    bool isLeast;  // the value must be at least the limit, otherwise at most
-    bool isKept;
+    bool isLeast;                // the value must be at least the limit, otherwise at most
+    std::optional<bool> isKept;  // nothing if it was not measured
 };
 
-// One for each figure that has a limit; a figure that was not measured has none.
+// One for each figure that has a limit.
 std::vector<Verdict> judge(const Figures& figures, const Limits& limits);
 
 }  // namespace simulator

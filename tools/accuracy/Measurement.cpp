@@ -50,6 +50,7 @@ struct Table {
     std::vector<std::string> fields;       // one for each cell of a row
     std::string sheetType;                 // first word of the file
     std::optional<std::string> luminance;  // property LUMINANCE_XYZ_CDM2
+    bool isNormalized = true;              // to Y = 100 for white; property NORMALIZED_TO_Y_100 is not "NO"
     std::string instrument;                // property TARGET_INSTRUMENT, otherwise ORIGINATOR
     std::string date;                      // property CREATED
 };
@@ -79,7 +80,8 @@ bool includesAnother(const std::string& line) {
 // The text and the rows of the first table.
 Table splitTable(const fs::path& file) {
     std::error_code error;
-    if (!fs::is_regular_file(file, error)) fail(file, "could not be read; expected a CGATS file");
+    if (fs::is_other(file, error)) fail(file, "is not a regular file; expected a CGATS file");
+    requireFile(file, "a CGATS file");
     if (fs::file_size(file, error) > kLargestFile) fail(file, "is larger than 8 MiB; expected a CGATS file");
     std::ifstream stream(file, std::ios::binary);
     Table table;
@@ -129,6 +131,7 @@ void parseHeader(const fs::path& file, Table& table) {
         return text != nullptr ? std::optional<std::string>(text) : std::nullopt;
     };
     table.luminance = property("LUMINANCE_XYZ_CDM2");
+    table.isNormalized = property("NORMALIZED_TO_Y_100") != "NO";
     table.instrument = property("TARGET_INSTRUMENT").value_or(property("ORIGINATOR").value_or(""));
     table.date = property("CREATED").value_or("");
 }
@@ -206,7 +209,7 @@ std::optional<double> candelasOf(const fs::path& file, const Table& table) {
     Vec3 white{};
     if (!(stream >> white[0] >> white[1] >> white[2]) || white[1] <= 0)
         fail(file, "LUMINANCE_XYZ_CDM2 is " + inQuotes(*table.luminance) + "; expected X, Y and Z of white in cd/m2");
-    return white[1] / 100;
+    return table.isNormalized ? white[1] / 100 : 1;
 }
 
 bool isSame(const Vec3& a, const Vec3& b) {

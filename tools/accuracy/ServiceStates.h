@@ -28,7 +28,7 @@ struct ServiceStates {
 struct ServiceRun {
     const ScriptFile* script = nullptr;                     // null: the start and standard mode
     std::filesystem::path phone = dataFolder() / "phone";   // a copy is used
-    std::optional<std::filesystem::path> calibration = {};  // in the place of the panel's
+    std::optional<std::filesystem::path> calibration = {};  // instead of the panel's
 };
 
 // Throws std::runtime_error if a file cannot be read, the script cannot be carried out, or the composer has no display

@@ -94,7 +94,7 @@ void gammaEnd(const Subject& subject, Notes& notes) {
 }
 
 // A step is coarse when it is more than one and a half codes and twice that of the usual curve x^(1/2.2) in the same
-// place: the curve itself begins with steps of 5.8 and 2.2 codes, which nobody can do without.
+// place: the curve itself begins with steps of 5.8 and 2.2 codes, which every table has.
 void gammaStep(const Subject& subject, Notes& notes) {
     const auto usual = [](size_t i) { return std::pow(static_cast<double>(i) / kEntries, 1 / 2.2); };
     inBlocks(subject, kTables, [&](const CalibrationBlock& form, const float* table) {
@@ -138,7 +138,7 @@ using Verdict = std::pair<std::string, std::string>;  // what is wrong, or nothi
 void matrixSingular(const Subject& subject, Notes& notes) {
     inMatrices(subject, notes, [](const float* elements) -> Verdict {
         if (inverse(matrixOf(elements))) return {};
-        return {"is singular: colours that differ come out alike", "rows that are not made of each other"};
+        return {"is singular: colours that differ become the same", "rows that are not made of each other"};
     });
 }
 

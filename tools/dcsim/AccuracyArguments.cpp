@@ -17,6 +17,13 @@ std::string isTarget(const std::string& word) {
     return simulator::primariesOf(word) ? "" : "\"" + word + "\" is not a target; expected srgb or display-p3";
 }
 
+// CLI::Range lets NaN pass.
+std::string isExponent(const std::string& word) {
+    double value = 0;
+    const bool isNumber = CLI::detail::lexical_cast(word, value);
+    return isNumber && value >= 1 && value <= 4 ? "" : "\"" + word + "\" is not an exponent; expected 1 to 4";
+}
+
 }  // namespace
 
 void addChromaticityOption(CLI::App& command, const std::string& name, std::optional<simulator::Chromaticity>& value,
@@ -24,8 +31,12 @@ void addChromaticityOption(CLI::App& command, const std::string& name, std::opti
     const auto read = [name, &value](const std::string& text) {
         simulator::Chromaticity xy{};
         int length = -1;
-        if (sscanf(text.c_str(), "%lf,%lf%n", &xy.x, &xy.y, &length) != 2 || text.c_str()[length] != '\0')
-            throw CLI::ValidationError(name, "\"" + text + "\" is not a chromaticity; expected CIE X,Y");
+        const bool isRead = sscanf(text.c_str(), "%lf,%lf%n", &xy.x, &xy.y, &length) == 2 && text[length] == '\0';
+        if (!isRead || !(xy.x > 0 && xy.y > 0 && xy.x + xy.y <= 1))
+            throw CLI::ValidationError(name,
+                                       "\"" + text +
+                                           "\" is not a chromaticity; expected CIE X,Y above 0, together at most 1 "
+                                           "(the driver's thousandths divided by 1000)");
         value = xy;
     };
     command.add_option_function<std::string>(name, read, description)->type_name("X,Y");
@@ -33,6 +44,7 @@ void addChromaticityOption(CLI::App& command, const std::string& name, std::opti
 
 void addTargetOptions(CLI::App& command, TargetArguments& arguments) {
     command.add_option("--target", arguments.target, "Primaries of the target: srgb (if not given) or display-p3")
+        ->transform([](std::string word) { return CLI::detail::to_lower(std::move(word)); })
         ->check(isTarget)
         ->type_name("TARGET");
     addChromaticityOption(command, "--white", arguments.white,
@@ -41,7 +53,7 @@ void addTargetOptions(CLI::App& command, TargetArguments& arguments) {
         .add_option("--gamma", arguments.gamma,
                     "Exponent of the target; 2.2 if not given. Another one is approximate for colours, because the "
                     "composer decodes with 2.2")
-        ->check(CLI::Range(1.0, 4.0))
+        ->check(isExponent)
         ->type_name("EXPONENT");
 }
 
@@ -63,7 +75,7 @@ void addStateOptions(CLI::App& command, StateArguments& arguments) {
         .add_option("--phone", arguments.phone,
                     "Folder of the phone's files, of which a copy is used; the sample phone if not given")
         ->type_name("DIR");
-    command.add_option("--calibration", arguments.calibration, "Calibration file in the place of the panel's")
+    command.add_option("--calibration", arguments.calibration, "Calibration file instead of the panel's")
         ->type_name("FILE.xml");
 }
 

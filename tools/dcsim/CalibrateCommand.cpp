@@ -6,6 +6,7 @@
 #include <memory>
 #include <sstream>
 
+#include "simulator/PhoneFiles.h"
 #include "tools/accuracy/AccuracyTable.h"
 #include "tools/accuracy/CalibrationFile.h"
 #include "tools/accuracy/SimulatedBlocks.h"
@@ -66,15 +67,25 @@ std::unique_ptr<simulator::ConfigXmlParser> recordOf(const Options& options, con
     return record;
 }
 
+// The accuracy with the text of a calibration, in a temporary file.
+simulator::Accuracy accuracyWith(const std::string& xml, const simulator::MeasuredPanel& panel,
+                                 const simulator::Target& target) {
+    simulator::PhoneFiles folder = simulator::PhoneFiles::empty();
+    folder.write("/panel.xml", xml);
+    StateArguments state;
+    state.calibration = folder.pathOf("/panel.xml");
+    return simulator::accuracyOf(statesOf(state), panel, target);
+}
+
 int run(const Options& options) {
+    simulator::requireNoInput(options.out, {options.panel});  // it may replace the base
     const simulator::Target target = targetOf(options.target);
     const simulator::MeasuredPanel panel(options.panel);
     const simulator::PanelCalibration made = simulator::calibrate(panel.model, target);
     const std::string about = aboutOf(made, panel, target);
-    simulator::replaceFile(options.out, simulator::calibrationXml(*recordOf(options, made, panel.model), about));
-    StateArguments state;
-    state.calibration = options.out;
-    const simulator::Accuracy accuracy = simulator::accuracyOf(statesOf(state), panel, target);
+    const std::string xml = simulator::calibrationXml(*recordOf(options, made, panel.model), about);
+    const simulator::Accuracy accuracy = accuracyWith(xml, panel, target);
+    simulator::replaceFile(options.out, xml);
     if (options.json) {
         std::cout << simulator::lineOf(simulator::calibrationToJson(options.out, made, accuracy), 2) << "\n";
     } else {

@@ -13,7 +13,7 @@ namespace simulator {
 // std::runtime_error, "FILE: what is wrong; what was expected".
 Limits readLimits(const std::filesystem::path& file);
 
-// Every figure, not rounded. null: not measured, or not defined for that colour.
+// Every figure, not rounded. null: not measured, not known, or not defined for that colour.
 Json accuracyToJson(const Accuracy& accuracy);
 
 }  // namespace simulator

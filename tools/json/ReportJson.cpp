@@ -147,7 +147,7 @@ Json toJson(const Accuracy& accuracy) {
     Json json = accuracyToJson(accuracy);
     json["rows"] = listOf(rowsOf(accuracy), kEachToJson);
     json["targetText"] = textOf(accuracy.target);
-    const Limits limits;
+    const Limits& limits = accuracy.limits;
     json["limitValues"] = {{"greyChroma", limits.greyChroma},
                            {"gamma", limits.gamma},
                            {"colorCheckerLargest", limits.colorCheckerLargest}};

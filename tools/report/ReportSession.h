@@ -51,8 +51,8 @@ struct SessionRecord {
     std::optional<Chromaticity> driverWhite;  // as the panel's driver reports it
 };
 
-// Carries out a script on a fresh copy of the sample phone with the calibration, if any, in the place of
-// its panel's. Of the commands, picture has nothing to do here and is left out. No more than 60 different pictures are
+// Carries out a script on a fresh copy of the sample phone with the calibration, if any, instead of its
+// panel's. Of the commands, picture has nothing to do here and is left out. No more than 60 different pictures are
 // kept. Throws std::runtime_error, "NAME:LINE: what is wrong; what was expected".
 SessionRecord recordSession(const ScriptFile& script, const std::optional<std::filesystem::path>& calibration);
 

@@ -227,7 +227,7 @@ function showAccuracy() {
         line(operation, toPoints(levels.map((row) => [row.level, row[key]])), [colors.blue, colors.orange][i], {pointRadius: 2}));
     const controlLevel = {title: 'level', more: {min: -100, max: 100}};
     const neutral = colorTemperatures.map(({operation, monotone, level0DeltaE2000}) =>
-        `${operation} is ${monotone ? '' : 'not '}monotone, its level 0 ΔE2000 ${fixed(level0DeltaE2000, 2)} from neutral`).join('; ');
+        `${operation} is ${{true: 'monotone', false: 'not monotone', null: 'not known to be monotone'}[monotone]}, its level 0 ΔE2000 ${fixed(level0DeltaE2000, 2)} from neutral`).join('; ');
     addPlot('kelvin', `Correlated colour temperature of white in standard mode (predicted, simulated libraries): ${neutral}.`,
         (colors) => ({datasets: controls('kelvin', colors), x: controlLevel, y: {title: 'CCT, K', more: {ticks: {callback: grouped}}}}),
         (label, {x, y}) => `${label} ${x}: ${Math.round(y)} K`);
