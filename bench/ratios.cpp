@@ -66,8 +66,10 @@ std::string duration(double ns) {
     return ns < 1e6 ? format("%.2f us", ns / 1e3) : format("%.2f ms", ns / 1e6);
 }
 
+constexpr const char* kExceeded = "**no**";
+
 std::string verdict(bool holds) {
-    return holds ? "holds" : "**no**";
+    return holds ? "holds" : kExceeded;
 }
 
 Line countedLine(const Json& row, const std::string& what, const Json& ours) {
@@ -130,11 +132,13 @@ void print(const std::vector<std::vector<std::string>>& lines) {
     }
 }
 
-void printTable(const Json& rows, const Medians& medians) {
+// False if a limit is exceeded.
+bool printTable(const Json& rows, const Medians& medians) {
     std::vector<std::vector<std::string>> lines = {{"what", "ours", "against", "theirs", "ratio", "target", ""},
                                                    {"---", "---", "---", "---", "---", "---", "---"}};
     for (const Json& row : rows) lines.push_back(worstLineOf(row, medians).cells);
     print(lines);
+    return std::none_of(lines.begin(), lines.end(), [](const auto& cells) { return cells.back() == kExceeded; });
 }
 
 }  // namespace
@@ -145,8 +149,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        printTable(readJson(argv[1]), mediansOf(readJson(argv[2])));
-        return 0;
+        return printTable(readJson(argv[1]), mediansOf(readJson(argv[2]))) ? 0 : 1;
     } catch (const std::exception& error) {
         std::cerr << "ratios: " << error.what() << "\n";
         return 2;

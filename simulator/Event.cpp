@@ -153,7 +153,13 @@ Table tableOf(const float* entries) {
 }
 
 std::string tableDigest(const std::array<float, 4096>& table) {
-    return digestOf(table.data(), table.size());
+    thread_local std::array<float, 4096> last{};  // one table is often described several times, which takes long
+    thread_local std::string digest = digestOf(last.data(), last.size());
+    if (memcmp(&last, &table, sizeof last) != 0) {
+        last = table;
+        digest = digestOf(last.data(), last.size());
+    }
+    return digest;
 }
 
 std::optional<int> toneCurveLevelOf(const ComposerCall& call) {
@@ -170,7 +176,8 @@ std::string_view kindOf(const Event::What& what) {
 }
 
 std::string textOf(const Event::What& what) {
-    return std::string(kindOf(what)) + " " + std::visit([](const auto& event) { return lineOf(event); }, what);
+    std::string line = std::visit([](const auto& event) { return lineOf(event); }, what);
+    return line.insert(0, 1, ' ').insert(0, kindOf(what));
 }
 
 std::string valueText(const Value& value) {

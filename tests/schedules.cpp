@@ -36,8 +36,9 @@ public:
             const auto* const call = std::get_if<simulator::ComposerCall>(&event.what);
             if (call == nullptr || call->operation != ComposerOperation::SET_ALAD_PARAMS) return;
             ++messages;
-            require(mayBeOn, "a message after the end");
+            require(mayBeOn && !hasEnded, "a message after the off message");
             isOff = call->enable == 0U;
+            hasEnded = pthread_equal(pthread_self(), client) != 0;  // it sends the off message, the worker all others
         });
     }
     ~Schedule() {
@@ -53,6 +54,7 @@ public:
         for (int round = 0; round < 4; ++round) {
             service.exclusiveModeExit(7, 1).isOk();
             mayBeOn = true;
+            hasEnded = false;
             service.setAlad(7, 0, 1).isOk();
             constexpr platform::Clock::Duration kTimes[] = {0ms, 990ms, 1s, 1010ms, 1050ms, 2100ms};
             clock.sleepFor(kTimes[random() % std::size(kTimes)]);
@@ -89,7 +91,9 @@ private:
     const uint64_t seed;
     platform::ScheduledClock clock;
     Service service;
+    const pthread_t client = pthread_self();
     bool mayBeOn = false;
+    bool hasEnded = true;
     bool isOff = true;
 };
 

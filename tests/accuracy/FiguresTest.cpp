@@ -191,15 +191,19 @@ TEST(LimitsTest, AFileReplacesWhatItNames) {
 
     const std::string names = "white, greyChroma, gamma, colorCheckerMean, colorCheckerLargest, coverage";
     const std::pair<const char*, std::string> kFaults[] = {
-        {"{", "is not a JSON object; expected one of " + names},
-        {R"({"Gamma": 1})", "has a limit \"Gamma\"; expected one of " + names},
-        {R"({"gamma": "1"})", "gamma is \"1\"; expected a number from 0"},
-        {R"({"white": -1})", "white is -1; expected a number from 0"},
+        {"3", " is not a JSON object; expected one of " + names},
+        {"{\n\"gamma\": 1,\n}\n\n", "3: is not JSON; expected an object with some of " + names},
+        {R"({"gamma": 1, "gamma": 2})", " repeats \"gamma\"; expected each limit once"},
+        {R"({"gamma": 1e999})", " has a number that is out of range; expected limits"},
+        {R"({"coverage": 0.98})", " coverage is 0.98; expected percent, from 1 to 100"},
+        {R"({"Gamma": 1})", " has a limit \"Gamma\"; expected one of " + names},
+        {R"({"gamma": "1"})", " gamma is \"1\"; expected a number above 0"},
+        {R"({"white": 0})", " white is 0; expected a number above 0"},
     };
-    EXPECT_EQ(errorOf([] { readLimits("none.json"); }), "none.json: could not be read; expected a JSON file of limits");
+    EXPECT_EQ(errorOf([] { readLimits("none.json"); }), "none.json: does not exist; expected a JSON file of limits");
     for (const auto& [text, error] : kFaults) {
         const auto file = folder.write("limits.json", text);
-        EXPECT_EQ(errorOf([&file] { readLimits(file); }), file.string() + ": " + error);
+        EXPECT_EQ(errorOf([&file] { readLimits(file); }), file.string() + ":" + error);
     }
 }
 

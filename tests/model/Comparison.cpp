@@ -73,13 +73,13 @@ std::string difference(const std::vector<State>& given, const std::vector<State>
 
 }  // namespace
 
-Comparison::Comparison() {
+Comparison::Comparison(const Settings& settings) {
     apply(current, phone);
     phone.observe([this](const simulator::Event& event) {
         happened.push_back(textOf(event));
         if (observer) observer(event);
     });
-    begin(current);
+    begin(settings);
 }
 
 Comparison::~Comparison() {
@@ -87,10 +87,8 @@ Comparison::~Comparison() {
 }
 
 void Comparison::begin(const Settings& settings) {
-    if (service != nullptr) end();
-    Settings first = settings;
-    first.composerLife = current.composerLife + 1;
-    apply(first, std::exchange(current, first), phone);
+    end();
+    become(settings, current.composerLife + 1);
     service = std::make_unique<Implementation>();
     uint64_t lastHandle = 0;
     service->allocUserHandle(0, [&lastHandle](auto, uint64_t handle) { lastHandle = handle; }).isOk();
@@ -99,7 +97,14 @@ void Comparison::begin(const Settings& settings) {
 }
 
 void Comparison::set(const Settings& next) {
-    apply(next, std::exchange(current, next), phone);
+    become(next, next.composerLife);
+}
+
+void Comparison::become(const Settings& next, int composerLife) {
+    std::swap(last, current);
+    current = next;
+    current.composerLife = composerLife;
+    apply(current, last, phone);
 }
 
 std::string Comparison::call(const Call& call) {
@@ -123,9 +128,12 @@ std::string Comparison::pass(std::chrono::milliseconds duration) {
 }
 
 std::string Comparison::end() {
+    if (service == nullptr) return "";
     std::string text = call({"setAlad"});
     text += pass(5s);
     if (phone.clock().hasThreads()) text += "a thread is left";
+    service.reset();
+    modelled.reset();
     return latestEvents.empty() ? text : text + "still running: " + latestEvents[0];
 }
 

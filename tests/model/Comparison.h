@@ -18,7 +18,7 @@ namespace model {
 // an empty text if nothing does.
 class Comparison {
 public:
-    Comparison();
+    explicit Comparison(const Settings& settings = Settings());
     ~Comparison();
     Comparison(const Comparison&) = delete;
     Comparison& operator=(const Comparison&) = delete;
@@ -30,7 +30,7 @@ public:
     std::string call(const Call& call);
     std::string light(float lux);
     std::string pass(std::chrono::milliseconds duration);
-    // Switches ALAD off, and lets time pass: nothing may happen any more.
+    // Switches ALAD off, and lets time pass: nothing may happen any more. The service ends.
     std::string end();
 
     // Receives the phone's events too.
@@ -42,10 +42,12 @@ public:
     const Lines& events() const { return latestEvents; }
 
 private:
+    void become(const Settings& next, int composerLife);
     std::string compare(const std::string& expectedAnswer);
 
     simulator::Phone phone{simulator::Phone::Start::EMPTY};
     Settings current;
+    Settings last;  // kept because its memory is used again
     std::unique_ptr<::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl> service;
     std::unique_ptr<Service> modelled;
     Lines happened;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <sstream>
 
 namespace model {
@@ -72,6 +73,16 @@ Matrix product(const Matrix& a, const Matrix& b) {
     return result;
 }
 
+// Calculated once for each exponent: it takes long, and sessions have few.
+const Table& knownPowerTable(float exponent) {
+    static std::map<uint32_t, Table> tables;  // by the exponents' bits
+    uint32_t bits = 0;
+    memcpy(&bits, &exponent, sizeof bits);
+    Table& table = tables[bits];
+    if (table == nullptr) table = powerTable(exponent);
+    return table;
+}
+
 }  // namespace
 
 Matrix finalMatrix(const Display& d) {
@@ -104,7 +115,7 @@ Table powerTable(float exponent) {
 
 std::string Service::call(const Call& c) {
     const std::string& operation = c.operation;
-    const auto is = [&operation](const char* name) { return operation == name; };
+    const auto is = [&operation](std::string_view name) { return operation == name; };
 
     if (is("init")) return init();
     if (is("deInit")) return connected.reset(), "";
@@ -139,7 +150,7 @@ std::string Service::call(const Call& c) {
     if (is("setGlobalGamma")) {
         log(kDebug, operation, kHandle);
         log(kInfo, "", c.exponent);
-        return sendTable(Operation::SET_GLOBAL_GAMMA_LUT, c.display, powerTable(c.exponent));
+        return sendTable(Operation::SET_GLOBAL_GAMMA_LUT, c.display, knownPowerTable(c.exponent));
     }
     if (is("setUnlimitedCT")) return setLevel(c.display, true, c.number);
     if (is("setEyeCareCT")) return setLevel(c.display, false, c.number);
@@ -319,15 +330,20 @@ std::string Service::sendTable(Operation operation, uint64_t display, const Tabl
 // Forwards a getter's Result and the values of what the composer holds; zeros if it delivers none.
 std::string Service::get(Operation operation, const Call& c, const ValuesOf& valuesOf) {
     log(kDebug, c.operation, kHandle);
-    simulator::DisplayState held;
-    held.first.elements = held.last.elements = Matrix{};
-    held.gamma.entries = held.deGamma.entries = std::array<float, kTable>{};
-    if (!connected) return "FAILED " + valuesOf(held);
+    static const simulator::DisplayState kNew;
+    static const simulator::DisplayState kNothing = [] {
+        simulator::DisplayState zeros;
+        zeros.first.elements = zeros.last.elements = Matrix{};
+        zeros.gamma.entries = zeros.deGamma.entries = std::array<float, kTable>{};
+        return zeros;
+    }();
+    if (!connected) return "FAILED " + valuesOf(kNothing);
     const Reply reply = composer(*connected, {operation, c.display});
-    if (reply.effect && reply.arrived())
-        held = simulated.composer().stateOf(c.display).value_or(simulator::DisplayState());
     const std::string result = reply.effect ? simulator::composerResultName(reply.outcome.result) : "OK";
-    return (reply.arrived() ? result : "FAILED") + " " + valuesOf(held);
+    const std::string answer = (reply.arrived() ? result : "FAILED") + " ";
+    if (!reply.effect || !reply.arrived()) return answer + valuesOf(kNothing);
+    const auto held = simulated.composer().stateOf(c.display);
+    return answer + valuesOf(held ? *held : kNew);
 }
 
 // --- Colour temperatures and screen modes ---
@@ -542,7 +558,7 @@ std::string Service::exclusiveModeEnter() {
     if (!connected) return "FAILED";
     composer(*connected, {Operation::SET_EXCLUSIVE_MODE, 0, {}, {}, {}, 1});
     sendMatrices(0, kIdentity, kIdentity);
-    sendTable(Operation::SET_GLOBAL_GAMMA_LUT, 0, powerTable(1 / 2.2F));
+    sendTable(Operation::SET_GLOBAL_GAMMA_LUT, 0, knownPowerTable(1 / 2.2F));
     disableAlad();
     setCabcSysNode(0);
     return "OK";

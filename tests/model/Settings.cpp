@@ -2,6 +2,7 @@
 #include "tests/model/Settings.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cinttypes>
 #include <cstdio>
 #include <memory>
@@ -11,19 +12,21 @@ namespace model {
 
 namespace {
 
-std::string number(const char* format, double value) {
+template <typename Number>
+std::string numberText(Number value) {
     char text[64];
-    snprintf(text, sizeof text, format, value);
-    return text;
+    return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
 std::string element(const std::string& name, const std::string& text) {
-    return "<" + name + ">" + text + "</" + name + ">\n";
+    std::string whole;
+    whole.reserve(text.size() + 2 * name.size() + 6);
+    return whole.append("<").append(name).append(">").append(text).append("</").append(name).append(">\n");
 }
 
 std::string block(const std::string& name, const std::vector<float>& values) {
     std::string text;
-    for (const float value : values) text += element("v", number("%.9g", static_cast<double>(value)));
+    for (const float value : values) text += element("v", numberText(value));
     return values.empty() ? "" : element(name, text);
 }
 
@@ -40,7 +43,7 @@ std::string textOf(const Calibration& file) {
     }
     std::string eyeCare;
     for (size_t i = 0; i < file.eyeCare.size(); ++i)
-        eyeCare += element(i == 0 ? "MaxCCT" : i == 1 ? "MinCCT" : "c", number("%.17g", file.eyeCare[i]));
+        eyeCare += element(i == 0 ? "MaxCCT" : i == 1 ? "MinCCT" : "c", numberText(file.eyeCare[i]));
     return textOf({file.kind, (file.isWellFormed ? "<panel>" : "<panel><") + block("CTM_WPC", file.whitePoint) +
                                   block("CTM_CCM", file.colorCorrection) + block("WPCParam", file.whitePointParams) +
                                   block("Gamma_Calib", file.calibrated) + block("Gamma_Tuning", file.tuned) +
@@ -55,9 +58,9 @@ bool isSame(const Calibration& a, const Calibration& b) {
     return all(a) == all(b);
 }
 
-void put(const std::string& next, const char* path, simulator::PhoneFiles& files) {
+void put(const std::string& next, Kind last, const char* path, simulator::PhoneFiles& files) {
     const Kind kind{next[0] - '0'};
-    files.remove(path);
+    if (kind != last) files.remove(path);
     if (kind == Kind::FILE) files.write(path, next.substr(1));
     if (kind == Kind::FOLDER) files.makeFolder(path);
 }
@@ -148,11 +151,11 @@ void apply(const Settings& next, const Settings& last, simulator::Phone& phone) 
                                                                    {&Settings::cabc, simulator::kCabcNode}};
     for (const auto& [node, path] : kNodes) {
         const bool isSame = (next.*node).kind == (last.*node).kind && (next.*node).text == (last.*node).text;
-        if (!isSame) put(textOf(next.*node), path, phone.files());
+        if (!isSame) put(textOf(next.*node), (last.*node).kind, path, phone.files());
     }
     for (size_t i = 0; i < kCalibrationPaths.size(); ++i) {
         if (isSame(next.calibrations[i], last.calibrations[i])) continue;
-        put(textOf(next.calibrations[i]), kCalibrationPaths[i], phone.files());
+        put(textOf(next.calibrations[i]), last.calibrations[i].kind, kCalibrationPaths[i], phone.files());
     }
 }
 

@@ -78,7 +78,8 @@ bool includesAnother(const std::string& line) {
 // The text and the rows of the first table.
 Table splitTable(const fs::path& file) {
     std::error_code error;
-    if (!fs::is_regular_file(file, error)) fail(file, "could not be read; expected a CGATS file");
+    if (fs::is_other(file, error)) fail(file, "is not a regular file; expected a CGATS file");
+    requireFile(file, "a CGATS file");
     if (fs::file_size(file, error) > kLargestFile) fail(file, "is larger than 8 MiB; expected a CGATS file");
     std::ifstream stream(file, std::ios::binary);
     Table table;

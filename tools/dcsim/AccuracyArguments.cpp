@@ -31,8 +31,12 @@ void addChromaticityOption(CLI::App& command, const std::string& name, std::opti
     const auto read = [name, &value](const std::string& text) {
         simulator::Chromaticity xy{};
         int length = -1;
-        if (sscanf(text.c_str(), "%lf,%lf%n", &xy.x, &xy.y, &length) != 2 || text.c_str()[length] != '\0')
-            throw CLI::ValidationError(name, "\"" + text + "\" is not a chromaticity; expected CIE X,Y");
+        const bool isRead = sscanf(text.c_str(), "%lf,%lf%n", &xy.x, &xy.y, &length) == 2 && text[length] == '\0';
+        if (!isRead || !(xy.x > 0 && xy.y > 0 && xy.x + xy.y <= 1))
+            throw CLI::ValidationError(name,
+                                       "\"" + text +
+                                           "\" is not a chromaticity; expected CIE X,Y above 0, together at most 1 "
+                                           "(the driver's thousandths divided by 1000)");
         value = xy;
     };
     command.add_option_function<std::string>(name, read, description)->type_name("X,Y");
@@ -40,6 +44,7 @@ void addChromaticityOption(CLI::App& command, const std::string& name, std::opti
 
 void addTargetOptions(CLI::App& command, TargetArguments& arguments) {
     command.add_option("--target", arguments.target, "Primaries of the target: srgb (if not given) or display-p3")
+        ->transform([](std::string word) { return CLI::detail::to_lower(std::move(word)); })
         ->check(isTarget)
         ->type_name("TARGET");
     addChromaticityOption(command, "--white", arguments.white,

@@ -66,8 +66,10 @@ void addAccuracy(CLI::App& app, int& status) {
     command->add_flag("--json", options->json, "All figures as one JSON document");
     command->footer(
         "The composer's state after the script drives a model of the panel. A file of limits has some of the members\n"
-        "white, greyChroma, gamma, colorCheckerMean, colorCheckerLargest and coverage. Exit status: 0 all limits are\n"
-        "kept, 1 a limit fails, 2 wrong use or input.\n\nExample:\n"
+        "of {\"white\": 2, \"greyChroma\": 2, \"gamma\": 0.1, \"colorCheckerMean\": 1, \"colorCheckerLargest\": 2.5,\n"
+        "\"coverage\": 98}, here with their defaults: dE2000 of white, dC, difference from the target's exponent, "
+        "dE2000,\n"
+        "dE2000, and percent. Exit status: 0 all limits are kept, 1 a limit fails, 2 wrong use or input.\n\nExample:\n"
         "  dcsim accuracy --panel data/panels/cool.ti3 --calibration panel.xml");
     command->callback([options, &status] { status = run(*options); });
 }

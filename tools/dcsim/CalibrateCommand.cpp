@@ -80,6 +80,7 @@ simulator::Accuracy accuracyWith(const std::string& xml, const simulator::Measur
 }
 
 int run(const Options& options) {
+    simulator::requireNoInput(options.out, {options.panel});  // it may replace the base
     const simulator::Target target = targetOf(options.target);
     const simulator::MeasuredPanel panel(options.panel);
     const simulator::PanelCalibration made = simulator::calibrate(panel.model, target);

@@ -68,8 +68,10 @@ void addDiff(CLI::App& app, int& status) {
     CLI::App* const command = app.add_subcommand("diff", "Compares two calibration files as the library reads them");
     command->add_option("OLD", options->before, "Calibration file")->required();
     command->add_option("NEW", options->after, "Calibration file")->required();
-    command->add_option("--panel", options->panel, "Measured panel, to compare what it shows")->type_name("PANEL.ti3");
+    auto* const panel = command->add_option("--panel", options->panel, "Measured panel, to compare what it shows");
+    panel->type_name("PANEL.ti3");
     addTargetOptions(*command, options->target);
+    for (const char* const option : {"--target", "--white", "--gamma"}) command->get_option(option)->needs(panel);
     command->add_flag("--json", options->json, "One JSON document instead of text");
     command->footer(
         "Exit status: 0 the same, 1 they differ, 2 wrong use or input.\n\nExample:\n"

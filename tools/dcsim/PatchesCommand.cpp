@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 
 #include "tools/dcsim/AccuracyArguments.h"
 #include "tools/dcsim/Commands.h"
@@ -20,6 +21,11 @@ struct Options {
 };
 
 int run(Options options) {
+    simulator::requireNoInput(options.out, {options.patches, options.state.script, options.state.calibration});
+    for (const std::string& file : {options.patches, options.state.script}) {
+        if (std::filesystem::path(file).extension() == ".ti3")
+            throw std::runtime_error(file + ": is a measurement; expected a list of patches, PATCHES.ti1, or a script");
+    }
     // A single file may be the script.
     if (options.state.script.empty() && std::filesystem::path(options.patches).extension() != ".ti1")
         std::swap(options.patches, options.state.script);

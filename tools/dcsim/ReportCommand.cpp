@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // dcsim report: everything about a calibration on one page.
-#include <fstream>
 #include <iostream>
 #include <memory>
 
@@ -29,15 +28,10 @@ std::optional<std::filesystem::path> given(const std::string& file) {
     return file.empty() ? std::nullopt : std::optional<std::filesystem::path>(file);
 }
 
-void write(const std::string& file, const std::string& page) {
-    std::ofstream stream(file, std::ios::binary);
-    stream << page << std::flush;
-    if (!stream) throw std::runtime_error(file + ": could not be written; expected a place for the page");
-}
-
 int run(const Options& options) {
     if (options.out.empty() && !options.json)
         throw std::runtime_error("report: nowhere to put the report; expected -o FILE, --json or both");
+    simulator::requireNoInput(options.out, {options.script, options.calibration, options.trace, options.panel});
     std::optional<simulator::PanelInput> panel;
     if (!options.panel.empty()) panel = {options.panel, targetOf(options.target)};
     Progress progress("replaying");
@@ -46,7 +40,7 @@ int run(const Options& options) {
                                  [&progress](double share) { progress.show(share); }});
     progress.wipe();
     const std::string json = simulator::lineOf(toJson(report));
-    if (!options.out.empty()) write(options.out, simulator::renderPage(json));
+    if (!options.out.empty()) simulator::replaceFile(options.out, simulator::renderPage(json));
     if (options.json) {
         std::cout << json << "\n";
     } else {

@@ -4,7 +4,9 @@
 #include <iostream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "tools/dcsim/Commands.h"
 #include "tools/dcsim/Signals.h"
@@ -25,10 +27,24 @@ void requireCommand(const CLI::App& app, const std::string& word) {
         throw std::runtime_error("unknown command \"" + word + "\"; expected one of " + names);
 }
 
+// Without its hyphens; empty if none is near.
+std::string_view nearestOption(const std::string& word, const CLI::App& command) {
+    if (word.rfind("--", 0) != 0) return {};
+    std::vector<std::string_view> known;
+    for (const CLI::Option* const option : command.get_options())
+        known.insert(known.end(), option->get_lnames().begin(), option->get_lnames().end());
+    return simulator::nearestOf(std::string_view(word).substr(2), known);
+}
+
 // What is wrong, and how the command is used.
 std::string messageOf(const CLI::ParseError& error, const CLI::App& command) {
     std::string what = error.what();
     if (what.find("; expected ") != std::string::npos) return what;
+    for (const std::string& word : command.remaining()) {
+        const std::string_view nearest = nearestOption(word.substr(0, word.find('=')), command);
+        if (!nearest.empty())
+            return "unknown option " + simulator::inQuotes(word) + "; expected --" + std::string(nearest);
+    }
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr)
         what = "unknown argument " + simulator::inQuotes(what.substr(what.find(": ") + 2));
     const std::string usage = CLI::Formatter().make_usage(&command, "dcsim " + command.get_name());

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
+#include <set>
 #include <stdexcept>
 
 #include "tools/accuracy/AccuracyTable.h"
@@ -122,20 +124,42 @@ Json toJson(const ControlFigure& control) {
             {"levels", listOf(figure.levels)}};
 }
 
+nlohmann::json parseLimits(const std::filesystem::path& file) {
+    requireFile(file, "a JSON file of limits");
+    std::ifstream stream(file);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    std::set<std::string> known;
+    const auto requireOnce = [&](int depth, nlohmann::json::parse_event_t event, const nlohmann::json& key) {
+        if (event == nlohmann::json::parse_event_t::key && depth == 1 && !known.insert(key).second)
+            throw std::runtime_error(file.string() + ": repeats " + key.dump() + "; expected each limit once");
+        return true;
+    };
+    try {
+        return nlohmann::json::parse(text, requireOnce);
+    } catch (const nlohmann::json::parse_error& error) {
+        const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
+        throw std::runtime_error(file.string() + ":" + std::to_string(1 + std::count(text.begin(), end, '\n')) +
+                                 ": is not JSON; expected an object with some of " + names());
+    } catch (const nlohmann::json::out_of_range&) {
+        throw std::runtime_error(file.string() + ": has a number that is out of range; expected limits");
+    }
+}
+
 }  // namespace
 
 Limits readLimits(const std::filesystem::path& file) {
     const auto fail = [&file](const std::string& what) { throw std::runtime_error(file.string() + ": " + what); };
-    std::ifstream stream(file);
-    if (!stream) fail("could not be read; expected a JSON file of limits");
-    const auto json = nlohmann::json::parse(stream, nullptr, /*allow_exceptions=*/false);
+    const nlohmann::json json = parseLimits(file);
     if (!json.is_object()) fail("is not a JSON object; expected one of " + names());
     Limits limits;
     for (const auto& [name, value] : json.items()) {
         const auto known = std::find_if(std::begin(kLimits), std::end(kLimits),
                                         [&key = name](const NamedLimit& limit) { return key == limit.name; });
         if (known == std::end(kLimits)) fail("has a limit \"" + name + "\"; expected one of " + names());
-        if (!value.is_number() || value < 0) fail(name + " is " + value.dump() + "; expected a number from 0");
+        const bool isPercent = known->limit == &Limits::coverage;
+        if (!value.is_number() || !(isPercent ? value >= 1 && value <= 100 : value > 0))
+            fail(name + " is " + value.dump() + "; expected " +
+                 (isPercent ? "percent, from 1 to 100" : "a number above 0"));
         limits.*(known->limit) = value;
     }
     return limits;

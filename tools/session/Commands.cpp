@@ -293,16 +293,18 @@ std::vector<Argument> faultArguments(std::string_view what, std::vector<std::str
 }
 
 const std::string kFailureHelp =
-    "A number makes one call fail, of whatever kind: 1 is the next. Failures add up until start.\n"
+    "A number makes one call fail, of whatever kind: 1 is the next. Failures add up\nuntil start.\n"
     "HOW a call fails:\n"
-    "  refused      it returns an error, RESULT if given, and a setter has no effect (the default)\n"
+    "  refused      it returns an error, RESULT if given, and a setter has no effect\n"
+    "               (the default)\n"
     "  no-callback  a getter returns without its callback\n"
     "  unreached    the transport fails, and the call has no effect\n"
     "  answer-lost  the call has its effect, then the transport fails\n";
 
 const std::string kFeatureHelp =
-    "FEATURE  0 smart environment mode, 1 enhanced mode, 2 standard mode, 3 eye care with level VALUE,\n"
-    "         7 backlight control with mode VALUE, 23 colour temperature with level VALUE\n";
+    "FEATURE  0 smart environment mode, 1 enhanced mode, 2 standard mode,\n"
+    "         3 eye care with level VALUE, 7 backlight control with mode VALUE,\n"
+    "         23 colour temperature with level VALUE\n";
 
 // Throws for a fault that would do nothing.
 void checkFail(const Values& values, const std::string& command) {
@@ -320,6 +322,7 @@ void checkFail(const Values& values, const std::string& command) {
     const bool isSetter = what.rfind("set", 0) == 0 || what == "enable" || what == "disable";
     require(!isSetter || how != "no-callback", what + " has no callback; expected refused, unreached or answer-lost");
     require(values.size() <= 3 || how == "refused", how + " takes no RESULT; expected refused, or no RESULT");
+    require(values.size() <= 3 || values.integer(3) != 0, "RESULT 0 is success; expected another number");
 }
 
 // names are those of the service's calls; any other name is the number of a call.
@@ -525,7 +528,15 @@ const std::vector<Command>& commands() {
         {"closed",
          {word("function", wordsOf(kClosedResults)), {"result", Kind::INTEGER, 1, true}},
          "make a function of a closed library return RESULT and do nothing; without RESULT it works again",
-         failClosed},
+         failClosed,
+         "",
+         nullptr,
+         "Functions are called by:\n"
+         "  setParams, setEyeCareParamsOled           init\n"
+         "  getUnlimitedCTParams                      setUnlimitedCT\n"
+         "  getEyeCareCoeffOled                       setEyeCareCT\n"
+         "  WhitePointCalibrate                       setSmartEnvironmentMode\n"
+         "  getAGTMLevel, getAGTMCurveParams          setAlad, while it is on\n"},
         {"threads",
          {word("state", {"fail", "start"})},
          "let no thread start, or let threads start again",

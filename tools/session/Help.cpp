@@ -3,9 +3,13 @@
 
 #include <algorithm>
 
+#include "tools/text/Text.h"
+
 namespace simulator {
 
 namespace {
+
+constexpr size_t kWidth = 80;
 
 std::string capitalized(std::string_view title) {
     std::string text(title);
@@ -21,10 +25,23 @@ std::string countOf(const Argument& argument) {
     return argument.optional ? "; may be left out" : "";
 }
 
+// Begins in that column; so do the lines that follow.
+std::string wrapped(std::string_view words, size_t column) {
+    std::string text;
+    size_t width = column;
+    for (std::string_view word = takeWord(words); !word.empty(); word = takeWord(words)) {
+        const bool isFirst = text.empty();
+        const bool fits = width + 1 + word.size() <= kWidth;
+        text += isFirst ? "" : fits ? " " : "\n" + std::string(column, ' ');
+        width = (isFirst || !fits ? column : width + 1) + word.size();
+        text += word;
+    }
+    return text;
+}
+
 }  // namespace
 
 std::string helpOf(const std::vector<Command>& table) {
-    constexpr size_t kWidth = 80;
     std::string text;
     std::string line;
     for (const Command& command : table) {
@@ -45,11 +62,11 @@ std::string helpOf(const std::vector<Command>& table) {
 std::string helpOf(const Command& command) {
     size_t width = 0;
     for (const Argument& argument : command.arguments) width = std::max(width, argument.name.size());
-    std::string text = usageOf(command) + "\n    " + std::string(command.summary) + "\n";
+    std::string text = wrapped(usageOf(command), 0) + "\n    " + wrapped(command.summary, 4) + "\n";
     for (const Argument& argument : command.arguments) {
         const std::string name = nameOf(argument);
-        text +=
-            "    " + name + std::string(width + 2 - name.size(), ' ') + rangeOf(argument) + countOf(argument) + "\n";
+        text += "    " + name + std::string(width + 2 - name.size(), ' ') +
+                wrapped(rangeOf(argument) + countOf(argument), width + 6) + "\n";
     }
     return text + command.details;
 }

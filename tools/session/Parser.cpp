@@ -138,6 +138,13 @@ Values::Value parseValue(const Command& command, const Argument& argument, std::
     return std::string(word);
 }
 
+// Throws if no word may follow the values, which says more than that this word is not known.
+void checkWith(const Command& command, Values values, std::string_view word) {
+    if (command.check == nullptr) return;
+    values.add(std::string(word));
+    command.check(values);
+}
+
 Values parseArguments(const Command& command, std::string_view rest) {
     Values values;
     for (const Argument& argument : command.arguments) {
@@ -147,7 +154,12 @@ Values parseArguments(const Command& command, std::string_view rest) {
             const std::string_view value = trimmed(word);
             if (value.empty() && argument.optional) return values;
             if (value.empty()) failUsage(command, placeOf(argument, i) + " is missing");
-            values.add(parseValue(command, argument, value));
+            try {
+                values.add(parseValue(command, argument, value));
+            } catch (const ScriptError&) {
+                if (argument.kind == Argument::Kind::WORD) checkWith(command, values, value);
+                throw;
+            }
         }
     }
     if (!trimmed(rest).empty()) failUsage(command, "too many arguments, from " + inQuotes(trimmed(rest)) + " on");

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <charconv>
 #include <fstream>
 #include <iterator>
@@ -119,6 +120,14 @@ void requireFile(const std::filesystem::path& file, const std::string& expected)
     if (why != nullptr) throw std::runtime_error(file.string() + ": " + why + "; expected " + expected);
 }
 
+void requireNoInput(const std::filesystem::path& output, const std::vector<std::string>& inputs) {
+    std::error_code error;
+    for (const std::string& input : inputs) {
+        if (std::filesystem::equivalent(input, output, error))
+            throw std::runtime_error(output.string() + ": is also the input; expected another file to write");
+    }
+}
+
 void replaceFile(const std::filesystem::path& file, const std::string& text) {
     namespace fs = std::filesystem;
     std::error_code error;
@@ -129,11 +138,12 @@ void replaceFile(const std::filesystem::path& file, const std::string& text) {
     std::ofstream stream(fresh, std::ios::binary);
     stream << text;
     stream.close();
-    error.clear();
+    error.assign(stream ? 0 : errno, std::generic_category());
     if (stream) fs::rename(fresh, target, error);
     if (stream && !error) return;
+    const std::string why = error.message();
     fs::remove(fresh, error);
-    throw std::runtime_error(file.string() + ": could not be written; expected a file to write");
+    throw std::runtime_error(file.string() + ": could not be written (" + why + "); expected a file to write");
 }
 
 bool isNear(std::string_view word, std::string_view known) {

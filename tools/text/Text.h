@@ -42,6 +42,10 @@ std::string bytesOf(std::string_view text);
 // Throws std::runtime_error, "FILE: why not; expected EXPECTED", if the file cannot be opened or is a folder.
 void requireFile(const std::filesystem::path& file, const std::string& expected);
 
+// Throws std::runtime_error, "FILE: is also the input; expected another file to write", if output is one of the inputs,
+// by whatever name or link. Empty names and files that do not exist are none.
+void requireNoInput(const std::filesystem::path& output, const std::vector<std::string>& inputs);
+
 // Writes a file as a whole: on a fault the old one stays as it is. Throws std::runtime_error, "FILE: why not; expected
 // a file to write".
 void replaceFile(const std::filesystem::path& file, const std::string& text);

@@ -2,6 +2,7 @@
 // Containers of the interfaces (text, vectors and fixed arrays) and the receiver of a service's death.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -82,7 +83,7 @@ public:
     hidl_array(const std::array<T, N>& source) { *this = source.data(); }  // NOLINT(google-explicit-constructor)
 
     hidl_array& operator=(const T* source) {
-        for (size_t i = 0; i < N; ++i) elements[i] = source[i];
+        std::copy_n(source, N, elements);
         return *this;
     }
 

@@ -36,7 +36,7 @@ private:
     friend class Condition;
     friend class ScheduledClock;
 
-    // On the host a ScheduledClock may decide when the calling thread goes on.
+    // On the host a ScheduledClock may decide when the calling thread continues.
     void lock();
     void unlock();
 
