@@ -247,6 +247,7 @@ public:
         const winsize size = {24, 200, 0, 0};
         child = forkpty(&terminal, nullptr, nullptr, &size);
         if (child == 0) {
+            signal(SIGINT, SIG_DFL);  // as at a login, also where the tests run in the background
             // libedit never frees the names of functions that are added to it, so leaks are not looked for here.
             execl("/bin/sh", "sh", "-c", "TERM=xterm NO_COLOR=1 ASAN_OPTIONS=detect_leaks=0 exec " DCSIM " shell",
                   nullptr);
