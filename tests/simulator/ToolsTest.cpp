@@ -203,7 +203,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {panel + " --target rec709", 2, "\"rec709\" is not a target; expected srgb or display-p3"},
         {panel + " --calibration /nowhere", 2, "dcsim: /nowhere: does not exist; expected a calibration file"},
         {panel + " --calibration " + other, 1, other + ": the library does not read it as it is written"},
-        {panel + " --measured " + kData + "/panels/cool.ti3", 2, "white was not measured"},
+        {panel + " --measured " + kData + "/panels/cool.ti3", 2, "has no SAMPLE_ID of the list of patches"},
         {"patches -o " + driven, 0, driven + ": 66 patches\n"},
         {"patches " + driven + " " + other + " -o " + driven, 2,
          driven + ": is also the input; expected another file to write\n"},

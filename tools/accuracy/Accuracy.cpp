@@ -2,6 +2,7 @@
 #include "tools/accuracy/Accuracy.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace simulator {
 
@@ -34,11 +35,25 @@ MeasuredFigure measuredFigure(const DrivenMeasurement& measured, const std::vect
 
 Accuracy accuracyOf(const ServiceStates& states, const MeasuredPanel& panel, const Target& target, const Limits& limits,
                     const std::optional<DrivenMeasurement>& measurement) {
-    Accuracy accuracy{panel.file, target, panel.model.residual(), panel.model.isAdditive(), {}, {}, limits, {}, {}, {}};
+    Accuracy accuracy{panel.file,
+                      states.calibration,
+                      states.failedCalls,
+                      target,
+                      panel.model.residual(),
+                      panel.model.isAdditive(),
+                      {},
+                      {},
+                      limits,
+                      {},
+                      {},
+                      {}};
     Shown shown = predicted(states.end, panel.model);
     std::vector<MeasuredPatch> patches;
     if (measurement) {
         patches = measuredPatches(measurement->coded, measurement->driven, panel.native);
+        if (patches.empty())
+            throw std::runtime_error(measurement->file + ": has no SAMPLE_ID of the list of patches; expected the " +
+                                     "measurement of what dcsim patches wrote for that list");
         shown = measured(patches);
     }
     accuracy.figures = figuresOf(states.end, panel.model, target, shown);

@@ -49,7 +49,9 @@ struct ControlFigure {
 // Of what is shown, predicted or measured, after the service has run. The levels of the controls are those of the
 // simulated closed libraries.
 struct Accuracy {
-    std::string panel;  // its file
+    std::string panel;        // its file
+    std::string calibration;  // the file that the panel uses
+    size_t failedCalls;       // of the composer in the session
     Target target;
     ColorErrors residual;            // of the panel's model, delta E 2000
     bool isAdditive;                 // the residual is small enough for the model

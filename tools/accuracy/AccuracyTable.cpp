@@ -15,6 +15,7 @@ namespace {
 
 constexpr size_t kWorst = 5;
 constexpr double kDriveRounding = 0.003;  // less than a code of 256; instruments' programs may round
+constexpr double kSteadyWhite = 2;        // delta E 2000 of repeated whites
 constexpr int kLevelStep = 25;            // of the levels of a control that are shown
 
 template <typename... Values>
@@ -173,8 +174,15 @@ std::vector<std::string> warningsOf(const Accuracy& accuracy) {
             format("the panel model's mean residual is dE2000 %.2f, above %g: the panel's light is not "
                    "additive enough for it",
                    accuracy.residual.mean, kAdditiveResidual));
+    if (accuracy.failedCalls > 0)
+        warnings.push_back(format("composer calls that failed in the session: %zu", accuracy.failedCalls));
     if (!accuracy.measured) return warnings;
     const MeasuredFigure& measured = *accuracy.measured;
+    if (measured.whiteDrift.largest > kSteadyWhite)
+        warnings.push_back(
+            format("the repeated whites differ by dE2000 %.2f: the panel or the instrument was not "
+                   "stable, or rows are mixed up",
+                   measured.whiteDrift.largest));
     if (measured.driveDifference > kDriveRounding)
         warnings.push_back(
             format("the measured patches were driven up to %.1f %% off the levels of this session: "
@@ -195,7 +203,8 @@ std::string textOf(const Target& target) {
 }
 
 std::string textOf(const Accuracy& accuracy) {
-    std::string text = "panel   " + accuracy.panel + "\ntarget  " + textOf(accuracy.target) + "\nvalues  " +
+    std::string text = "panel        " + accuracy.panel + "\ncalibration  " + accuracy.calibration + "\ntarget       " +
+                       textOf(accuracy.target) + "\nvalues       " +
                        (accuracy.measured ? "measured, " + accuracy.measured->file +
                                                 "; codes, drive levels and colour temperatures are predicted"
                                           : "predicted by the panel's model") +

@@ -37,18 +37,27 @@ SessionOptions unseen(const std::filesystem::path& phone) {
     return options;
 }
 
-DisplayState endState(const ServiceRun& run, const std::filesystem::path& phone) {
+// The states without those of the controls.
+ServiceStates afterScript(const ServiceRun& run, const std::filesystem::path& phone) {
+    ServiceStates states;
     SessionOptions options = unseen(phone);
     options.inPlace = true;
-    Timeline silence([](const SessionEvent&) {});
-    Session session(std::move(options), silence);
+    Timeline calls([&states](const SessionEvent& event) {
+        const auto* const call = phoneEvent<ComposerCall>(event);
+        if (call == nullptr) return;
+        const Outcome& outcome = call->outcome;
+        if (outcome.kind != Outcome::Kind::ANSWERED || outcome.result != 0) ++states.failedCalls;
+    });
+    Session session(std::move(options), calls);
     if (run.calibration) session.phone().files().installCalibration(*run.calibration);
     if (run.script != nullptr) {
         run.script->run(session, std::cout);
     } else {
         startStandardMode(session);
     }
-    return stateOf(session);
+    states.end = stateOf(session);
+    states.calibration = run.calibration ? run.calibration->string() : session.phone().files().calibrationPath();
+    return states;
 }
 
 ControlStates statesOver(const Control& control, const std::filesystem::path& phone) {
@@ -68,7 +77,7 @@ ControlStates statesOver(const Control& control, const std::filesystem::path& ph
 ServiceStates statesOf(const ServiceRun& run) {
     if (run.calibration) requireFile(*run.calibration, "a calibration file");
     const PhoneFiles files = PhoneFiles::copyOf(run.phone);
-    ServiceStates states{endState(run, files.root()), {}};
+    ServiceStates states = afterScript(run, files.root());
     for (const Control& control : kControls) states.controls.push_back(statesOver(control, files.root()));
     return states;
 }

@@ -23,6 +23,8 @@ struct ControlStates {
 struct ServiceStates {
     DisplayState end;                     // after the script
     std::vector<ControlStates> controls;  // on the phone's files as the script left them
+    std::string calibration;              // the file of the panel at the end: the given one, or the phone's path
+    size_t failedCalls = 0;               // of the composer in the script
 };
 
 struct ServiceRun {

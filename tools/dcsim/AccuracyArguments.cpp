@@ -31,7 +31,8 @@ void addChromaticityOption(CLI::App& command, const std::string& name, std::opti
     const auto read = [name, &value](const std::string& text) {
         simulator::Chromaticity xy{};
         int length = -1;
-        const bool isRead = sscanf(text.c_str(), "%lf,%lf%n", &xy.x, &xy.y, &length) == 2 && text[length] == '\0';
+        const bool isRead =
+            sscanf(text.c_str(), "%lf,%lf%n", &xy.x, &xy.y, &length) == 2 && text.c_str()[length] == '\0';
         if (!isRead || !(xy.x > 0 && xy.y > 0 && xy.x + xy.y <= 1))
             throw CLI::ValidationError(name,
                                        "\"" + text +

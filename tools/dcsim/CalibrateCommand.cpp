@@ -69,14 +69,16 @@ std::unique_ptr<simulator::ConfigXmlParser> recordOf(const Options& options, con
     return record;
 }
 
-// The accuracy with the text of a calibration, in a temporary file.
-simulator::Accuracy accuracyWith(const std::string& xml, const simulator::MeasuredPanel& panel,
+// The accuracy with the text of a calibration that will have that name.
+simulator::Accuracy accuracyWith(const std::string& xml, const std::string& name, const simulator::MeasuredPanel& panel,
                                  const simulator::Target& target) {
     simulator::PhoneFiles folder = simulator::PhoneFiles::empty();
     folder.write("/panel.xml", xml);
     StateArguments state;
     state.calibration = folder.pathOf("/panel.xml");
-    return simulator::accuracyOf(statesOf(state), panel, target);
+    simulator::ServiceStates states = statesOf(state);
+    states.calibration = name;
+    return simulator::accuracyOf(states, panel, target);
 }
 
 int run(const Options& options) {
@@ -86,7 +88,7 @@ int run(const Options& options) {
     const simulator::PanelCalibration made = simulator::calibrate(panel.model, target);
     const std::string about = aboutOf(made, panel, target);
     const std::string xml = simulator::calibrationXml(*recordOf(options, made, panel.model), about, options.simulated);
-    const simulator::Accuracy accuracy = accuracyWith(xml, panel, target);
+    const simulator::Accuracy accuracy = accuracyWith(xml, options.out, panel, target);
     simulator::replaceFile(options.out, xml);
     if (options.json) {
         std::cout << simulator::lineOf(simulator::calibrationToJson(options.out, made, accuracy), 2) << "\n";

@@ -172,6 +172,7 @@ Json errorsToJson(const ColorErrors& errors) {
 Json accuracyToJson(const Accuracy& accuracy) {
     const Figures& figures = accuracy.figures;
     return {{"panel", accuracy.panel},
+            {"calibration", accuracy.calibration},
             {"target", toJson(accuracy.target)},
             {"pass", isKept(accuracy)},
             {"limits", listOf(accuracy.verdicts)},
