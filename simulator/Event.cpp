@@ -155,7 +155,8 @@ Table tableOf(const float* entries) {
 std::string tableDigest(const std::array<float, 4096>& table) {
     thread_local std::array<float, 4096> last{};  // one table is often described several times, which takes long
     thread_local std::string digest = digestOf(last.data(), last.size());
-    if (memcmp(&last, &table, sizeof last) != 0) {
+    const void* const bits = table.data();  // bits, so that -0 differs from 0 and a NaN equals itself
+    if (memcmp(static_cast<const void*>(last.data()), bits, sizeof last) != 0) {
         last = table;
         digest = digestOf(last.data(), last.size());
     }
