@@ -222,7 +222,8 @@ Report gatherReport(const ReportInput& input) {
     if (input.panel) addAccuracy(script, input, report);
     std::istringstream own(kOwnSession);
     report.session = recordSession(script ? *script : ScriptFile(own, "built-in session"), input.calibration);
-    report.calibration = checkCalibration(file, report.session.driverWhite);
+    // The sample phone's driver reports the white of its own panel, another calibration may be of another panel.
+    report.calibration = checkCalibration(file, input.calibration ? std::nullopt : report.session.driverWhite);
     const ConfigXmlParser& record = *report.calibration.record;
     const auto& colors = report.session.colors;
     report.chromaticity = chromaticitySection(record, panelColors(record, report.session.driverWhite), colors);
