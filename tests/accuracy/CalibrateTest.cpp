@@ -8,6 +8,7 @@
 #include <cmath>
 #include <functional>
 
+#include "color/ColorManager.h"
 #include "simulator/closed/EyeCare.h"
 #include "simulator/closed/UnlimitedColorTemperature.h"
 #include "tests/TemporaryFolder.h"
@@ -22,6 +23,7 @@ namespace simulator {
 namespace {
 
 using ::testing::Le;
+using ::vendor::kov::hardware::display_control::V1_0::implementation::ColorManager;
 
 const Target kSrgb = makeTarget(kSrgbPrimaries).value();
 constexpr Primaries kWide = {{0.675, 0.322}, {0.255, 0.700}, {0.148, 0.052}};
@@ -36,14 +38,10 @@ PanelModel modelOf(const SyntheticPanel& panel, double noise = 0) {
 DisplayState stateOf(const PanelCalibration& calibration) {
     DisplayState state;
     const Vec3 kUnit = {1, 1, 1};
-    double largest = 0;
-    std::array<double, 9> matrix{};
-    for (size_t i = 0; i < 9; ++i) matrix[i] = calibration.gains[i / 3] * calibration.colorCorrection[i];
-    for (size_t row = 0; row < 9; row += 3) {
-        largest = std::max(
-            largest, std::max(matrix[row], 0.0) + std::max(matrix[row + 1], 0.0) + std::max(matrix[row + 2], 0.0));
-    }
-    for (size_t i = 0; i < 9; ++i) state.last.elements[i] = static_cast<float>(matrix[i] / largest);
+    ColorManager colors;
+    for (size_t i = 0; i < 9; ++i) colors.ccmCtm[i] = static_cast<float>(calibration.colorCorrection[i]);
+    for (size_t i = 0; i < 3; ++i) colors.wpcCtm[4 * i] = static_cast<float>(calibration.gains[i]);
+    state.last.elements = colors.finalCtm().data();
     for (size_t i = 0; i < kGammaEntries; ++i) state.gamma.entries[i] = static_cast<float>(calibration.gamma[i]);
     EXPECT_NEAR(multiply(calibration.colorCorrection, kUnit)[1], 1, 1e-9) << "keeps white";
     EXPECT_EQ(*std::max_element(calibration.gains.begin(), calibration.gains.end()), 1);

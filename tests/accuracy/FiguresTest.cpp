@@ -169,21 +169,6 @@ TEST(FiguresTest, TemperaturesOverTheLevelsOfAControl) {
     EXPECT_GT(turning.neutralDeltaE.value(), 1);
 }
 
-// The whole way, from the file of a panel to the verdicts on a state.
-TEST(FiguresTest, TheShippedPanelKeepsItsFigures) {
-    const PanelModel panel(readPanel(std::filesystem::path(DISPLAY_CONTROL_DATA_DIR) / "panels/cool.ti3"));
-    std::vector<std::string> lines;
-    for (const Verdict& verdict : judge(predictedFigures(stateOf(2.2, {1, 0.95, 0.85}), panel), {})) {
-        char value[32];
-        snprintf(value, sizeof value, " %.2f, ", *verdict.value);
-        lines.push_back(verdict.figure + value + (*verdict.isKept ? "kept" : "broken"));
-    }
-    EXPECT_THAT(lines, ElementsAre("white, dE2000 1.25, kept", "grey, largest dC 0.89, kept",
-                                   "gamma, largest error 0.15, broken", "luminance falls, of 256 codes 0.00, kept",
-                                   "ColorChecker, mean dE2000 1.41, broken", "ColorChecker, largest dE2000 2.27, kept",
-                                   "coverage in xy 93.81, broken", "coverage in u'v' 92.39, broken"));
-}
-
 TEST(LimitsTest, AFileReplacesWhatItNames) {
     const tests::TemporaryFolder folder;
     const Limits limits = readLimits(folder.write("limits.json", R"({"gamma": 0.25, "coverage": 90})"));

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/ErrorOf.h"
 #include "tools/accuracy/Measurement.h"
 
 namespace simulator {
@@ -52,16 +53,7 @@ struct SyntheticPanel {
     }
 };
 
-// What a call says that throws.
-template <typename Call>
-std::string errorOf(Call call) {
-    try {
-        call();
-    } catch (const std::runtime_error& error) {
-        return error.what();
-    }
-    return "no error";
-}
+using tests::errorOf;
 
 // The text of a CTI3 file.
 inline std::string toTi3(const Measurement& panel) {

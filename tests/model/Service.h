@@ -61,7 +61,7 @@ struct Worker {
 // events that cross the library's border, as the journal's lines.
 class Service {
 public:
-    // The phone is only asked what its composer holds. lastHandle is the last one that the process has allocated.
+    // Of the phone, only what its composer holds is read. lastHandle is the last one that the process has allocated.
     Service(const Settings& settings, simulator::Phone& withThem, uint64_t lastHandle)
         : phone(settings), simulated(withThem), handle(lastHandle) {}
 

@@ -179,10 +179,9 @@ TEST_F(WhitePointTest, TakesBlueFromABluePanelAndShowsD65) {
 
 TEST_F(WhitePointTest, LeavesTheGainsOfAnImpossiblePanelAlone) {
     const android::WhitePointCalibrateParam kImpossible[] = {
-        {0.7F, 0.2F, {0.66F, 0.295F, 0.15F, 0.334F, 0.656F, 0.055F}, 0.5F, 0.5F, 0.5F},    // white outside
-        {0.28F, -0.3F, {0.66F, 0.295F, 0.15F, 0.334F, 0.656F, 0.055F}, 0.5F, 0.5F, 0.5F},  // negative white
-        {0.28F, 0.30F, {}, 0.5F, 0.5F, 0.5F},                                              // no primaries
-        {0.20F, 0.25F, {0.25F, 0.2F, 0.15F, 0.3F, 0.4F, 0.06F}, 0.5F, 0.5F, 0.5F},         // D65 outside
+        {0.7F, 0.2F, {0.66F, 0.295F, 0.15F, 0.334F, 0.656F, 0.055F}, 0.5F, 0.5F, 0.5F},  // white outside
+        {0.28F, 0.30F, {}, 0.5F, 0.5F, 0.5F},                                            // no primaries
+        {0.20F, 0.25F, {0.25F, 0.2F, 0.15F, 0.3F, 0.4F, 0.06F}, 0.5F, 0.5F, 0.5F},       // D65 outside
     };
     for (const auto& impossible : kImpossible) {
         panel = impossible;

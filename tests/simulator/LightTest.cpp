@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "simulator/closed/ToneCurve.h"
+#include "tests/ErrorOf.h"
 #include "tests/TemporaryFolder.h"
 #include "tools/light/LightTrace.h"
 #include "tools/light/Replay.h"
@@ -49,12 +50,7 @@ protected:
     LightTrace read(const std::string& text) const { return readLightTrace(folder.write("trace.csv", text)); }
 
     std::string errorOf(const std::string& text) const {
-        try {
-            read(text);
-            return "";
-        } catch (const std::runtime_error& error) {
-            return error.what();
-        }
+        return tests::errorOf([&] { read(text); });
     }
 
     const tests::TemporaryFolder folder;
@@ -127,20 +123,6 @@ TEST(Replay, NoLightLevelAsksForNoLevelAndLeavesTheCurve) {
     EXPECT_EQ(last.reason(), "mean -1 is not a light level; two samples in a row below 5000");
     EXPECT_FALSE(last.targetLevel);
     EXPECT_EQ(last.composerLevel, 49);
-}
-
-TEST(Replay, TheSameLightAlwaysGivesTheSameDecisions) {
-    const LightTrace trace = readLightTrace(DISPLAY_CONTROL_DATA_DIR "/traces/flickering-edge.csv");
-    const auto once = decisionsOn(trace);
-    for (int round = 0; round < 5; ++round) {
-        const auto again = decisionsOn(trace);
-        ASSERT_EQ(again.size(), once.size());
-        for (size_t i = 0; i < once.size(); ++i) {
-            ASSERT_EQ(again[i].time, once[i].time);
-            ASSERT_EQ(again[i].reason(), once[i].reason());
-            ASSERT_EQ(again[i].messages.size(), once[i].messages.size());
-        }
-    }
 }
 
 }  // namespace

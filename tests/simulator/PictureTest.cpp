@@ -7,11 +7,10 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <functional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "tests/ErrorOf.h"
 #include "tests/TemporaryFolder.h"
 #include "tools/picture/Chart.h"
 
@@ -72,17 +71,8 @@ Bytes opaque(const Bytes& rgb) {
 
 class PictureTest : public ::testing::Test {
 protected:
-    static std::string errorOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const std::runtime_error& error) {
-            return error.what();
-        }
-        return "no error";
-    }
-
     std::string loadError() const {
-        return errorOf([this] { loadPng(file); });
+        return tests::errorOf([this] { loadPng(file); });
     }
 
     const tests::TemporaryFolder temporary;

@@ -6,6 +6,7 @@
 
 #include <sstream>
 
+#include "tests/ErrorOf.h"
 #include "tests/TemporaryFolder.h"
 #include "tools/report/Page.h"
 
@@ -74,12 +75,7 @@ TEST(Report, KeepsAPictureForEachLookOfTheDisplay) {
 }
 
 TEST(Report, AWrongLineIsNamed) {
-    try {
-        recordLines("init\nsetEyeCare 0 1\n");
-        FAIL();
-    } catch (const std::runtime_error& error) {
-        EXPECT_THAT(error.what(), HasSubstr("test:2: "));
-    }
+    EXPECT_THAT(tests::errorOf([] { recordLines("init\nsetEyeCare 0 1\n"); }), HasSubstr("test:2: "));
 }
 
 TEST(Report, ShowsColorsOfTheTargetInItsOwnCodes) {

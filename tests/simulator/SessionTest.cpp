@@ -7,6 +7,7 @@
 
 #include <sstream>
 
+#include "tests/ErrorOf.h"
 #include "tests/TemporaryFolder.h"
 #include "tools/json/SessionJson.h"
 #include "tools/session/Command.h"
@@ -39,12 +40,13 @@ protected:
         session->run(line, ++number);
     }
 
-    std::vector<Json> events(const std::string& kind) {
+    // All events since the last line, or those of a kind.
+    std::vector<Json> events(const std::string& kind = "") {
         std::vector<Json> found;
         std::istringstream lines(stream.str());
         for (std::string line; std::getline(lines, line);) {
             const Json event = Json::parse(line);
-            if (event["event"] == kind) found.push_back(event);
+            if (kind.empty() || event["event"] == kind) found.push_back(event);
         }
         return found;
     }
@@ -52,9 +54,7 @@ protected:
     // Each event by the word that tells it apart.
     std::vector<std::string> order() {
         std::vector<std::string> words;
-        std::istringstream lines(stream.str());
-        for (std::string line; std::getline(lines, line);) {
-            const Json event = Json::parse(line);
+        for (const Json& event : events()) {
             if (event["event"] == "closed" || event["event"] == "sensor") continue;
             words.push_back(event.contains("call") ? event["call"] : event["event"]);
         }
@@ -64,12 +64,7 @@ protected:
     Json answer() { return events("answer").at(0); }
 
     std::string errorOf(const std::string& line) {
-        try {
-            run(line);
-            return "";
-        } catch (const std::runtime_error& error) {
-            return error.what();
-        }
+        return tests::errorOf([&] { run(line); });
     }
 
     // A file with a table of 4096 entries.
@@ -110,6 +105,10 @@ TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
     run("displays 2");
     run("init");
     const std::string identity = " 1 0 0 0 1 0 0 0 1";
+    const auto table = [](const std::vector<Json>& samples, const char* digest) {
+        return Json{{"96", samples[0]},   {"320", samples[1]},  {"1024", samples[2]},
+                    {"2048", samples[3]}, {"3840", samples[4]}, {"digestOfAllEntries", digest}};
+    };
     const struct {
         std::string line;
         Json answer;  // the parts that matter
@@ -121,24 +120,9 @@ TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
         {"getColorTransformMatrix2 1", {{"result", "OK"}, {"last", {.5F, 0.F, 0.F, 0.F, .5F, 0.F, 0.F, 0.F, .5F}}}},
         {"setColorTransformMatrix2 7" + identity + identity, {{"result", "BAD_DISPLAY"}}},
         {"setGlobalGammaLut 1 " + numbers, {{"result", "OK"}}},
-        {"getGlobalGammaLut 1",
-         {{"result", "OK"},
-          {"table",
-           {{"96", .0096},
-            {"320", .032},
-            {"1024", .1024},
-            {"2048", .2048},
-            {"3840", .384},
-            {"digestOfAllEntries", "#5a67188d"}}}}},
+        {"getGlobalGammaLut 1", {{"result", "OK"}, {"table", table({.0096, .032, .1024, .2048, .384}, "#5a67188d")}}},
         {"setGlobalGamma 0 nan", {{"result", "OK"}}},
-        {"getGlobalGammaLut 0",
-         {{"table",
-           {{"96", "nan"},
-            {"320", "nan"},
-            {"1024", "nan"},
-            {"2048", "nan"},
-            {"3840", "nan"},
-            {"digestOfAllEntries", "#cbc31dc5"}}}}},
+        {"getGlobalGammaLut 0", {{"table", table({"nan", "nan", "nan", "nan", "nan"}, "#cbc31dc5")}}},
         {"setEyeCareCT 0 101", {{"result", "OK"}}},
         {"getEyeCareCT 0", {{"level", 101}}},
         {"getEyeCareCT 4294967296", {{"result", "FAILED"}, {"level", 0}}},
@@ -161,50 +145,6 @@ TEST_F(SessionTest, EveryOperationGivesItsAnswer) {
         run(line);
         for (const auto& [key, value] : expected.items()) EXPECT_EQ(answer()[key], value) << key;
     }
-}
-
-TEST_F(SessionTest, ASuppressedLogChangesNothingElse) {
-    const std::string identity = " 1 0 0 0 1 0 0 0 1";
-    const std::string script =
-        "init\ngetNumOfDisplay\ngetDisplayInfo 0\nsetColorTransformMatrix 0" + identity +
-        "\nsetColorTransformMatrix2 0" + identity + identity +
-        "\ngetColorTransformMatrix 0\ngetColorTransformMatrix2 0\nsetGlobalGammaLut 0 " + tableFile() +
-        "\nsetGlobalDeGammaLut 0 " + tableFile() +
-        "\ngetGlobalGammaLut 0\ngetGlobalDeGammaLut 0\nsetGlobalGamma 0 0.5\nsetUnlimitedCT 0 50\nsetEyeCareCT 0 50\n"
-        "setUnlimitedCT 0 1000\nsetEyeCareCT 0 -1000\nsetSmartEnvironmentMode 0\nsetCabcMode 0 3\nsetCabcMode 0 7\n"
-        "setFeature 0 1 0 0\nsetStandardMode 0\nlight 20000\nsetAlad 0 1\nwait 3s\nsensor fail disable\nsetAlad 0 0\n"
-        "sensor fail enable\nsetAlad 0 1\nsensor fail queue\nsetAlad 0 1\nsensor fail find\nsetAlad 0 1\n"
-        "sensor fail service\nsetAlad 0 1\nexclusiveModeEnter 1\nexclusiveModeExit 1\n"
-        "whitepoint 313 329\nsetSmartEnvironmentMode 0\nremove whitepoint\nsetSmartEnvironmentMode 0\n"
-        "remove cabc\nsetCabcSysNode 0 1\nremove panel\ninit\nremove calibration\ninit\nfreeUserHandle\n"
-        "composer stop\ninit\n";
-    // What happens besides log lines, and how many log lines there are.
-    const auto play = [&](int32_t logPriority) {
-        SessionOptions options;
-        std::stringstream told;
-        Timeline events(jsonWriter(told, /*all=*/true));
-        session.reset();
-        session.emplace(options, events);
-        __android_log_set_minimum_priority(logPriority);
-        std::istringstream lines(script);
-        size_t count = 0;
-        for (std::string line; std::getline(lines, line);) session->run(line, ++count);
-        session.reset();
-
-        std::string others;
-        size_t logged = 0;
-        for (std::string event; std::getline(told, event);) {
-            if (const auto kind = Json::parse(event)["event"]; kind == "log" || kind == "sample") {
-                ++logged;
-            } else {
-                others += event + "\n";
-            }
-        }
-        return std::make_pair(others, logged);
-    };
-    const auto [aloud, lines] = play(ANDROID_LOG_DEBUG);
-    EXPECT_GT(lines, 60U);
-    EXPECT_EQ(play(ANDROID_LOG_SILENT), std::make_pair(aloud, size_t{0}));
 }
 
 TEST_F(SessionTest, ThePhoneAroundTheServiceCanChange) {

@@ -189,7 +189,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"check --driver-white 0.1,0.8 " + kData + "/phone/vendor/etc/disp_calib_data_default.xml", 1,
          "has a triangle of primaries that the driver's white is outside of"},
         {"run a b", 2, "dcsim: unknown argument \"b\"; expected dcsim run [OPTIONS] SCRIPT\n"},
-        {panel, 1, "\nwhite, dE2000  "},
+        {panel, 1, "\nwhite, dE2000                                     0.04   at most 2     pass\n"},
         {panel + " --json", 1, "\"pass\": false"},
         {panel + " --limits " + loose, 0, "\nAll 8 limits are kept\n"},
         {panel + " --white 0.6,0.39 " + other, 2,

@@ -278,7 +278,7 @@ std::vector<std::string_view> wordsOf(const Words<Enumerator>& rows, std::vector
     return words;
 }
 
-// Null if there is no such row.
+// Null if no row has that word.
 template <typename Enumerator>
 const Enumerator* find(const Words<Enumerator>& rows, std::string_view word) {
     const auto row = std::find_if(rows.begin(), rows.end(), [word](const auto& each) { return each.first == word; });
