@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 
@@ -18,7 +17,6 @@ namespace simulator {
 namespace {
 
 using ::testing::Each;
-using ::testing::ElementsAre;
 using ::testing::Field;
 using ::testing::Ge;
 using ::testing::Le;
