@@ -160,7 +160,7 @@ void DisplayAlad::workThread() {
         }
         const int32_t mean = filter.add(wake.lux, curveActive);
         PLATFORM_LOG_DEBUG("avg:%" PRId32 " curr:%" PRId32, mean, wake.lux);
-        if (!follow(mean)) return;
+        follow(mean);
     }
 }
 
@@ -171,7 +171,7 @@ DisplayAlad::Wake DisplayAlad::awaitSample() {
     return {/*stopped=*/!running, /*waited=*/true, lux};
 }
 
-bool DisplayAlad::follow(int32_t meanLux) {
+void DisplayAlad::follow(int32_t meanLux) {
     curve.fill(0);  // once a sample: values that the closed library does not write stay from step to step
     switch (actionFor(curveActive, meanLux)) {
         case CurveAction::ACTIVATE:
@@ -181,33 +181,28 @@ bool DisplayAlad::follow(int32_t meanLux) {
         case CurveAction::DEACTIVATE:
             return deactivate();
         case CurveAction::NONE:
-            break;
+            return;
     }
-    return true;
 }
 
-bool DisplayAlad::activate(int32_t meanLux) {
-    if (!send(kOn, {AladParamPair{kModeKey, {kModeAmbient}}, curveOf(baseLevel)})) return false;
+void DisplayAlad::activate(int32_t meanLux) {
+    if (!send(kOn, {AladParamPair{kModeKey, {kModeAmbient}}, curveOf(baseLevel)})) return;
     const int32_t target = getAGTMLevel(meanLux);
-    if (!runRamp(rampUp(baseLevel, target))) return false;
+    runRamp(rampUp(baseLevel, target));
     curveActive = true;
     curveLevel = target;
-    return true;
 }
 
-bool DisplayAlad::track(int32_t meanLux) {
+void DisplayAlad::track(int32_t meanLux) {
     const int32_t target = getAGTMLevel(meanLux);
-    if (!runRamp(rampTo(curveLevel, target))) return false;
+    runRamp(rampTo(curveLevel, target));
     curveLevel = target;
-    return true;
 }
 
-bool DisplayAlad::deactivate() {
-    if (!runRamp(rampDown(curveLevel, baseLevel))) return false;
+void DisplayAlad::deactivate() {
+    if (!runRamp(rampDown(curveLevel, baseLevel))) return;
     send(kOff, {});
     curveActive = false;
-    curveLevel = 0;
-    return true;
 }
 
 bool DisplayAlad::runRamp(const Ramp& ramp) {

@@ -64,13 +64,14 @@ private:
     };
     Wake awaitSample() PLATFORM_EXCLUDES(mutex);
 
-    // Ramps the tone curve as the mean light level requires. Each of these returns false if the worker was stopped.
-    bool follow(int32_t meanLux);
-    bool activate(int32_t meanLux);
-    bool track(int32_t meanLux);
-    bool deactivate();
+    // Ramps the tone curve as the mean light level requires. Each of these ends early if the worker is stopped.
+    void follow(int32_t meanLux);
+    void activate(int32_t meanLux);
+    void track(int32_t meanLux);
+    void deactivate();
+    // False if the worker was stopped.
     bool runRamp(const Ramp& ramp);
-    // Sends one message to the composer and pauses.
+    // Sends one message to the composer and pauses. False if the worker was stopped.
     bool send(uint32_t enable, const Params& params);
     composer_ext::V1_0::AladParamPair curveOf(int32_t level);
 
@@ -86,7 +87,7 @@ private:
 
     // Used by the worker while it runs, by enable() before that.
     bool curveActive = false;  // the tone curve is on at the composer
-    int32_t curveLevel = 0;    // level of the curve after the last completed ramp; 0 while the curve is off
+    int32_t curveLevel = 0;    // level of the curve after the last ramp; only while the curve is on
     int32_t baseLevel = 0;     // level of indoor light, at which the curve turns on and off
     LightFilter filter;
     std::array<int32_t, 256> curve{};  // curve parameters of a level, in the closed library's order

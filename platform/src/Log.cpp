@@ -26,8 +26,8 @@ std::atomic<__android_logger_function> currentLogger{__android_log_stderr_logger
 
 std::string_view letterOf(int32_t priority) {
     constexpr std::string_view kLetters = "??VDIWEFS";
-    const bool isKnown = priority >= 0 && priority <= ANDROID_LOG_SILENT;
-    return kLetters.substr(isKnown ? static_cast<size_t>(priority) : 0, 1);
+    const auto position = static_cast<uint32_t>(priority);
+    return kLetters.substr(position < kLetters.size() ? position : 0, 1);
 }
 
 // Cached; read again in a forked process.

@@ -47,28 +47,20 @@ void VirtualClock::waitUntil(Condition& condition, Lock& lock, Duration deadline
     ++running;
 }
 
-void VirtualClock::changeRunning(int change) {
-    const Lock lock(mutex);
-    running += change;
-    idle.notifyAll();
-}
-
 std::unique_ptr<Thread> VirtualClock::startThread(std::function<void()> body) {
     if (threadsRefused) return nullptr;
-    changeRunning(+1);
+    const Lock lock(mutex);  // the thread is counted before it ends
     auto thread = Thread::start([this, body = std::move(body)] {
         startedBy = this;
-        {
-            const Lock lock(mutex);
-            alive.insert(pthread_self());
-        }
         body();
-        const Lock lock(mutex);
+        const Lock own(mutex);
         alive.erase(pthread_self());
         --running;
         idle.notifyAll();
     });
-    if (thread == nullptr) changeRunning(-1);
+    if (thread == nullptr) return nullptr;
+    alive.insert(thread->id());
+    ++running;
     return thread;
 }
 

@@ -51,7 +51,6 @@ private:
         bool due;         // the deadline is reached; guarded by VirtualClock::mutex
     };
 
-    void changeRunning(int change);
     bool isIdle() PLATFORM_REQUIRES(mutex);
     bool isAlive(pthread_t id);
     std::list<Waiter*>::iterator earliest() PLATFORM_REQUIRES(mutex);
@@ -64,7 +63,7 @@ private:
     Duration time PLATFORM_GUARDED_BY(mutex){0};
     int running PLATFORM_GUARDED_BY(mutex) = 0;             // threads of this clock that neither wait nor have ended
     std::list<Waiter*> waiters PLATFORM_GUARDED_BY(mutex);  // in the order in which they began to wait
-    std::set<pthread_t> alive PLATFORM_GUARDED_BY(mutex);   // threads of this clock that have begun and not ended
+    std::set<pthread_t> alive PLATFORM_GUARDED_BY(mutex);   // threads of this clock that have not ended
     bool threadsRefused = false;
 };
 

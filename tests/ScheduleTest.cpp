@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-// ALAD switched on and off in many schedules: schedules [--seed FIRST] [--schedules COUNT]
-// Each schedule has a seed, FIRST the first one. "--seed N --schedules 1" repeats the one that failed. With the thread
-// sanitizer it finds races too.
+// The order in which threads run: decided by ScheduledClock.
 #include <android/log.h>
 #include <platform/ScheduledClock.h>
 
+#include <gtest/gtest.h>
+
 #include <cinttypes>
 #include <cstdlib>
-#include <cstring>
+#include <optional>
+#include <set>
 #include <string>
 
 #include "service/DisplayControlImpl.h"
@@ -97,19 +98,16 @@ private:
     bool isOff = true;
 };
 
-}  // namespace
+uint64_t numberFrom(const char* variable, uint64_t usual) {
+    const char* const text = getenv(variable);
+    return text == nullptr ? usual : strtoull(text, nullptr, 10);
+}
 
-int main(int argc, char** argv) {
-    uint64_t seed = 1;
-    uint64_t count = 1000;
-    for (int i = 1; i < argc; i += 2) {
-        const bool isSeed = strcmp(argv[i], "--seed") == 0;
-        if (i + 1 == argc || (!isSeed && strcmp(argv[i], "--schedules") != 0)) {
-            fprintf(stderr, "usage: schedules [--seed FIRST] [--schedules COUNT]\n");
-            return 2;
-        }
-        (isSeed ? seed : count) = strtoull(argv[i + 1], nullptr, 10);
-    }
+// SCHEDULE_SEED is the first seed, SCHEDULES the number of schedules. A failure names its seed; SCHEDULES=1 repeats it.
+// With the thread sanitizer this finds races too.
+TEST(Schedules, AladSwitchesOffInEveryOne) {
+    const uint64_t first = numberFrom("SCHEDULE_SEED", 1);
+    const uint64_t count = numberFrom("SCHEDULES", 500);
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     simulator::Phone phone(simulator::Phone::Start::EMPTY);
     phone.sensors().setDelivering(false);
@@ -117,14 +115,87 @@ int main(int argc, char** argv) {
     uint64_t steps = 0;
     uint64_t messages = 0;
     for (uint64_t i = 0; i < count; ++i) {
-        Schedule schedule(phone, seed + i);
+        Schedule schedule(phone, first + i);
         schedule.run();
         steps += schedule.steps();
         messages += schedule.messages;
     }
-    printf("%" PRIu64 " schedules from seed %" PRIu64 ": %" PRIu64 " steps, %" PRIu64 " messages\n", count, seed, steps,
-           messages);
-    if (messages > 5 * count || count < 100) return 0;
-    fprintf(stderr, "schedules: the tone curve was hardly ever on\n");
-    return 1;
+    __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
+    printf("%" PRIu64 " schedules from seed %" PRIu64 ": %" PRIu64 " steps, %" PRIu64 " messages\n", count, first,
+           steps, messages);
+    EXPECT_TRUE(messages > 5 * count || count < 100) << "the tone curve was hardly ever on";
 }
+
+// What three threads do, a letter each, in the order of one schedule; then seconds and steps.
+std::string orderOf(uint64_t seed) {
+    platform::ScheduledClock clock(seed, 40);
+    platform::Mutex mutex;
+    platform::Condition changed;
+    std::string order;
+    int made = 0;
+    const auto maker = clock.startThread([&] {
+        for (const auto pause : {2s, 3s}) {
+            clock.sleepFor(pause);
+            order += 'm';
+            const platform::Lock lock(mutex);
+            order += static_cast<char>('0' + ++made);
+            changed.notifyOne();
+        }
+    });
+    const auto taker = clock.startThread([&] {
+        platform::Lock lock(mutex);
+        for (const auto deadline : {1s, 4s, 9s}) {
+            const auto before = changed.notifications();
+            clock.waitUntil(changed, lock, deadline);
+            order += changed.notifications() != before ? 'w' : clock.now() >= deadline ? 'd' : '?';
+        }
+    });
+    clock.sleepFor(2s);
+    for (int i = 0; i < 3; ++i) {
+        order += '(';
+        const platform::Lock lock(mutex);
+        order += ')';
+    }
+    clock.join(*maker);
+    EXPECT_EQ(clock.unjoined(), 1U);
+    clock.join(*taker);
+    EXPECT_EQ(clock.unjoined(), 0U);
+    return order + " " + std::to_string(clock.now() / 1s) + " " + std::to_string(clock.idleTime() / 1s) + " " +
+           std::to_string(clock.steps());
+}
+
+TEST(ScheduledClock, TheOrderDependsOnTheSeedAlone) {
+    std::set<std::string> orders;
+    for (uint64_t seed = 0; seed < 300; ++seed) orders.insert(orderOf(seed));
+    EXPECT_EQ(orders.size(), 289U);
+    EXPECT_EQ(orderOf(1), "m(1)()()wdmd2 12 0 28");
+    EXPECT_EQ(orderOf(2), "(md)()(1)m2wd 9 5 29");
+    EXPECT_EQ(orderOf(3), "()()m1dm2w()d 9 2 27");
+}
+
+TEST(ScheduledClockDeathTest, ADeadlockAndAMutexAfterItsEndAreFound) {
+    const auto lockInAnyOrder = [](uint64_t seed) {
+        platform::ScheduledClock clock(seed, 10);
+        platform::Mutex a;
+        platform::Mutex b;
+        const auto lockBoth = [](platform::Mutex& first, platform::Mutex& second) {
+            const platform::Lock outer(first);
+            const platform::Lock inner(second);
+        };
+        const auto other = clock.startThread([&] { lockBoth(b, a); });
+        lockBoth(a, b);
+        clock.join(*other);
+    };
+    EXPECT_DEATH(for (uint64_t seed = 0; seed < 100; ++seed) lockInAnyOrder(seed), "schedule .*: every thread waits");
+    EXPECT_DEATH(
+        {
+            const platform::ScheduledClock clock(5, 10);
+            std::optional<platform::Mutex> mutex(std::in_place);
+            platform::Mutex& ended = *mutex;
+            mutex.reset();
+            const platform::Lock lock(ended);
+        },
+        "schedule 5: a mutex is used after its end");
+}
+
+}  // namespace
