@@ -107,7 +107,7 @@ uint64_t numberFrom(const char* variable, uint64_t usual) {
 // With the thread sanitizer this finds races too.
 TEST(Schedules, AladSwitchesOffInEveryOne) {
     const uint64_t first = numberFrom("SCHEDULE_SEED", 1);
-    const uint64_t count = numberFrom("SCHEDULES", 500);
+    const uint64_t count = numberFrom("SCHEDULES", 1000);
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     simulator::Phone phone(simulator::Phone::Start::EMPTY);
     phone.sensors().setDelivering(false);

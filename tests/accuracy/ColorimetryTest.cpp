@@ -93,13 +93,6 @@ TEST(Gamut, CoverageIsThatOfTheIntersection) {
     EXPECT_NEAR(coverage({{{2, 0}, {3, 0}, {2, 1}}}, unit), 0, 1e-12) << "apart";
 }
 
-TEST(Target, IsOneOfTheKnownWithAWhiteInside) {
-    EXPECT_EQ(primariesOf("srgb")->green.y, 0.6);
-    EXPECT_EQ(primariesOf("display-p3")->green.y, 0.69);
-    EXPECT_FALSE(primariesOf("SRGB"));
-    EXPECT_FALSE(makeTarget(kSrgbPrimaries, {0.6, 0.6}));
-}
-
 // Codes computed by another colour management system with a profile of sRGB, relative colorimetric.
 TEST(ColorChecker, MeetsTheCodesOfSrgbAndIsClippedOnlyWhereItEnds) {
     const auto chart = colorChecker(makeTarget(kSrgbPrimaries).value());

@@ -332,7 +332,6 @@ TEST_F(SessionTest, AWrongLineSaysWhatIsWrongAndWhatWasExpected) {
          "expected DURATION, a duration up to 1000h such as 90s, 20ms, 2.5min or 1h"},
         {"sensor fail", "sensor: what fails is missing; expected it after fail"},
         {"sensor fail service refused", "sensor: service fails in one way only; expected nothing after it"},
-        {"sensor fail service 5", "sensor: service fails in one way only; expected nothing after it"},
         {"composer fail 2 refused 0", "composer: RESULT 0 is success; expected another number"},
         {"sensor fail enable no-callback",
          "sensor: enable has no callback; expected refused, unreached or answer-lost"},

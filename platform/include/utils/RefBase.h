@@ -15,6 +15,7 @@ class RefBase {
 public:
     void incStrong(const void* id) const;
     void decStrong(const void* id) const;
+    int32_t getStrongCount() const { return strongCount; }
 
     RefBase(const RefBase&) = delete;
     RefBase& operator=(const RefBase&) = delete;
