@@ -55,20 +55,29 @@ std::vector<State> stateOf(const Service& service) {
     return state;
 }
 
-Lines textOf(const std::vector<State>& state) {
+std::string textOf(const State& state) {
+    std::string line = std::to_string(state.unlimitedLevel) + " " + std::to_string(state.eyeCareLevel);
+    for (const Matrix& matrix : state.matrices) line += " " + simulator::valueText(matrix);
+    return line;
+}
+
+template <typename Record>
+Lines textOf(const std::vector<Record>& records) {
     Lines lines;
-    for (const auto& [unlimitedLevel, eyeCareLevel, matrices] : state) {
-        std::string& line = lines.emplace_back(std::to_string(unlimitedLevel) + " " + std::to_string(eyeCareLevel));
-        for (const Matrix& matrix : matrices) line += " " + simulator::valueText(matrix);
-    }
+    for (const Record& record : records) lines.push_back(textOf(record));
     return lines;
 }
 
-// Equal bits have equal texts, which take long; NaNs of different bits have them too.
-std::string difference(const std::vector<State>& given, const std::vector<State>& expected) {
-    const auto isSame = [](const State& a, const State& b) { return memcmp(&a, &b, sizeof a) == 0; };
+bool hasSameBits(const State& a, const State& b) {
+    return memcmp(&a, &b, sizeof a) == 0;
+}
+
+// Records of equal bits have equal texts, which take long; NaNs of different bits have them too.
+template <typename Record>
+std::string difference(const std::string& what, const std::vector<Record>& given, const std::vector<Record>& expected) {
+    const auto isSame = [](const Record& a, const Record& b) { return hasSameBits(a, b); };
     if (std::equal(given.begin(), given.end(), expected.begin(), expected.end(), isSame)) return "";
-    return difference("displays", textOf(given), textOf(expected));
+    return difference(what, textOf(given), textOf(expected));
 }
 
 }  // namespace
@@ -76,7 +85,7 @@ std::string difference(const std::vector<State>& given, const std::vector<State>
 Comparison::Comparison(const Settings& settings) {
     apply(current, phone);
     phone.observe([this](const simulator::Event& event) {
-        happened.push_back(textOf(event));
+        happened.push_back(event.what);
         if (observer) observer(event);
     });
     begin(settings);
@@ -107,6 +116,10 @@ void Comparison::become(const Settings& next, int composerLife) {
     apply(current, last, phone);
 }
 
+Lines Comparison::events() const {
+    return textOf(latestEvents);
+}
+
 std::string Comparison::call(const Call& call) {
     xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});  // libxml2 forgets it after each file
     latestAnswer = answerOf(*service, call);
@@ -134,7 +147,7 @@ std::string Comparison::end() {
     if (phone.clock().hasThreads()) text += "a thread is left";
     service.reset();
     modelled.reset();
-    return latestEvents.empty() ? text : text + "still running: " + latestEvents[0];
+    return latestEvents.empty() ? text : text + "still running: " + events()[0];
 }
 
 std::string Comparison::compare(const std::string& expectedAnswer) {
@@ -144,7 +157,7 @@ std::string Comparison::compare(const std::string& expectedAnswer) {
     text += difference("events", latestEvents, modelled->takeEvents());
     const auto mode = service->currentScreenMode();
     if (mode != modelled->currentScreenMode()) text += "mode " + std::to_string(mode) + "\n";
-    return text + difference(stateOf(*service), stateOf(*modelled));
+    return text + difference("displays", stateOf(*service), stateOf(*modelled));
 }
 
 }  // namespace model
