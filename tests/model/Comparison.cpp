@@ -4,7 +4,6 @@
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 namespace model {
@@ -25,39 +24,21 @@ std::string difference(const std::string& what, const Lines& given, const Lines&
     return text + "\n";
 }
 
-// What a service holds of its displays.
-struct State {
-    int32_t unlimitedLevel;
-    int32_t eyeCareLevel;
-    std::array<Matrix, 6> matrices;
-};
-
-std::vector<State> stateOf(const Implementation& service) {
-    std::vector<State> state;
+std::vector<Display> stateOf(const Implementation& service) {
+    std::vector<Display> state;
     state.reserve(service.displayColors().size());
     const auto copy = [](const auto& m) { return simulator::matrixOf(m.data()); };
     for (const auto& c : service.displayColors())
-        state.push_back({c.unlimitedCT,
-                         c.eyeCareCT,
-                         {copy(c.wpcCtm), copy(c.ccmCtm), copy(c.unlimitedCtm), copy(c.eyeCareCtm), copy(c.calibWpcCtm),
-                          copy(c.calibCcmCtm)}});
+        state.push_back({copy(c.wpcCtm), copy(c.ccmCtm), copy(c.unlimitedCtm), copy(c.eyeCareCtm), c.unlimitedCT,
+                         c.eyeCareCT, copy(c.calibWpcCtm), copy(c.calibCcmCtm)});
     return state;
 }
 
-std::vector<State> stateOf(const Service& service) {
-    std::vector<State> state;
-    state.reserve(service.displayColors().size());
-    for (const Display& d : service.displayColors())
-        state.push_back(
-            {d.unlimitedLevel,
-             d.eyeCareLevel,
-             {d.whitePoint, d.colorCorrection, d.unlimited, d.eyeCare, d.calibWhitePoint, d.calibColorCorrection}});
-    return state;
-}
-
-std::string textOf(const State& state) {
-    std::string line = std::to_string(state.unlimitedLevel) + " " + std::to_string(state.eyeCareLevel);
-    for (const Matrix& matrix : state.matrices) line += " " + simulator::valueText(matrix);
+std::string textOf(const Display& d) {
+    std::string line = std::to_string(d.unlimitedLevel) + " " + std::to_string(d.eyeCareLevel);
+    for (const auto& matrix :
+         {d.whitePoint, d.colorCorrection, d.unlimited, d.eyeCare, d.calibWhitePoint, d.calibColorCorrection})
+        line += " " + simulator::valueText(matrix);
     return line;
 }
 
@@ -68,7 +49,7 @@ Lines textOf(const std::vector<Record>& records) {
     return lines;
 }
 
-bool hasSameBits(const State& a, const State& b) {
+bool hasSameBits(const Display& a, const Display& b) {
     return memcmp(&a, &b, sizeof a) == 0;
 }
 
@@ -157,7 +138,7 @@ std::string Comparison::compare(const std::string& expectedAnswer) {
     text += difference("events", latestEvents, modelled->takeEvents());
     const auto mode = service->currentScreenMode();
     if (mode != modelled->currentScreenMode()) text += "mode " + std::to_string(mode) + "\n";
-    return text + difference("displays", stateOf(*service), stateOf(*modelled));
+    return text + difference("displays", stateOf(*service), modelled->displayColors());
 }
 
 }  // namespace model
