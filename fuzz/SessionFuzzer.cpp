@@ -196,7 +196,7 @@ private:
         } else if (operation == "setGlobalGamma") {
             call.exponent = number();
         } else if (operation == "setGlobalGammaLut" || operation == "setGlobalDeGammaLut") {
-            call.table = simulator::tableOf(std::vector<float>(4096, number()).data());
+            call.table = flatTable(number());
         } else if (operation.rfind("setColorTransformMatrix", 0) == 0) {
             call.first = simulator::matrixOf(numbers(9).data());
             call.last = simulator::matrixOf(numbers(9).data());
@@ -207,6 +207,13 @@ private:
     float number() {
         const size_t choice = input.byte();
         return choice < std::size(kFloats) ? kFloats[choice] : (static_cast<float>(choice) - 128) / 32;
+    }
+    // Made once for each number: it takes long.
+    static const simulator::Table& flatTable(float entries) {
+        static std::map<std::string, simulator::Table> tables;
+        simulator::Table& table = tables[simulator::floatText(entries)];
+        if (table == nullptr) table = simulator::tableOf(std::vector<float>(4096, entries).data());
+        return table;
     }
     std::vector<float> numbers(size_t count) {
         std::vector<float> values(count);
