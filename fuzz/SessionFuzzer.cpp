@@ -2,6 +2,7 @@
 // A session: bytes become served operations, changes of the phone, light and time. After each step the service's
 // answer, events and state are the model's. At the end the phone is well again, and so is the service.
 #include <android/log.h>
+#include <pthread.h>
 
 #include <cinttypes>
 #include <cmath>
@@ -289,6 +290,14 @@ private:
 }  // namespace
 
 }  // namespace fuzz
+
+// Small stacks: the address sanitizer clears its record of a thread's stack when the thread begins and ends.
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, size_t{128} * 1024);
+    return pthread_setattr_default_np(&attributes);
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);  // formatting takes long; the tests compare the log
