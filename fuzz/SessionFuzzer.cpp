@@ -2,6 +2,7 @@
 // A session: bytes become served operations, changes of the phone, light and time. After each step the service's
 // answer, events and state are the model's. At the end the phone is well again, and so is the service.
 #include <android/log.h>
+#include <pthread.h>
 
 #include <cinttypes>
 #include <cmath>
@@ -196,7 +197,7 @@ private:
         } else if (operation == "setGlobalGamma") {
             call.exponent = number();
         } else if (operation == "setGlobalGammaLut" || operation == "setGlobalDeGammaLut") {
-            call.table = simulator::tableOf(std::vector<float>(4096, number()).data());
+            call.table = flatTable(number());
         } else if (operation.rfind("setColorTransformMatrix", 0) == 0) {
             call.first = simulator::matrixOf(numbers(9).data());
             call.last = simulator::matrixOf(numbers(9).data());
@@ -207,6 +208,13 @@ private:
     float number() {
         const size_t choice = input.byte();
         return choice < std::size(kFloats) ? kFloats[choice] : (static_cast<float>(choice) - 128) / 32;
+    }
+    // Made once for each number: it takes long.
+    static const simulator::Table& flatTable(float entries) {
+        static std::map<std::string, simulator::Table> tables;
+        simulator::Table& table = tables[simulator::floatText(entries)];
+        if (table == nullptr) table = simulator::tableOf(std::vector<float>(4096, entries).data());
+        return table;
     }
     std::vector<float> numbers(size_t count) {
         std::vector<float> values(count);
@@ -282,6 +290,14 @@ private:
 }  // namespace
 
 }  // namespace fuzz
+
+// Small stacks: the address sanitizer clears its record of a thread's stack when the thread begins and ends.
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, size_t{128} * 1024);
+    return pthread_setattr_default_np(&attributes);
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);  // formatting takes long; the tests compare the log

@@ -138,6 +138,39 @@ std::string lineOf(const Answer& answer) {
     return text;
 }
 
+// So that -0 differs from 0 and a NaN equals itself.
+template <typename Values>
+bool haveSameBits(const Values& a, const Values& b) {
+    return a.size() == b.size() && (a.size() == 0 || memcmp(a.data(), b.data(), a.size() * sizeof a[0]) == 0);
+}
+template <typename Values>
+bool haveSameBitsIfAny(const Values& a, const Values& b) {
+    return a && b ? &*a == &*b || haveSameBits(*a, *b) : !a && !b;
+}
+
+struct SameBits {
+    bool operator()(const ComposerCall& a, const ComposerCall& b) const {
+        const auto isSame = [](const auto& x, const auto& y) { return x.key == y.key && x.values == y.values; };
+        return a.operation == b.operation && a.display == b.display && haveSameBitsIfAny(a.first, b.first) &&
+               haveSameBitsIfAny(a.last, b.last) && haveSameBitsIfAny(a.table, b.table) && a.enable == b.enable &&
+               std::equal(a.params.begin(), a.params.end(), b.params.begin(), b.params.end(), isSame) &&
+               a.outcome.kind == b.outcome.kind && a.outcome.result == b.outcome.result;
+    }
+    bool operator()(const SensorCall& a, const SensorCall& b) const {
+        return a.operation == b.operation && a.arguments == b.arguments && a.outcome.kind == b.outcome.kind &&
+               a.outcome.result == b.outcome.result;
+    }
+    bool operator()(const ClosedCall& a, const ClosedCall& b) const {
+        return a.function == b.function && a.arguments == b.arguments && haveSameBits(a.coefficients, b.coefficients) &&
+               haveSameBits(a.before, b.before) && haveSameBits(a.after, b.after) && a.result == b.result;
+    }
+    bool operator()(const NodeWrite& a, const NodeWrite& b) const { return a.path == b.path && a.bytes == b.bytes; }
+    template <typename A, typename B>
+    bool operator()(const A&, const B&) const {
+        return false;
+    }
+};
+
 }  // namespace
 
 Matrix matrixOf(const float* elements) {
@@ -168,6 +201,10 @@ std::optional<int> toneCurveLevelOf(const ComposerCall& call) {
         if (const auto level = levelOfToneCurve({pair.values.begin(), pair.values.end()})) return level;
     }
     return std::nullopt;
+}
+
+bool hasSameBits(const Event::What& a, const Event::What& b) {
+    return std::visit(SameBits(), a, b);
 }
 
 std::string_view kindOf(const Event::What& what) {

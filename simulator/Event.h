@@ -192,6 +192,10 @@ inline std::string textOf(const Event& event) {
     return textOf(event.what);
 }
 
+// Whether all that textOf shows of a and b is equal, floats by their bits, which is quicker than to compare the texts.
+// False of other kinds of events than calls and node writes: their texts may still be equal.
+bool hasSameBits(const Event::What& a, const Event::What& b);
+
 // The word that textOf begins with: the kind of event.
 std::string_view kindOf(const Event::What& what);
 

@@ -122,8 +122,11 @@ fs::path PhoneFiles::pathOf(std::string_view phonePath) const {
 
 void PhoneFiles::write(std::string_view phonePath, std::string_view bytes) {
     const fs::path file = pathOf(phonePath);
-    makeFolderOf(file);
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    if (!stream.is_open()) {
+        makeFolderOf(file);
+        stream.open(file, std::ios::binary | std::ios::trunc);
+    }
     stream << bytes << std::flush;
     if (!stream) fail(file, "could not be written; expected a phone's folder that can be written");
 }

@@ -4,7 +4,6 @@
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 namespace model {
@@ -25,50 +24,41 @@ std::string difference(const std::string& what, const Lines& given, const Lines&
     return text + "\n";
 }
 
-// What a service holds of its displays.
-struct State {
-    int32_t unlimitedLevel;
-    int32_t eyeCareLevel;
-    std::array<Matrix, 6> matrices;
-};
-
-std::vector<State> stateOf(const Implementation& service) {
-    std::vector<State> state;
+std::vector<Display> stateOf(const Implementation& service) {
+    std::vector<Display> state;
     state.reserve(service.displayColors().size());
     const auto copy = [](const auto& m) { return simulator::matrixOf(m.data()); };
     for (const auto& c : service.displayColors())
-        state.push_back({c.unlimitedCT,
-                         c.eyeCareCT,
-                         {copy(c.wpcCtm), copy(c.ccmCtm), copy(c.unlimitedCtm), copy(c.eyeCareCtm), copy(c.calibWpcCtm),
-                          copy(c.calibCcmCtm)}});
+        state.push_back({copy(c.wpcCtm), copy(c.ccmCtm), copy(c.unlimitedCtm), copy(c.eyeCareCtm), c.unlimitedCT,
+                         c.eyeCareCT, copy(c.calibWpcCtm), copy(c.calibCcmCtm)});
     return state;
 }
 
-std::vector<State> stateOf(const Service& service) {
-    std::vector<State> state;
-    state.reserve(service.displayColors().size());
-    for (const Display& d : service.displayColors())
-        state.push_back(
-            {d.unlimitedLevel,
-             d.eyeCareLevel,
-             {d.whitePoint, d.colorCorrection, d.unlimited, d.eyeCare, d.calibWhitePoint, d.calibColorCorrection}});
-    return state;
+std::string textOf(const Display& d) {
+    std::string line = std::to_string(d.unlimitedLevel) + " " + std::to_string(d.eyeCareLevel);
+    for (const auto& matrix :
+         {d.whitePoint, d.colorCorrection, d.unlimited, d.eyeCare, d.calibWhitePoint, d.calibColorCorrection})
+        line += " " + simulator::valueText(matrix);
+    return line;
 }
 
-Lines textOf(const std::vector<State>& state) {
+template <typename Record>
+Lines textOf(const std::vector<Record>& records) {
     Lines lines;
-    for (const auto& [unlimitedLevel, eyeCareLevel, matrices] : state) {
-        std::string& line = lines.emplace_back(std::to_string(unlimitedLevel) + " " + std::to_string(eyeCareLevel));
-        for (const Matrix& matrix : matrices) line += " " + simulator::valueText(matrix);
-    }
+    for (const Record& record : records) lines.push_back(textOf(record));
     return lines;
 }
 
-// Equal bits have equal texts, which take long; NaNs of different bits have them too.
-std::string difference(const std::vector<State>& given, const std::vector<State>& expected) {
-    const auto isSame = [](const State& a, const State& b) { return memcmp(&a, &b, sizeof a) == 0; };
+bool hasSameBits(const Display& a, const Display& b) {
+    return memcmp(&a, &b, sizeof a) == 0;
+}
+
+// Records of equal bits have equal texts, which take long; NaNs of different bits have them too.
+template <typename Record>
+std::string difference(const std::string& what, const std::vector<Record>& given, const std::vector<Record>& expected) {
+    const auto isSame = [](const Record& a, const Record& b) { return hasSameBits(a, b); };
     if (std::equal(given.begin(), given.end(), expected.begin(), expected.end(), isSame)) return "";
-    return difference("displays", textOf(given), textOf(expected));
+    return difference(what, textOf(given), textOf(expected));
 }
 
 }  // namespace
@@ -76,7 +66,7 @@ std::string difference(const std::vector<State>& given, const std::vector<State>
 Comparison::Comparison(const Settings& settings) {
     apply(current, phone);
     phone.observe([this](const simulator::Event& event) {
-        happened.push_back(textOf(event));
+        happened.push_back(event.what);
         if (observer) observer(event);
     });
     begin(settings);
@@ -107,6 +97,10 @@ void Comparison::become(const Settings& next, int composerLife) {
     apply(current, last, phone);
 }
 
+Lines Comparison::events() const {
+    return textOf(latestEvents);
+}
+
 std::string Comparison::call(const Call& call) {
     xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});  // libxml2 forgets it after each file
     latestAnswer = answerOf(*service, call);
@@ -134,7 +128,7 @@ std::string Comparison::end() {
     if (phone.clock().hasThreads()) text += "a thread is left";
     service.reset();
     modelled.reset();
-    return latestEvents.empty() ? text : text + "still running: " + latestEvents[0];
+    return latestEvents.empty() ? text : text + "still running: " + events()[0];
 }
 
 std::string Comparison::compare(const std::string& expectedAnswer) {
@@ -144,7 +138,7 @@ std::string Comparison::compare(const std::string& expectedAnswer) {
     text += difference("events", latestEvents, modelled->takeEvents());
     const auto mode = service->currentScreenMode();
     if (mode != modelled->currentScreenMode()) text += "mode " + std::to_string(mode) + "\n";
-    return text + difference(stateOf(*service), stateOf(*modelled));
+    return text + difference("displays", stateOf(*service), modelled->displayColors());
 }
 
 }  // namespace model

@@ -14,6 +14,8 @@
 
 namespace model {
 
+using Lines = std::vector<std::string>;
+
 // Does the same to both. Each step returns what differs between the service's answer, events and state and the model's;
 // an empty text if nothing does.
 class Comparison {
@@ -39,7 +41,7 @@ public:
     const Settings& settings() const { return current; }
     // Of the service, in the latest step.
     const std::string& answer() const { return latestAnswer; }
-    const Lines& events() const { return latestEvents; }
+    Lines events() const;
 
 private:
     void become(const Settings& next, int composerLife);
@@ -50,8 +52,8 @@ private:
     Settings last;  // kept because its memory is used again
     std::unique_ptr<::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl> service;
     std::unique_ptr<Service> modelled;
-    Lines happened;
-    Lines latestEvents;
+    Events happened;
+    Events latestEvents;
     std::string latestAnswer;
 };
 

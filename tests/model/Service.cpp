@@ -200,7 +200,7 @@ Service::Reply Service::composer(int life, ComposerCall call) {
     const bool isKnown = !call.display || *call.display < phone.displays;
     const Reply reply = replyOf(failure, isGetter, failure == Failure::REFUSED ? kRefusal : isKnown ? 0 : kBadDisplay);
     call.outcome = reply.outcome;
-    add(call);
+    add(std::move(call));
     return reply;
 }
 
@@ -418,7 +418,7 @@ std::vector<float> Service::calibrateWhitePoint() {
 std::string Service::setCabcSysNode(int32_t level) {
     if (phone.cabc.kind != Kind::FILE) return log(kError, "setCabcSysNode", "open cabc node error"), "-5";
     const auto digit = static_cast<uint8_t>(static_cast<uint32_t>(level) + 48);
-    add(simulator::NodeWrite{"lcd_cabc_mode", {static_cast<char>(digit), '\n'}});
+    add(simulator::NodeWrite{simulator::kCabcNode, {static_cast<char>(digit), '\n'}});
     return "0";
 }
 

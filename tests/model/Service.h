@@ -20,7 +20,7 @@ namespace model {
 
 using simulator::ComposerCall;
 using simulator::kIdentity;
-using Lines = std::vector<std::string>;
+using Events = std::vector<simulator::Event::What>;
 
 // The colour state of a display.
 struct Display {
@@ -58,7 +58,7 @@ struct Worker {
 };
 
 // The service on a phone of these settings, which may change between calls. Each call and each step of time adds the
-// events that cross the library's border, as the journal's lines.
+// events that cross the library's border, as in the journal.
 class Service {
 public:
     // Of the phone, only what its composer holds is read. lastHandle is the last one that the process has allocated.
@@ -72,7 +72,7 @@ public:
     // Time passes, its last instant included.
     void pass(int64_t milliseconds);
 
-    Lines takeEvents() { return std::exchange(events, {}); }
+    Events takeEvents() { return std::exchange(events, {}); }
     int32_t currentScreenMode() const { return screenMode; }
     const std::vector<Display>& displayColors() const { return displays; }
 
@@ -86,7 +86,7 @@ private:
         bool isOk() const { return outcome.kind == simulator::Outcome::Kind::ANSWERED && outcome.result == 0; }
     };
     // Around the service.
-    void add(const simulator::Event::What& event) { events.push_back(textOf(event)); }
+    void add(simulator::Event::What event) { events.push_back(std::move(event)); }
     template <typename... Parts>
     bool log(int32_t priority, std::string_view function, const Parts&... parts);
     static Reply replyOf(Failure failure, bool isGetter, int32_t result);
@@ -128,11 +128,11 @@ private:
 
     const Settings& phone;
     simulator::Phone& simulated;
-    Lines events;
+    Events events;
 
     std::optional<int> connected;  // the life of the composer that init found
     int32_t numOfDisplay = -1;
-    Lines infos;
+    std::vector<std::string> infos;
     std::vector<Display> displays;
     std::vector<float> whitePointParams;
     int32_t screenMode = -1;
