@@ -62,7 +62,7 @@ class CalibrationTest : public PhoneTest {
 protected:
     CalibrationTest() { phone.files().remove(kFile); }
 
-    // What the reader makes of a document, or of the file as it is.
+    // The record read from a document, or from the file as it is.
     static std::string read() {
         xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});
         return summary(*readCalibration());

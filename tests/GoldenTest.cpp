@@ -22,11 +22,11 @@ const fs::path kRoot = fs::path(DISPLAY_CONTROL_DATA_DIR).parent_path();
 bool isLogStatement(const fs::path& source, int number) {
     std::ifstream lines(source);
     bool isLog = false;
-    bool goesOn = false;
+    bool continues = false;
     std::string line;
     for (; number > 0 && std::getline(lines, line); --number) {
-        isLog = goesOn || line.find("PLATFORM_LOG_") != line.npos;
-        goesOn = isLog && line.find(");") == line.npos;
+        isLog = continues || line.find("PLATFORM_LOG_") != line.npos;
+        continues = isLog && line.find(");") == line.npos;
     }
     return number == 0 && isLog;
 }

@@ -27,7 +27,8 @@ constexpr auto kPause = 20ms;      // after a message of a ramp
 // One schedule: a client switches ALAD on and off while events of the light sensor arrive and the composer blocks.
 class Schedule {
 public:
-    Schedule(simulator::Phone& onPhone, uint64_t itsSeed) : phone(onPhone), seed(itsSeed), clock(seed, kLength) {
+    Schedule(simulator::Phone& onPhone, uint64_t scheduleSeed)
+        : phone(onPhone), seed(scheduleSeed), clock(seed, kLength) {
         platform::setClock(&clock);
         phone.composer().onCall([this](ComposerOperation operation) {
             const bool blocks = (static_cast<uint64_t>(clock.now() / kPause) + seed) % 3 == 0;

@@ -100,8 +100,4 @@ int32_t __android_log_set_minimum_priority(int32_t priority) {
     return platform::minimumLogPriority.exchange(priority);
 }
 
-int32_t __android_log_get_minimum_priority(void) {
-    return platform::minimumLogPriority.load();
-}
-
 }  // extern "C"

@@ -59,11 +59,6 @@ bool return_status::isOk() const {
     return status.isOk();
 }
 
-bool return_status::isDeadObject() const {
-    checked = true;
-    return status.transactionError() == DEAD_OBJECT;
-}
-
 std::string return_status::description() const {
     return status.description();
 }

@@ -42,7 +42,7 @@ std::string textOf(const Call& call);
 // the callback receives. A callback that is not called, or called twice, shows.
 std::string answerOf(::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl& service,
                      const Call& call);
-// The same of a client's call of the interface; init and deInit are not part of it.
+// The same for a client's call of the interface; init and deInit are not part of it.
 std::string answerOf(::vendor::kov::hardware::display_control::V1_0::IDisplayControl& service, const Call& call);
 
 // The name of every operation.

@@ -25,7 +25,7 @@ public:
     Comparison(const Comparison&) = delete;
     Comparison& operator=(const Comparison&) = delete;
 
-    // Puts a new service on the phone, which is as new with these settings.
+    // Puts a new service on the phone, which gets these settings and forgets its state.
     void begin(const Settings& settings);
 
     void set(const Settings& next);

@@ -418,7 +418,7 @@ std::vector<float> Service::calibrateWhitePoint() {
 std::string Service::setCabcSysNode(int32_t level) {
     if (phone.cabc.kind != Kind::FILE) return log(kError, "setCabcSysNode", "open cabc node error"), "-5";
     const auto digit = static_cast<uint8_t>(static_cast<uint32_t>(level) + 48);
-    add(simulator::NodeWrite{simulator::kCabcNode, {static_cast<char>(digit), '\n'}});
+    add(simulator::NodeWrite{kCabcPath, {static_cast<char>(digit), '\n'}});
     return "0";
 }
 
@@ -488,7 +488,7 @@ void Service::pass(int64_t milliseconds) {
     now = end;
 }
 
-// What the worker does from the end of a wait or pause to the next one. The level of an activation is asked for after
+// What the worker does from the end of a wait or pause to the next one. The level of an activation is requested after
 // the pause of the start message.
 void Service::wake() {
     Worker& w = *worker;

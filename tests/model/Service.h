@@ -62,8 +62,8 @@ struct Worker {
 class Service {
 public:
     // Of the phone, only what its composer holds is read. lastHandle is the last one that the process has allocated.
-    Service(const Settings& settings, simulator::Phone& withThem, uint64_t lastHandle)
-        : phone(settings), simulated(withThem), handle(lastHandle) {}
+    Service(const Settings& settings, simulator::Phone& simulatedPhone, uint64_t lastHandle)
+        : phone(settings), simulated(simulatedPhone), handle(lastHandle) {}
 
     // Returns the operation's answer.
     std::string call(const Call& call);
@@ -77,7 +77,7 @@ public:
     const std::vector<Display>& displayColors() const { return displays; }
 
 private:
-    // What became of a call of the composer or the sensors, and whether it had its effect: for a getter, that its
+    // The outcome of a call of the composer or the sensors, and whether it had its effect: for a getter, that its
     // callback was called.
     struct Reply {
         simulator::Outcome outcome;

@@ -30,7 +30,7 @@ std::string block(const std::string& name, const std::vector<float>& values) {
     return values.empty() ? "" : element(name, text);
 }
 
-// A file, one way or another: its kind and what it holds.
+// A file's kind and contents.
 std::string textOf(const Node& node) {
     return std::to_string(static_cast<int>(node.kind)) + node.text;
 }
@@ -146,9 +146,8 @@ void Settings::writeCurve(int level, int32_t* curve) const {
 void apply(const Settings& next, const Settings& last, simulator::Phone& phone) {
     applyServices(next, last, phone);
     applyClosed(next, last, phone.closed());
-    constexpr std::pair<Node Settings::*, const char*> kNodes[] = {{&Settings::panel, simulator::kPanelNameNode},
-                                                                   {&Settings::whitePoint, simulator::kWhitePointNode},
-                                                                   {&Settings::cabc, simulator::kCabcNode}};
+    constexpr std::pair<Node Settings::*, const char*> kNodes[] = {
+        {&Settings::panel, kPanelPath}, {&Settings::whitePoint, kWhitePointPath}, {&Settings::cabc, kCabcPath}};
     for (const auto& [node, path] : kNodes) {
         const bool isSame = (next.*node).kind == (last.*node).kind && (next.*node).text == (last.*node).text;
         if (!isSame) put(textOf(next.*node), (last.*node).kind, path, phone.files());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A phone as plain data: what the simulated phone is set to, and what the model answers by.
+// A phone as plain data: the settings of the simulated phone, which the model uses too.
 #pragma once
 
 #include <array>
@@ -42,6 +42,10 @@ constexpr std::array<const char*, 3> kCalibrationPaths = {"/vendor/etc/disp_cali
                                                           "/vendor/etc/disp_calib_data_0a.xml",
                                                           "/vendor/etc/disp_calib_data_0b.xml"};
 
+constexpr const char* kPanelPath = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_panel_name";
+constexpr const char* kWhitePointPath = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_whitepoint_info";
+constexpr const char* kCabcPath = "/sys/bus/platform/devices/30620000.dsi/30620000.dsi.0/lcd_cabc_mode";
+
 // Without changes: a phone with two displays on which everything works, with a complete calibration in the default
 // file.
 struct Settings {
@@ -79,9 +83,9 @@ struct Settings {
 // What refused calls of the composer answer.
 constexpr int32_t kRefusal = -42;
 
-// The phone becomes what next says; it was what last said. Sensors deliver only what the test delivers.
+// Changes the phone's settings from last to next. Sensors deliver only what the test delivers.
 void apply(const Settings& next, const Settings& last, simulator::Phone& phone);
-// The same for a phone that is as new.
+// The same for a new phone.
 void apply(const Settings& first, simulator::Phone& phone);
 
 }  // namespace model

@@ -50,6 +50,5 @@ void __android_log_stderr_logger(const struct __android_log_message* log_message
 
 // Suppresses lines below this priority. By default no line is suppressed. Returns the previous minimum.
 int32_t __android_log_set_minimum_priority(int32_t priority);
-int32_t __android_log_get_minimum_priority(void);
 
 }  // extern "C"

@@ -45,9 +45,8 @@ public:
     return_status& operator=(return_status&& other) noexcept;
     ~return_status();
 
-    // Both mark the status as examined.
+    // Marks the status as examined.
     bool isOk() const;
-    bool isDeadObject() const;
     std::string description() const;
 
 protected:

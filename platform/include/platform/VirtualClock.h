@@ -54,7 +54,7 @@ private:
     bool isIdle() PLATFORM_REQUIRES(mutex);
     bool isAlive(pthread_t id);
     std::list<Waiter*>::iterator earliest() PLATFORM_REQUIRES(mutex);
-    // Moves time to the earliest deadline and wakes the thread that waits for it. False if no deadline is left until
+    // Moves time to the earliest deadline and wakes the thread that waits for it. False if no deadline remains until
     // end. Called while every thread of this clock waits or has ended.
     bool step(Duration end) PLATFORM_EXCLUDES(mutex);
 
