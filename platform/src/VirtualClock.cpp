@@ -36,6 +36,10 @@ void VirtualClock::waitUntil(Condition& condition, Lock& lock, Duration deadline
     {
         const Lock own(mutex);
         if (deadline <= time) return;
+        if (isNext(deadline)) {
+            time = deadline;
+            return;
+        }
         waiters.push_back(&waiter);
         --running;
         idle.notifyAll();
@@ -88,15 +92,28 @@ bool VirtualClock::step(Duration end) {
 
 void VirtualClock::advance(Duration duration) {
     const Duration end = now() + duration;
-    do settle();
+    do settleUntil(end);
     while (step(end));
     const Lock lock(mutex);
     time = std::max(time, end);
 }
 
 void VirtualClock::settle() {
+    settleUntil(Duration::min());
+}
+
+void VirtualClock::settleUntil(Duration end) {
     Lock lock(mutex);
+    horizon = end;
     while (!isIdle()) idle.wait(lock);
+    horizon = Duration::min();
+}
+
+bool VirtualClock::isNext(Duration deadline) {
+    return running == 1 && deadline <= horizon &&
+           std::all_of(waiters.begin(), waiters.end(), [deadline](const Waiter* waiter) {
+               return deadline < waiter->deadline && waiter->condition.notifications() == waiter->before;
+           });
 }
 
 // A waiter that was notified counts as running.

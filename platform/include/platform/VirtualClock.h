@@ -51,6 +51,11 @@ private:
         bool due;         // the deadline is reached; guarded by VirtualClock::mutex
     };
 
+    // As settle(), but a thread that begins to wait while the others wait for longer moves time to its deadline itself,
+    // up to end: as step() would, without switching threads.
+    void settleUntil(Duration end) PLATFORM_EXCLUDES(mutex);
+    // Whether the calling thread, which is one of this clock, may do so.
+    bool isNext(Duration deadline) PLATFORM_REQUIRES(mutex);
     bool isIdle() PLATFORM_REQUIRES(mutex);
     bool isAlive(pthread_t id);
     std::list<Waiter*>::iterator earliest() PLATFORM_REQUIRES(mutex);
@@ -64,6 +69,7 @@ private:
     int running PLATFORM_GUARDED_BY(mutex) = 0;             // threads of this clock that neither wait nor have ended
     std::list<Waiter*> waiters PLATFORM_GUARDED_BY(mutex);  // in the order in which they began to wait
     std::set<pthread_t> alive PLATFORM_GUARDED_BY(mutex);   // threads of this clock that have not ended
+    Duration horizon PLATFORM_GUARDED_BY(mutex) = Duration::min();  // up to which a thread may move time
     bool threadsRefused = false;
 };
 
