@@ -47,7 +47,7 @@ void readCalibration(const std::string& document) {
     beQuiet();
     const auto plain = readPlainly(document);
     require(plain == nullptr || isSame(*record, *plain), "the record is the one of the plain reading");
-    require(lowestFreeDescriptor() == free, "nothing is left open");
+    require(lowestFreeDescriptor() == free, "no descriptor stays open");
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // A session: bytes become served operations, changes of the phone, light and time. After each step the service's
-// answer, events and state are the model's. At the end the phone is well again, and so is the service.
+// answer, events and state are the model's. At the end the phone works again, and so does the service.
 #include <android/log.h>
 #include <pthread.h>
 
@@ -8,6 +8,7 @@
 #include <cmath>
 #include <iterator>
 #include <map>
+#include <set>
 #include <tuple>
 
 #include "fuzz/Input.h"
@@ -64,10 +65,16 @@ private:
                                           "fails after"};
         const auto found = failures.find(operation);
         if (found == failures.end()) return;
-        add(std::string(names[static_cast<size_t>(operation)]) + " " + kNames[static_cast<size_t>(found->second)]);
+        const std::string name(names[static_cast<size_t>(operation)]);
+        if (found->second != simulator::Failure::NONE)
+            failed.insert(name);
+        else if (failed.erase(name) == 0)
+            return;
+        add(name + " " + kNames[static_cast<size_t>(found->second)]);
     }
 
     std::map<std::string, uint64_t> counts;
+    std::set<std::string> failed;  // operations of which the latest call failed
     platform::Clock::Duration disabledAt = platform::Clock::Duration::max();
 };
 
@@ -96,7 +103,7 @@ public:
         phone = wellPhone();
         change();
         expect(both.call({"init"}));
-        require(both.answer() == "0", "the service starts on a phone that is well again");
+        require(both.answer() == "0", "the service starts on a phone that works again");
         expect(both.call({"setUnlimitedCT", 1, 5}));
         require(both.answer() == "OK", "and sets a level");
         expect(both.end());
@@ -179,7 +186,7 @@ private:
         if (!lastPanel.empty() && panel != lastPanel) situations().add("another panel is read");
         lastPanel = panel;
     }
-    // The composer's life goes on from the session before.
+    // The composer's life continues from the session before.
     void change() {
         phone.composerLife += both.settings().composerLife;
         both.set(phone);
@@ -258,7 +265,7 @@ private:
         for (auto* const matrix : {&file.whitePoint, &file.colorCorrection, &file.whitePointParams})
             *matrix = numbers(input.oneOf(kSizes));
         for (auto* const table : {&file.calibrated, &file.tuned})
-            table->assign(input.below(100) == 99 ? 4096 : 0, number());  // seldom, because it takes long
+            table->assign(input.below(100) == 99 ? 4096 : 0, number());  // rarely, because it takes long
         for (size_t left = input.below(3); left > 0; --left) file.endPoints.push_back(input.oneOf(kIntegers));
         constexpr size_t kEyeCareSizes[] = {0, 37, 38, 40};
         const double base = static_cast<double>(number());
