@@ -224,6 +224,7 @@ TEST_F(ToolsTest, TheProgramsAnswersAndItsExitStatus) {
         {"diff " + made + " " + made + " --panel " + kData + "/panels/oled.ti3", 0, "reads the same from both"},
         {"check " + made, 0, "1 file: 0 errors, 0 warnings"},
         {"calibrate " + kData + "/panels/cool.ti3 --simulated --json -o " + made, 1, "\"outOfGamut\": "},
+        {"calibrate " + kData + "/panels/cool.ti3 -o " + made, 1, "left out      UnlimitedCT, EyeCare, WPCParam: "},
         {"diff " + made + " " + shipped + " --panel " + kData + "/panels/cool.ti3", 1,
          "\nOn the panel, ColorChecker: "},
         {"bogus", 2, "unknown command \"bogus\"; expected one of check, run, "},

@@ -38,9 +38,20 @@ std::string stated(const std::string& text) {
     return text.empty() ? "not stated" : text;
 }
 
+// The libraries' blocks that a calibration has no values for.
+std::string leftOut(const simulator::ConfigXmlParser& record) {
+    std::string names;
+    for (const auto& [name, isThere] : {std::pair("UnlimitedCT", record.hasUnlimitedCT),
+                                        {"EyeCare", record.hasEyeCare},
+                                        {"WPCParam", record.hasWpcParam}}) {
+        if (!isThere) names += std::string(names.empty() ? "" : ", ") + name;
+    }
+    return names;
+}
+
 // The comment of the file: what it was made from, and how close it comes.
-std::string aboutOf(const simulator::PanelCalibration& calibration, const simulator::MeasuredPanel& panel,
-                    const simulator::Target& target) {
+std::string aboutOf(const simulator::PanelCalibration& calibration, const simulator::ConfigXmlParser& record,
+                    const simulator::MeasuredPanel& panel, const simulator::Target& target) {
     std::ostringstream text;
     text << "    Display calibration, made by dcsim " DCSIM_VERSION "\n\n"
          << "    source        " << std::filesystem::path(panel.file).filename().string() << ", "
@@ -55,6 +66,8 @@ std::string aboutOf(const simulator::PanelCalibration& calibration, const simula
          << "    not fitted    " << calibration.keptOut.size()
          << " patches: " << errorsText(simulator::summaryOf(calibration.keptOut)) << "\n"
          << "    out of gamut  " << calibration.outOfGamut << " patches\n";
+    const std::string missing = leftOut(record);
+    if (!missing.empty()) text << "    left out      " << missing << ": their defaults apply\n";
     for (const std::string& warning : simulator::warningsOf(calibration))
         text << "    warning       " << warning << "\n";
     return text.str();
@@ -86,8 +99,9 @@ int run(const Options& options) {
     const simulator::Target target = targetOf(options.target);
     const simulator::MeasuredPanel panel(options.panel);
     const simulator::PanelCalibration made = simulator::calibrate(panel.model, target);
-    const std::string about = aboutOf(made, panel, target);
-    const std::string xml = simulator::calibrationXml(*recordOf(options, made, panel.model), about, options.simulated);
+    const auto record = recordOf(options, made, panel.model);
+    const std::string about = aboutOf(made, *record, panel, target);
+    const std::string xml = simulator::calibrationXml(*record, about, options.simulated);
     const simulator::Accuracy accuracy = accuracyWith(xml, options.out, panel, target);
     simulator::replaceFile(options.out, xml);
     if (options.json) {
