@@ -18,30 +18,34 @@ namespace fs = std::filesystem;
 
 const fs::path kRoot = fs::path(DISPLAY_CONTROL_DATA_DIR).parent_path();
 
-// Whether that line of a source is part of a log statement.
-bool isLogStatement(const fs::path& source, int number) {
+// The log statement of a source of which that line is part; empty if there is none.
+std::string statementAt(const fs::path& source, int number) {
     std::ifstream lines(source);
-    bool isLog = false;
-    bool continues = false;
-    std::string line;
-    for (; number > 0 && std::getline(lines, line); --number) {
-        isLog = continues || line.find("PLATFORM_LOG_") != line.npos;
-        continues = isLog && line.find(");") == line.npos;
+    std::string statement;
+    bool isOver = true;
+    for (std::string line; std::getline(lines, line); --number) {
+        if (isOver) statement.clear();
+        if (!isOver || line.find("PLATFORM_LOG_") != line.npos) statement += line;
+        isOver = statement.empty() || line.find(");") != line.npos;
+        if (number <= 1 && isOver) return statement;
     }
-    return number == 0 && isLog;
+    return "";
 }
 
-// The log line begins with its tag, its function, and a line of that function's source that logs.
+// The log line begins with its tag, its function, and a line of that function's source that logs the message's first
+// word.
 void expectHead(const simulator::LogLine& log) {
     EXPECT_EQ(log.tag, "KovDisplayControlService") << log.message;
     if (log.function.empty()) return;  // one of the two that have no head
+    const std::string word = log.message.substr(0, log.message.find_first_of(" :-0123456789"));
     bool isFound = false;
     for (const char* const folder : {"service", "alad", "calibration", "color"}) {
         for (const auto& source : fs::directory_iterator(kRoot / folder)) {
             std::ifstream file(source.path());
             const std::string text(std::istreambuf_iterator<char>(file), {});
             const bool isSource = log.function == "operator()" || text.find("::" + log.function + "(") != text.npos;
-            isFound = isFound || (isSource && isLogStatement(source.path(), log.line));
+            const std::string statement = statementAt(source.path(), log.line);
+            isFound = isFound || (isSource && !statement.empty() && statement.find(word) != statement.npos);
         }
     }
     EXPECT_TRUE(isFound) << log.function << ":" << log.line << ": " << log.message;
