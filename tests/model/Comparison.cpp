@@ -91,10 +91,13 @@ void Comparison::set(const Settings& next) {
 }
 
 void Comparison::become(const Settings& next, int composerLife) {
-    std::swap(last, current);
+    if (composerLife != current.composerLife) {
+        phone.stopComposer();
+        phone.startComposer();
+    }
+    apply(next, current, phone);
     current = next;
     current.composerLife = composerLife;
-    apply(current, last, phone);
 }
 
 Lines Comparison::events() const {
@@ -132,7 +135,8 @@ std::string Comparison::end() {
 }
 
 std::string Comparison::compare(const std::string& expectedAnswer) {
-    latestEvents = std::exchange(happened, {});
+    std::swap(latestEvents, happened);
+    happened.clear();
     std::string text;
     if (latestAnswer != expectedAnswer) text += difference("answer", {latestAnswer}, {expectedAnswer});
     text += difference("events", latestEvents, modelled->takeEvents());

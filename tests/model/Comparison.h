@@ -49,7 +49,6 @@ private:
 
     simulator::Phone phone{simulator::Phone::Start::EMPTY};
     Settings current;
-    Settings last;  // kept because its memory is used again
     std::unique_ptr<::vendor::kov::hardware::display_control::V1_0::implementation::DisplayControlImpl> service;
     std::unique_ptr<Service> modelled;
     Events happened;

@@ -94,10 +94,6 @@ void applyClosed(const Settings& next, const Settings& last, simulator::ClosedLi
 }
 
 void applyServices(const Settings& next, const Settings& last, simulator::Phone& phone) {
-    if (next.composerLife != last.composerLife) {
-        phone.stopComposer();
-        phone.startComposer();
-    }
     if (next.composer != last.composer) phone.setComposerPresent(next.composer);
     phone.composer().setDisplayCount(next.displays);
     phone.composer().recover();

@@ -83,7 +83,8 @@ struct Settings {
 // What refused calls of the composer answer.
 constexpr int32_t kRefusal = -42;
 
-// Changes the phone's settings from last to next. Sensors deliver only what the test delivers.
+// Changes the phone's settings from last to next, without the composer's life. Sensors deliver only what the test
+// delivers.
 void apply(const Settings& next, const Settings& last, simulator::Phone& phone);
 // The same for a new phone.
 void apply(const Settings& first, simulator::Phone& phone);
