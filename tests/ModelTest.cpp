@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <random>
 #include <set>
 #include <string>
@@ -234,6 +236,10 @@ std::vector<Fault> faults() {
     return all;
 }
 
+long openFiles() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
 }  // namespace
 
 // Every call alone in every state; with each fault that touches it, unless a state before had the same events; then
@@ -275,7 +281,8 @@ TEST(Model, EveryOperationFromEveryStateWithEveryFault) {
     for (const Fault& fault : allFaults) EXPECT_TRUE(tried.count(fault.name)) << fault.name << " was never tried";
 }
 
-// All calls one after another, while the fault lasts; then again without it, with the answers of a good session.
+// All calls one after another, while the fault lasts; then again without it, with the answers of a good session. No
+// file stays open.
 TEST(Model, ASessionGoesWellAfterEveryFault) {
     Comparison c;
     const auto allCalls = calls();
@@ -294,6 +301,7 @@ TEST(Model, ASessionGoesWellAfterEveryFault) {
     };
     begin();
     session("no fault", good);
+    const long open = openFiles();
     for (const Fault& fault : faults()) {
         begin();
         ASSERT_TRUE(holds(c, {set(fault.make), call("init")})) << fault.name;
@@ -304,6 +312,7 @@ TEST(Model, ASessionGoesWellAfterEveryFault) {
         answers.clear();
         session("after " + fault.name, answers);
         ASSERT_EQ(answers, good) << fault.name;
+        ASSERT_EQ(openFiles(), open) << fault.name;
     }
 }
 
