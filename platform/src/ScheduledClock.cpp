@@ -106,7 +106,6 @@ void ScheduledClock::sleepFor(Duration duration) {
     const Hidden hidden;
     waitFor(time + duration, nullptr);
     step();
-    Scheduled::caller->deadline = Duration::min();
 }
 
 void ScheduledClock::waitUntil(Condition& condition, Lock& lock, Duration deadline) {
