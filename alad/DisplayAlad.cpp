@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cinttypes>
 #include <cmath>
+#include <utility>
 
 #include "alad/SensorFeed.h"
 
@@ -136,8 +137,7 @@ void DisplayAlad::stopWorker() {
         running = false;
         cond.notifyOne();
     }
-    platform::clock().join(*worker);
-    worker.reset();
+    platform::clock().join(*std::exchange(worker, nullptr));
 }
 
 void DisplayAlad::notifyData(int32_t newLux) {
@@ -166,7 +166,7 @@ void DisplayAlad::workThread() {
 
 DisplayAlad::Wake DisplayAlad::awaitSample() {
     platform::Lock lock(mutex);
-    if (!running) return {/*stopped=*/true, /*waited=*/false, 0};
+    if (!running) return {/*stopped=*/true, /*waited=*/false, lux};
     platform::clock().waitUntil(cond, lock, platform::clock().now() + kSamplingPeriod);
     return {/*stopped=*/!running, /*waited=*/true, lux};
 }

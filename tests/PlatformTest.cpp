@@ -121,7 +121,7 @@ TEST(DeviceFiles, ANodeIsReadOnceAndWrittenInPlace) {
     EXPECT_EQ(platform::devicePath("/sys/node"), files.root().string() + "/sys/node");
     files.write("/sys/node", std::string(200, 'x'));
     EXPECT_EQ(platform::readNode("/sys/node", 1).text, "x");
-    EXPECT_EQ(platform::readNode("/sys/node", 1000).text.size(), 128U);
+    EXPECT_EQ(platform::readNode("/sys/node", 1000).text.size(), 200U);
     const int input = dup(STDIN_FILENO);
     close(STDIN_FILENO);
     EXPECT_EQ(platform::readNode("/sys/node", 64).status, platform::NodeStatus::OK) << "as descriptor 0";
@@ -216,9 +216,11 @@ TEST_F(VirtualClockTest, AThreadThatTheSystemRefusesIsNull) {
     pthread_setattr_default_np(&tooLarge);
     EXPECT_EQ(platform::realClock().startThread([] {}), nullptr);
     EXPECT_EQ(clock.startThread([] {}), nullptr);
-    EXPECT_EQ(platform::ScheduledClock(1, 1).startThread([] {}), nullptr);
+    platform::ScheduledClock scheduled(1, 1);
+    EXPECT_EQ(scheduled.startThread([] {}), nullptr);
     pthread_setattr_default_np(&usual);
     clock.settle();  // does not wait for it
+    EXPECT_EQ(scheduled.unjoined(), 0U);
 }
 
 TEST_F(VirtualClockTest, ANotificationWakesEarly) {

@@ -3,9 +3,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <cstring>
+#include <string>
+#include <utility>
 
 #include <platform/DeviceFiles.h>
 #include "platform/src/DeviceNodes.h"
@@ -35,10 +35,11 @@ private:
 NodeText readNode(std::string_view absolutePath, size_t limit) {
     const Descriptor node(absolutePath, O_RDONLY);
     if (!node.isOpen()) return {NodeStatus::OPEN_FAILED, {}};
-    std::array<char, 128> buffer{};
-    const ssize_t count = read(node.get(), buffer.data(), std::min(limit, buffer.size()));
+    std::string text(limit, '\0');
+    const ssize_t count = read(node.get(), text.data(), limit);
     if (count < 1) return {NodeStatus::READ_FAILED, {}};
-    return {NodeStatus::OK, std::string(buffer.data(), strnlen(buffer.data(), static_cast<size_t>(count)))};
+    text.resize(strnlen(text.data(), static_cast<size_t>(count)));
+    return {NodeStatus::OK, std::move(text)};
 }
 
 NodeStatus writeNode(std::string_view absolutePath, std::string_view bytes) {

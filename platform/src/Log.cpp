@@ -5,11 +5,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <iterator>
+#include <string>
 #include <string_view>
 
 namespace platform {
@@ -47,9 +46,7 @@ struct Line {
 
     // At least five characters wide.
     void addNumber(int number) {
-        char digits[16];
-        const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-        const std::string_view written(digits, static_cast<size_t>(end - digits));
+        const std::string written = std::to_string(number);
         constexpr std::string_view kBlanks = "     ";
         add(kBlanks.substr(std::min(written.size(), kBlanks.size())));
         add(written);

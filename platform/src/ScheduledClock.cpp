@@ -204,9 +204,7 @@ void ScheduledClock::step() {
         if (priorityChanges[i] == stepCount) caller.priority = i;
         if (timeChanges[i] == stepCount) passTime();
     }
-    Scheduled& next = choose();
-    if (&next == &caller) return;
-    sem_post(&next.turn);
+    sem_post(&choose().turn);
     caller.awaitTurn();
 }
 

@@ -3,7 +3,6 @@
 #include <platform/Services.h>
 
 #include <atomic>
-#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -13,8 +12,7 @@ namespace platform {
 
 namespace {
 
-using Instances = std::map<std::string, android::sp<IBase>, std::less<>>;
-using Services = std::map<std::string, Instances, std::less<>>;  // by interface
+using Services = std::map<std::pair<std::string, std::string>, android::sp<IBase>>;  // by interface and instance
 
 class Registry {
 public:
@@ -22,15 +20,13 @@ public:
     android::sp<IBase> add(const std::string& interfaceName, const std::string& instance,
                            const android::sp<IBase>& service) PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
-        return std::exchange(services[interfaceName][instance], service);
+        return std::exchange(services[{interfaceName, instance}], service);
     }
 
     android::sp<IBase> find(std::string_view interfaceName, std::string_view instance) PLATFORM_EXCLUDES(mutex) {
         const Lock lock(mutex);
-        const auto instances = services.find(interfaceName);
-        if (instances == services.end()) return nullptr;
-        const auto found = instances->second.find(instance);
-        return found == instances->second.end() ? nullptr : found->second;
+        const auto found = services.find({std::string(interfaceName), std::string(instance)});
+        return found == services.end() ? nullptr : found->second;
     }
 
     // Returns the removed services, for the same reason.

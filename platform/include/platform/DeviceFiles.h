@@ -28,7 +28,7 @@ struct NodeText {
     std::string text;  // the bytes read, up to the first zero byte; empty unless status is OK
 };
 
-// Opens the node for reading, reads once, at most limit bytes (never more than 128), and closes it.
+// Opens the node for reading, reads once, at most limit bytes, and closes it.
 NodeText readNode(std::string_view absolutePath, size_t limit);
 
 // Opens the node for writing (it is neither created nor truncated), writes the bytes in one write, and closes it. The
