@@ -67,7 +67,7 @@ struct ScheduledClock::Scheduled {
     static thread_local Scheduled* caller;  // null on other threads
 
     ScheduledClock* const clock;
-    pthread_t id{};
+    pthread_t id{};  // of a thread that the clock started
     uint64_t priority = 0;
     sem_t turn{};
     // What it waits for, if it does.
@@ -192,7 +192,6 @@ void ScheduledClock::unlock(pthread_mutex_t& mutex) {
 
 ScheduledClock::Scheduled& ScheduledClock::add() {
     Scheduled& added = threads.emplace_back(this);
-    added.id = pthread_self();
     added.priority = kChanges + random() / 2;
     return added;
 }
