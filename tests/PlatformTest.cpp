@@ -33,7 +33,7 @@ Status failed() {
 
 TEST(ReturnDeathTest, AFailureThatIsNotExaminedEndsTheProcess) {
     Return<int32_t> other(5);
-    EXPECT_DEATH({ Return<void> answer(failed()); }, "not checked.*-32");
+    EXPECT_DEATH({ Return<void> answer(failed()); }, "HidlStatus.*not checked.*-32");
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
     EXPECT_DEATH({ Return<int32_t> answer(failed()); }, "not checked");
     __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
