@@ -77,9 +77,11 @@ TEST_F(LifecycleTest, AQueryLogsBeforeItsCallbackAndAnAllocationAfterIt) {
 TEST_F(LifecycleTest, ADisplayThatDoesNotAnswerHasNoName) {
     phone.composer().failOnce(3, simulator::Failure::NO_CALLBACK);  // after the count and display 0
     service.init();
-    service.getDisplayInfo(7, 1, [](Result, const DisplayInfo& info) {
-        EXPECT_EQ(std::string(info.name) + std::to_string(info.values[0]), "0");
+    std::string shown;
+    service.getDisplayInfo(7, 1, [&shown](Result, const DisplayInfo& info) {
+        shown = std::string(info.name) + std::to_string(info.values[0]);
     });
+    EXPECT_EQ(shown, "0");
 }
 
 // In a process that ends with the tone curve running.
